@@ -1,0 +1,53 @@
+# Compiler settings and the three kinds of target: a core library (standard library only), a Qt library,
+# and a test program.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(TALVORA_WERROR)
+    add_compile_options(-Werror)
+endif()
+if(TALVORA_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+    # Together with the sanitizers this warning of the compiler is known to be wrong.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
+endif()
+
+# talvora_core(NAME FOLDER [DEPENDENCIES...]): all sources of one folder of the component. It may link other
+# core libraries only, so that a toolkit's header is not even found.
+function(talvora_core name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp)
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    foreach(dependency ${ARGN})
+        if(dependency MATCHES "^Qt")
+            message(FATAL_ERROR "${name} belongs to the core and must not link ${dependency}")
+        endif()
+    endforeach()
+    target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()
+
+# talvora_test(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
+function(talvora_test name folder)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gmock)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+endfunction()
