@@ -90,6 +90,8 @@ class IRCServ {
 
     // ---- Operations
     void AbortLogin();
+    // The end of the control: no timer runs and no event is raised any more.
+    void Stop();
     void Login();
     // A line without its end. Immediate lines go out at once or fail; others wait for the log-on.
     void SendIRC(const std::string& line, bool immediate = false);
@@ -145,6 +147,8 @@ class IRCServ {
     void openSocket();
     void sendUserLine();
     void limitExceeded(const char* what);
+    void replyTooLong();
+    void fillIn(std::string_view field, std::string_view text);
     void takeReceived();
 
     // ---- The line reader (HandleData.cpp)
@@ -220,6 +224,7 @@ class IRCServ {
     Timer tmrSend;               // one line out of SendBuffer
     Timer tmrLogin;              // the steps of the login after NICK
     Winsock Winsock1;
+    bool quitting_ = false;    // Disconnect waits for the server to close
     bool leftUnread_ = false;  // the backlog is high: what has arrived stays in the socket for now
     ServerLinePool lines_;
     Subscriptions on_;

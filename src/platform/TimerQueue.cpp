@@ -32,8 +32,8 @@ std::optional<Microseconds> TimerQueue::nextDue() const {
     return heap_.front()->due_;
 }
 
-bool TimerQueue::fireNext(Microseconds now) {
-    if (heap_.empty() || heap_.front()->due_ > now) return false;
+bool TimerQueue::fireNext(Microseconds now, std::uint64_t mark) {
+    if (heap_.empty() || heap_.front()->due_ > now || heap_.front()->order_ >= mark) return false;
     WakeUp& entry = *heap_.front();
     const Microseconds step = period(entry);
     // A missed period is not made up for.

@@ -21,8 +21,10 @@ class TimerQueue {
     explicit TimerQueue(OneMillisecond mode) : mode_(mode) {}
 
     std::optional<Microseconds> nextDue() const;
-    // Fires the earliest wake-up if it is due at `now`; false if none was.
-    bool fireNext(Microseconds now);
+    // Fires the earliest wake-up if it is due at `now`; false if none was. With a mark, what was armed or has
+    // fired since the mark was taken is left for later, so that one round calls each wake-up once at most.
+    bool fireNext(Microseconds now, std::uint64_t mark = ~std::uint64_t{0});
+    std::uint64_t mark() const { return nextOrder_; }
 
   private:
     friend class WakeUp;

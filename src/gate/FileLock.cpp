@@ -1,0 +1,31 @@
+#include "gate/FileLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace talvora {
+
+bool FileLock::tryLock(const std::string& path) {
+    unlock();
+    const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (file < 0) throw std::system_error(errno, std::generic_category(), path);
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0) {
+        file_ = file;
+        return true;
+    }
+    const int reason = errno;
+    ::close(file);
+    if (reason == EWOULDBLOCK) return false;
+    throw std::system_error(reason, std::generic_category(), path);
+}
+
+void FileLock::unlock() {
+    if (file_ >= 0) ::close(file_);
+    file_ = -1;
+}
+
+}  // namespace talvora

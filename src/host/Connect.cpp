@@ -1,0 +1,141 @@
+#include "host/Connect.h"
+
+#include "host/common/Trap.h"
+#include "host/profile/NetworkProfile.h"
+#include "irc/wire/AdaptedSocket.h"
+#include "platform/Files.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+Connect::Connect(const HostServices& services)
+    : services_(services),
+      globError_(services.ThePlatform),
+      settings_(services.ThePlatform.Settings),
+      gate_(settings_) {
+    random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
+}
+
+Connect::~Connect() { Class_Terminate(); }
+
+void Connect::Init(MessageDatabase& db, std::int32_t id) {
+    gate_.Attach(db, id);
+    sink_ = db.MessageBroadcasted.connect([this](const HostMessage& m) { dMsgDB_MessageBroadcasted(m); });
+}
+
+// ---- The message sink
+
+void Connect::dMsgDB_MessageBroadcasted(const HostMessage& message) {
+    if (message.ToID != gate_.PluginID() && message.ToID != HostAddress::Everybody) return;
+    trapped(globError_, "dMsgDB_MessageBroadcasted", [&](Trap& step) { step([&] { handle(message); }); });
+}
+
+void Connect::handle(const HostMessage& message) {
+    const HostValue& data = message.Data;
+    switch (message.MsgID) {
+        case 1:
+            gate_.Broadcast(2, HostArray{"Talvora IRC", 1}, HostAddress::Host);
+            startUp();
+            break;
+        case 3:
+            if (gStarted && data == HostValue(1)) MainWindow()->Show();
+            break;
+        case 4:
+            gate_.Broadcast(5, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
+                            HostAddress::SettingsManager);
+            break;
+        case 7: LoadSettings(); break;
+        case 8: Class_Terminate(); break;
+        case 18:
+            gate_.Broadcast(19, HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
+                            HostAddress::Host);
+            break;
+        case 1002: sendSpecial(account_.gSysChannel, data); break;
+        case 1003: sendSpecial(data.at(2).text(), data); break;
+        case 1006: sendPlain(data); break;
+        case 1014:
+            if (auto* window = MainWindow()) window->IRCServ1.SendIRC(data.text());
+            break;
+        default: break;
+    }
+}
+
+void Connect::sendPlain(const HostValue& data) {
+    const std::string nick = data.at(0).text();
+    const std::string text = data.at(1).text();
+    if (auto* window = MainWindow()) window->IRCServ1.SendText(nick, text);
+}
+
+void Connect::sendSpecial(const std::string& to, const HostValue& data) {
+    const std::string text = "_" + data.at(0).text() + " " + data.at(1).text();
+    if (auto* window = MainWindow()) window->IRCServ1.SendText(to, text, true);
+}
+
+// ---- Start and end
+
+void Connect::startUp() {
+    trapped(globError_, "Main", [&](Trap& step) {
+        account_.gSettingsChanged = true;
+        step([&] { readAccount(); });
+        step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
+        step([&] { loadMainWindow(); });
+        gStarted = true;
+    });
+}
+
+void Connect::readAccount() {
+    const NetworkProfile& profile = services_.Profile;
+    account_.gNickname = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
+    account_.LocationPath = settings_.Get(Section::Settings, "RealName", "Default.Unsetted");
+    account_.gServerHost = profile.ServerHost;
+    account_.gServerPort = profile.ServerPort;
+    account_.gSysChannel = profile.SysChannel;
+    account_.gSysChanKey = profile.SysChanKey;
+    account_.RobotOnly = profile.RobotOnly;
+}
+
+void Connect::loadMainWindow() {
+    const std::string minutes = settings_.Get(Section::Settings, "MailInterval", "1");
+    // Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
+    if (MainWindow() == nullptr) {
+        const Form1::Surroundings around{services_.ThePlatform, globError_, settings_, gate_,
+                                         account_,              random_,    handovers_};
+        form1_ = std::make_unique<Form1>(around, ircSocket());
+    }
+    form1_->SetMailInterval(CInt(Val(minutes)));
+    form1_->Form_Load();
+}
+
+std::unique_ptr<SocketDriver> Connect::ircSocket() {
+    const NetworkProfile& profile = services_.Profile;
+    Platform& platform = services_.ThePlatform;
+    return std::make_unique<AdaptedSocket>(platform.TheLoop,
+                                           platform.Sockets.CreateSocket({profile.TLS, profile.CAFile}), profile.Wire);
+}
+
+void Connect::LoadSettings() {
+    trapped(globError_, "LoadSettings", [&](Trap&) {
+        if (MainWindow() == nullptr) return;
+        if (account_.gSettingsChanged) form1_->IRCServ1.Disconnect("Reconfiguring settings");
+        form1_->RefreshSettings();
+        form1_->ReConnect();
+    });
+}
+
+// The window is only unloaded here, since this may run inside one of its own handlers.
+void Connect::Class_Terminate() {
+    trapped(globError_, "Class_Terminate", [&](Trap&) {
+        gStarted = false;
+        if (MainWindow() == nullptr) return;
+        std::string text = settings_.Get(Section::Settings, "QuitMsg", "");
+        if (text.empty()) text = "Bye bye!";
+        form1_->IRCServ1.Disconnect(text);
+        form1_->Unload();
+    });
+}
+
+Form1* Connect::MainWindow() const {
+    return form1_ != nullptr && !form1_->IsUnloaded() ? form1_.get() : nullptr;
+}
+
+}  // namespace talvora

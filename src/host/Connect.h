@@ -1,0 +1,56 @@
+#pragma once
+// The component's face towards the host, and the one place that knows everybody: it stores what the host gives,
+// answers the host's messages, runs the start-up and the shutdown.
+
+#include <memory>
+
+#include "host/common/GlobError.h"
+#include "host/common/HostGate.h"
+#include "host/common/HostPlugin.h"
+#include "host/common/Settings.h"
+#include "platform/Random.h"
+#include "session/Account.h"
+#include "session/Form1.h"
+#include "session/Handovers.h"
+
+namespace talvora {
+
+class Connect final : public HostPlugin {
+  public:
+    explicit Connect(const HostServices& services);
+    ~Connect() override;
+
+    void Init(MessageDatabase& db, std::int32_t id) override;
+    // Says QUIT and unloads the windows; also by message 8. Doing it again does nothing.
+    void Class_Terminate();
+    void dMsgDB_MessageBroadcasted(const HostMessage& message);
+    // Applies the settings again, with a new connection if one of them needs it.
+    void LoadSettings();
+
+    bool Started() const { return gStarted; }
+    // The main window; nothing before message 1 and after the end.
+    Form1* MainWindow() const;
+    Account& TheAccount() { return account_; }
+
+  private:
+    void startUp();
+    void readAccount();
+    void loadMainWindow();
+    void handle(const HostMessage& message);
+    void sendPlain(const HostValue& data);
+    void sendSpecial(const std::string& to, const HostValue& data);
+    std::unique_ptr<SocketDriver> ircSocket();
+
+    HostServices services_;
+    GlobError globError_;
+    ComponentSettings settings_;
+    HostGate gate_;
+    Random random_;
+    Account account_;
+    Handovers handovers_;
+    bool gStarted = false;  // the main window is loaded, so host messages may reach it
+    std::unique_ptr<Form1> form1_;
+    Subscription sink_;
+};
+
+}  // namespace talvora

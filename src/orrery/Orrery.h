@@ -1,0 +1,62 @@
+#pragma once
+// The host program put together: folders, profile, settings, platform, message database, gate and the
+// component as its first plug-in. `main` owns it; it needs a QCoreApplication.
+
+#include <memory>
+#include <string>
+
+#include "gate/FileLock.h"
+#include "gate/Gate.h"
+#include "host/profile/NetworkProfile.h"
+#include "orrery/CommandLine.h"
+#include "orrery/Folders.h"
+#include "orrery/HostDatabase.h"
+#include "orrery/PluginLoader.h"
+#include "orrery/StopSignals.h"
+#include "platform/Files.h"
+#include "platform_qt/PosixDisk.h"
+#include "platform_qt/QtPlatform.h"
+#include "platform_qt/SqliteSettings.h"
+
+namespace talvora {
+
+class Orrery {
+  public:
+    // Furnishes the folders, takes them for itself, and opens all that the component will need. Throws
+    // ProfileError for a profile that is wrong or missing, and FolderError, GateError, RuntimeError or
+    // another std::exception for what keeps the host from starting.
+    Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals);
+    ~Orrery();
+    Orrery(const Orrery&) = delete;
+    Orrery& operator=(const Orrery&) = delete;
+
+    // Loads and starts the component, and returns after the end was asked for, by a signal or by message 8.
+    // Throws PluginError.
+    void Run();
+
+  private:
+    void applySettings(const CommandLine& line);
+    void heard(const HostMessage& message);
+    void stop();
+    void sayGoodbye();
+
+    // In the order in which each needs those before it; all go in the reverse order.
+    std::string executableFolder_;
+    StopSignals& signals_;
+    Folders folders_;
+    FileLock configLock_;
+    FileLock dataLock_;
+    NetworkProfile profile_;
+    HostDatabase database_;
+    Gate gate_{database_};
+    Subscription hearing_;
+    std::unique_ptr<SqliteSettings> settings_;
+    std::unique_ptr<PosixDisk> disk_;
+    std::unique_ptr<Files> files_;
+    std::unique_ptr<QtPlatform> platform_;
+    PluginLoader plugins_{database_};
+    bool ending_ = false;
+    bool goodbyeSaid_ = false;
+};
+
+}  // namespace talvora

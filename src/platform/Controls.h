@@ -1,0 +1,74 @@
+#pragma once
+// Models of the simple controls of a form: values plus change notices. They know no toolkit; a view binds them.
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/Property.h"
+#include "platform/RuntimeError.h"
+
+namespace talvora {
+
+class Label {
+  public:
+    Label() = default;
+    explicit Label(std::string caption) : Caption(std::move(caption)) {}
+
+    Property<std::string> Caption;
+    Property<bool> Visible{true};
+    Event<> Click;
+};
+
+// A picture of an image list, by its number there.
+class Image {
+  public:
+    explicit Image(int picture = 0, bool visible = true) : Picture(picture), Visible(visible) {}
+
+    Property<int> Picture;
+    Property<bool> Visible;
+    Event<> Click;
+};
+
+class Menu {
+  public:
+    Property<std::string> Caption;
+    Property<std::string> Tag;  // for the owner's use
+    Property<bool> Visible{true};
+    Property<bool> Enabled{true};
+    Property<bool> Checked{false};
+    Event<> Click;
+};
+
+// Controls of one name told apart by an index, which come and go while the form lives.
+template <class Control>
+class ControlArray {
+  public:
+    // Entry `index`; faults with 340 as the classic run-time does if it is not loaded.
+    Control& operator()(int index) const {
+        const auto found = controls_.find(index);
+        if (found == controls_.end()) {
+            throw RuntimeError(340, "Control array element '" + std::to_string(index) + "' doesn't exist");
+        }
+        return *found->second;
+    }
+    Control& Load(int index) {
+        auto& control = controls_[index];
+        if (control != nullptr) throw RuntimeError(360, "Object already loaded");
+        control = std::make_unique<Control>();
+        Loaded.raise(index);
+        return *control;
+    }
+    void Unload(int index) {
+        if (controls_.erase(index) != 0) Unloaded.raise(index);
+    }
+    int UBound() const { return controls_.empty() ? -1 : controls_.rbegin()->first; }
+
+    Event<int> Loaded;
+    Event<int> Unloaded;
+
+  private:
+    std::map<int, std::unique_ptr<Control>> controls_;
+};
+
+}  // namespace talvora

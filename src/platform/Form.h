@@ -1,0 +1,44 @@
+#pragma once
+// A window as a model: what it shows is in the controls that a derived form owns. A form decides; its view
+// only binds and forwards.
+
+#include <string>
+
+#include "platform/Property.h"
+
+namespace talvora {
+
+// Who asks a form to close.
+enum class CloseReason { UserClosesBox, Code };
+
+class Form {
+  public:
+    virtual ~Form() = default;
+
+    Property<std::string> Caption;
+    Property<bool> Visible{false};
+    // In twips, 1440 to the inch.
+    Property<int> Left{0};
+    Property<int> Top{0};
+    Property<int> Width{0};
+    Property<int> Height{0};
+
+    void Show() { Visible = true; }
+    void Hide() { Visible = false; }
+
+    // Asks QueryUnload, and hides the form for good if nothing objects. True if the form is unloaded.
+    bool Unload(CloseReason reason = CloseReason::Code);
+    bool IsUnloaded() const { return unloaded_; }
+    Event<> Unloaded;
+
+  protected:
+    // Sets `cancel` to keep the form.
+    virtual void Form_QueryUnload(bool& cancel, CloseReason reason);
+    // Stops what the form still does, at once.
+    virtual void Form_Unload() {}
+
+  private:
+    bool unloaded_ = false;
+};
+
+}  // namespace talvora

@@ -1,0 +1,21 @@
+#pragma once
+// Who the user is and which network he is on: read at start-up, changed by the settings page and by an own
+// change of nick. The host's composition owns it; the session reads it.
+
+#include <cstdint>
+#include <string>
+
+namespace talvora {
+
+struct Account {
+    std::string gNickname;     // bare: without the suffix of a state
+    std::string LocationPath;  // places the user in the tree of users, such as "Work.Thessaloniki.Pylea"
+    std::string gServerHost;
+    std::int32_t gServerPort = 0;
+    std::string gSysChannel;
+    std::string gSysChanKey;
+    bool RobotOnly = false;         // the robot's verbs are taken from the robot alone
+    bool gSettingsChanged = false;  // a setting that needs a new connection has changed
+};
+
+}  // namespace talvora

@@ -1,0 +1,73 @@
+#pragma once
+// The channels in the main window: the list with its check boxes, joining and leaving, keys, and what the
+// server says to a join.
+
+#include <string>
+#include <string_view>
+
+#include "host/common/Settings.h"
+#include "host/common/Trap.h"
+#include "irc/IRCServ.h"
+#include "platform/Controls.h"
+#include "platform/ListView.h"
+#include "platform/Timer.h"
+#include "session/Account.h"
+#include "session/Handovers.h"
+#include "session/SessionPanel.h"
+
+namespace talvora {
+
+class ChannelPanel {
+  public:
+    ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
+                 const Account& account, SessionPanel& session, const Handovers& to);
+
+    ListView ListView2;  // one row a channel: name, users, topic; ticked if joined
+    Menu popChanJoin;
+    Menu popChanPart;
+    Menu popChanKey;
+    Timer tmrRefreshUsers;
+    Timer tmrDisplayKeyChans;
+
+    // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
+    void CreateChannelList(const std::string& list);
+
+    // Channels joined so far in this session, each followed by "|". It survives a disconnection.
+    const std::string& Joined() const { return JoinedChans; }
+
+  private:
+    void IRCServ1_YouJoinChannel(const std::string& channel);
+    void IRCServ1_YouPartChannel(const std::string& channel);
+    void IRCServ1_ChannelInvitationOnly(const std::string& channel);
+    void IRCServ1_ChannelBanned(const std::string& channel);
+    void IRCServ1_ChannelKeyRequired(const std::string& channel);
+    void IRCServ1_ChannelListReply(const StringArray& channels);
+    void ListView2_ItemCheck();
+    void ListView2_DblClick();
+    void popChanKey_Click();
+    void tickSelected(bool checked);
+    void tmrDisplayKeyChans_Timer();
+
+    void leaveOrAskNames(const std::string& list);
+    void joinAll(const std::string& list);
+    void redraw();
+    ListItem& addRow(const std::string& channel, bool joined);
+    void refuse(const std::string& channel, const char* why);
+    bool isSystemKey(const std::string& channel) const;
+    std::string keyOf(std::string_view channel) const;
+
+    Platform& platform_;
+    GlobError& globError_;
+    ComponentSettings& settings_;
+    IRCServ& IRCServ1;
+    const Account& account_;
+    SessionPanel& session_;
+    const Handovers& to_;
+    std::string JoinedChans;
+    StringArray ChanCache;     // the last list of the server, for redrawing
+    std::string KeyChans;      // refused a join for want of a key
+    std::string CheckedChans;  // the ticked rows, waiting for tmrRefreshUsers
+    Subscriptions on_;
+};
+
+}  // namespace talvora

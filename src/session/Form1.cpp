@@ -1,0 +1,82 @@
+#include "session/Form1.h"
+
+#include <utility>
+
+namespace talvora {
+
+namespace {
+
+constexpr int AboveBottom = 900;  // twips
+constexpr int DesignWidth = 4200;
+constexpr int DesignHeight = 9000;
+
+}  // namespace
+
+Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
+    : IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
+      Session(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.To),
+      Channels(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Session, around.To),
+      Users(around.Reporter, IRCServ1, around.TheAccount, around.Gate, around.To),
+      Presence(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount),
+      Texts(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.Gate, Presence, around.To),
+      platform_(around.ThePlatform),
+      globError_(around.Reporter),
+      settings_(around.Settings),
+      account_(around.TheAccount) {
+    Caption = "Talvora";
+    Width = DesignWidth;
+    Height = DesignHeight;
+    on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
+}
+
+void Form1::Form_Load() {
+    trapped(globError_, "Form_Load", [&](Trap& step) {
+        RefreshSettings();
+        ReConnect();
+        // The socket is not open yet: the JOIN lines wait, and leave after the log-on.
+        const std::string channels = step.value(
+            std::string(), [&] { return settings_.Get(Section::Settings, "ChanList", "#thessaloniki"); });
+        Channels.CreateChannelList(channels);
+        placeAtRightEdge();
+    });
+}
+
+void Form1::placeAtRightEdge() {
+    Left = platform_.Screen.ScreenWidth() - Width;
+    Top = platform_.Screen.ScreenHeight() - Height - AboveBottom;
+}
+
+void Form1::RefreshSettings() {
+    trapped(globError_, "RefreshSettings", [&](Trap&) {
+        IRCServ1.AutoRetry = settings_.Get(Section::Settings, "AutoRetry", "T") == "T";
+        Presence.RefreshSettings();
+    });
+}
+
+void Form1::ReConnect() {
+    trapped(globError_, "ReConnect", [&](Trap&) {
+        // The text ends in a bracket that nothing opens, and goes out so.
+        if (account_.gSettingsChanged) IRCServ1.Disconnect("Changing some settings... rejoining in a while)");
+        IRCServ1.SetRealName("UL:" + account_.LocationPath);
+        IRCServ1.SetNickname(account_.gNickname);
+        IRCServ1.AutoRetry = true;
+        IRCServ1.Password = settings_.Get(Section::Settings, "Pass", "none");
+        if (account_.gSettingsChanged) IRCServ1.Connect(account_.gServerHost, account_.gServerPort);
+    });
+}
+
+void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
+    if (reason != CloseReason::UserClosesBox) return;
+    cancel = true;
+    Hide();
+}
+
+void Form1::Form_Unload() {
+    for (Timer* timer : {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh,
+                         &Channels.tmrRefreshUsers, &Channels.tmrDisplayKeyChans}) {
+        timer->Enabled = false;
+    }
+    IRCServ1.Stop();
+}
+
+}  // namespace talvora

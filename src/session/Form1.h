@@ -1,0 +1,69 @@
+#pragma once
+// The main window and session controller. It owns the engine and the controls, and hands the engine's events to
+// panels of one subject each.
+
+#include <memory>
+#include <string>
+
+#include "host/common/HostGate.h"
+#include "host/common/Settings.h"
+#include "host/common/Trap.h"
+#include "irc/IRCServ.h"
+#include "platform/Form.h"
+#include "session/Account.h"
+#include "session/ChannelPanel.h"
+#include "session/Handovers.h"
+#include "session/PresencePanel.h"
+#include "session/SessionPanel.h"
+#include "session/TextDispatch.h"
+#include "session/UsersPanel.h"
+
+namespace talvora {
+
+class Form1 final : public Form {
+  public:
+    // What the window lives on; all of it outlives the window.
+    struct Surroundings {
+        Platform& ThePlatform;
+        GlobError& Reporter;
+        ComponentSettings& Settings;
+        HostGate& Gate;
+        Account& TheAccount;
+        Random& Chance;
+        const Handovers& To;
+    };
+
+    // `ircSocket` is what the engine speaks through.
+    Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket);
+
+    // Settings, connection, the saved channels, and the window's place on the screen.
+    void Form_Load();
+    void ReConnect();
+    void RefreshSettings();
+    // Minutes between two checks of mail, as read at start-up.
+    void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
+
+    IRCServ IRCServ1;
+    SessionPanel Session;
+    ChannelPanel Channels;
+    UsersPanel Users;
+    PresencePanel Presence;
+    TextDispatch Texts;
+    Menu popULRefresh;
+
+  protected:
+    // The user's close box only hides the window; the session stays on line.
+    void Form_QueryUnload(bool& cancel, CloseReason reason) override;
+    void Form_Unload() override;
+
+  private:
+    void placeAtRightEdge();
+
+    Platform& platform_;
+    GlobError& globError_;
+    ComponentSettings& settings_;
+    Account& account_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

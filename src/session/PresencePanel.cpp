@@ -1,0 +1,94 @@
+#include "session/PresencePanel.h"
+
+#include "chat/modNickDecode.h"
+#include "host/common/FlatList.h"
+#include "platform/Files.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr int OnlinePicture = 3;
+constexpr int MaxStates = 50;
+constexpr char IgnoreSeparator = '@';
+
+}  // namespace
+
+PresencePanel::PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
+                             IRCServ& engine, const Account& account)
+    : imgState(OnlinePicture),
+      platform_(platform),
+      globError_(globError),
+      settings_(settings),
+      IRCServ1(engine),
+      account_(account) {
+    popStat.Load(0).Visible = false;  // the template
+    on_ += popOnline.Click.connect([this] { popOnline_Click(); });
+}
+
+void PresencePanel::RefreshSettings() {
+    rebuildMenu();
+    imgState.Picture = OnlinePicture;
+    Label18.Caption = "Online";
+    gIgnoreList = settings_.Get(Section::Settings, "IgnoreList", "");
+}
+
+void PresencePanel::rebuildMenu() {
+    trapped(globError_, "RefreshSettings", [&](Trap& step) {
+        popStat(0).Visible = true;
+        states_.clear();
+        for (int i = popStat.UBound(); i > 0; --i) popStat.Unload(i);
+        File states;
+        if (!step([&] { states = platform_.ProgramFiles.Open("System\\perflix.lst", FileMode::Input); })) return;
+        int index = 1;
+        while (index <= MaxStates && step.test([&] { return !states.AtEnd(); })) {
+            std::string line;
+            if (!step([&] { line = Trim(states.ReadLine()); })) continue;
+            if (line.empty()) continue;
+            if (step([&] { loadState(index, line); })) ++index;
+        }
+        popStat(0).Visible = false;
+    });
+}
+
+void PresencePanel::loadState(int index, const std::string& line) {
+    const auto fields = Split(line, "|");
+    const std::string caption = elementOf(fields, 1);
+    const std::string tag = elementOf(fields, 2) + "|" + fields[0];
+    Menu& entry = popStat.Load(index);
+    entry.Caption = caption;
+    entry.Tag = tag;
+    states_ += entry.Click.connect([this, index] { popStat_Click(index); });
+}
+
+void PresencePanel::popOnline_Click() {
+    IRCServ1.SetNickname(account_.gNickname);
+    imgState.Picture = OnlinePicture;
+    Label18.Caption = "Online";
+    doNotDisturb_ = false;
+}
+
+void PresencePanel::popStat_Click(int index) {
+    trapped(globError_, "popStat_Click", [&](Trap& step) {
+        std::string picture;
+        std::string tag;
+        const bool read = step([&] {
+            const auto pieces = Split(popStat(index).Tag.get(), "|");
+            picture = elementOf(pieces, 0);
+            tag = elementOf(pieces, 1);
+        });
+        if (!read) return;
+        step([&] { imgState.Picture = CLng(Val(picture)); });
+        Label18.Caption = ProperCase(tag);
+        IRCServ1.SetNickname(account_.gNickname + "[" + tag + "]");
+        doNotDisturb_ = UCase(tag) == "DND";
+    });
+}
+
+bool PresencePanel::IsIgnored(const std::string& nick) const {
+    if (gIgnoreList.empty()) return false;
+    return HoldsEntry(gIgnoreList, TruncNick(nick), IgnoreSeparator);
+}
+
+}  // namespace talvora

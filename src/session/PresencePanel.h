@@ -1,0 +1,51 @@
+#pragma once
+// The user's own state in the main window. A state is a suffix on the nick and nothing else: changing it asks
+// the server for another nick. Holds the list of ignored users too.
+
+#include <string>
+
+#include "host/common/Settings.h"
+#include "host/common/Trap.h"
+#include "irc/IRCServ.h"
+#include "platform/Controls.h"
+#include "session/Account.h"
+
+namespace talvora {
+
+class PresencePanel {
+  public:
+    PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
+                  const Account& account);
+
+    Menu popOnline;
+    ControlArray<Menu> popStat;  // one entry a state: description, and in Tag its icon, "|" and its tag
+    Image imgState;              // the picture of the state
+    Label Label18;               // the name of the state
+
+    void popOnline_Click();
+    void popStat_Click(int index);
+
+    // The part of RefreshSettings that is about presence: the menu from the table of states, the label
+    // "Online" (the nick stays as it is), and the ignore list.
+    void RefreshSettings();
+
+    // While the state's tag is "DND".
+    bool DoNotDisturb() const { return doNotDisturb_; }
+    bool IsIgnored(const std::string& nick) const;
+
+  private:
+    void rebuildMenu();
+    void loadState(int index, const std::string& line);
+
+    Platform& platform_;
+    GlobError& globError_;
+    ComponentSettings& settings_;
+    IRCServ& IRCServ1;
+    const Account& account_;
+    bool doNotDisturb_ = false;
+    std::string gIgnoreList;  // bare nicks, each followed by "@"
+    Subscriptions on_;
+    Subscriptions states_;  // to the entries of popStat
+};
+
+}  // namespace talvora

@@ -1,0 +1,176 @@
+#include "session/TextDispatch.h"
+
+
+#include "host/common/Version.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+namespace {
+
+bool isChannelName(const std::string& name) { return !name.empty() && name.front() == '#'; }
+
+// What somebody else wrote goes back on one line, and no other.
+std::string oneLine(std::string text) {
+    std::erase_if(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+    return text;
+}
+
+HostArray copyOf(const StringArray& texts) { return HostArray(texts.begin(), texts.end()); }
+
+}  // namespace
+
+TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
+                           HostGate& gate, const PresencePanel& presence, const Handovers& to)
+    : platform_(platform),
+      globError_(globError),
+      IRCServ1(engine),
+      account_(account),
+      gate_(gate),
+      presence_(presence),
+      to_(to) {
+    connectText();
+    on_ += IRCServ1.ServerRespond.connect([this](std::int32_t number, const StringArray& parameters, Text tailing) {
+        gate_.Broadcast(1012, HostArray{number, copyOf(parameters), tailing});
+    });
+    on_ += IRCServ1.ServerStrRespond.connect([this](Text cmd, const StringArray& parameters, Text tailing) {
+        gate_.Broadcast(1013, HostArray{cmd, copyOf(parameters), tailing});
+    });
+}
+
+void TextDispatch::connectText() {
+    on_ += IRCServ1.PMTextArrived.connect(
+        [this](Text nick, Text, Text, Text text) { IRCServ1_PMTextArrived(nick, text); });
+    on_ += IRCServ1.PMSpecialTextArrived.connect([this](Text nick, Text, Text, Text command, Text text) {
+        IRCServ1_PMSpecialTextArrived(nick, command, text);
+    });
+    on_ += IRCServ1.TextArrived.connect([this](Text nick, Text, Text, Text channel, Text text) {
+        IRCServ1_TextArrived(nick, channel, text);
+    });
+    on_ += IRCServ1.SpecialTextArrived.connect(
+        [this](Text nick, Text, Text, Text channel, Text command, Text text) {
+            IRCServ1_SpecialTextArrived(nick, channel, command, text);
+        });
+    on_ += IRCServ1.SpecialNoticeArrived.connect(
+        [this](Text, Text, Text, Text command, Text text) { IRCServ1_SpecialNoticeArrived(command, text); });
+}
+
+void TextDispatch::SendPM(const std::string& nick, const std::string& text, bool special) {
+    IRCServ1.SendText(nick, text, special);
+}
+
+// ---- Private text
+
+// Busy stands before ignored: an ignored nick hears "busy" meanwhile.
+bool TextDispatch::turnedAway(Text nick) {
+    if (presence_.DoNotDisturb()) {
+        IRCServ1.SendText(oneLine(nick), "ACTION is busy and doesn't want to be disturbed", true);
+        return true;
+    }
+    if (presence_.IsIgnored(nick)) {
+        IRCServ1.SendText(oneLine(nick), "ACTION ignores you", true);
+        return true;
+    }
+    return false;
+}
+
+void TextDispatch::IRCServ1_PMTextArrived(Text nick, Text text) {
+    trapped(globError_, "IRCServ1_PMTextArrived", [&](Trap& step) {
+        if (turnedAway(nick)) return;
+        if (isChannelName(nick)) {
+            step([&] { distributeChannel(nick, nick, text, ""); });
+            return;
+        }
+        step([&] { distributePrivate(nick, text, ""); });
+        step([&] { gate_.Broadcast(1007, HostArray{nick, text}); });
+    });
+}
+
+void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text) {
+    trapped(globError_, "IRCServ1_PMSpecialTextArrived", [&](Trap& step) {
+        if (turnedAway(nick)) return;
+        bool done = false;
+        step([&] { done = answerQuery(nick, command, text) || handleVerb(nick, command, text); });
+        if (done) return;
+        if (isChannelName(nick)) {
+            step([&] { distributeChannel(nick, nick, text, command); });
+            return;
+        }
+        step([&] { distributePrivate(nick, text, command); });
+        step([&] { broadcastVerb(1004, command, nick, text); });
+    });
+}
+
+bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
+    std::string answer;
+    if (command == "PING") {
+        answer = "PING " + oneLine(text);
+    } else if (command == "VERSION") {
+        answer = "VERSION Talvchat v" + Version::text() + " " + Version::Author;
+    } else if (command == "TIME") {
+        answer = "TIME " + GeneralDate(platform_.WallClock.Now());
+    } else if (command == "FINGER") {
+        answer = "FINGER " + IRCServ1.Nickname() + ". Unknown idle time";
+    } else {
+        return false;
+    }
+    IRCServ1.SendNotice(oneLine(nick), answer, true);
+    return true;
+}
+
+bool TextDispatch::fromRobot(Text nick) const { return !account_.RobotOnly || EqualText(nick, "OrreryServ"); }
+
+bool TextDispatch::handleVerb(Text nick, Text command, Text text) {
+    const bool mail = command == "MAIL";
+    const bool announcement = command == "ANN";
+    if (!mail && !announcement) return false;
+    if (!fromRobot(nick)) return true;
+    if (mail && to_.Mail != nullptr) to_.Mail->HandleMailCmd(text);
+    if (announcement && to_.Announcements != nullptr) to_.Announcements->HandleAnnData(text);
+    return true;
+}
+
+void TextDispatch::distributePrivate(Text nick, Text text, Text command) {
+    if (to_.Privates != nullptr) to_.Privates->PMDistribute(nick, text, command);
+}
+
+// ---- Channel text
+
+bool TextDispatch::isSystemChannel(Text channel) const { return EqualText(channel, account_.gSysChannel); }
+
+void TextDispatch::IRCServ1_TextArrived(Text nick, Text channel, Text text) {
+    trapped(globError_, "IRCServ1_TextArrived", [&](Trap& step) {
+        if (presence_.IsIgnored(nick) || isSystemChannel(channel)) return;
+        step([&] { distributeChannel(channel, nick, text, ""); });
+        step([&] { gate_.Broadcast(1005, HostArray{channel, nick, text}); });
+    });
+}
+
+void TextDispatch::IRCServ1_SpecialTextArrived(Text nick, Text channel, Text command, Text text) {
+    trapped(globError_, "IRCServ1_SpecialTextArrived", [&](Trap& step) {
+        if (presence_.IsIgnored(nick)) return;
+        if (isSystemChannel(channel)) {
+            step([&] { broadcastVerb(1001, command, nick, text); });
+        } else {
+            step([&] { distributeChannel(channel, nick, text, command); });
+        }
+    });
+}
+
+void TextDispatch::distributeChannel(Text channel, Text nick, Text text, Text command) {
+    if (to_.Channels != nullptr) to_.Channels->ChanDistribute(channel, nick, text, command);
+}
+
+// A command that begins with "_" is a word between the plug-ins of hosts on different machines.
+void TextDispatch::broadcastVerb(std::int32_t msgID, Text command, Text nick, Text text) {
+    if (command.empty() || command.front() != '_') return;
+    gate_.Broadcast(msgID, HostArray{command.substr(1), nick, text});
+}
+
+void TextDispatch::IRCServ1_SpecialNoticeArrived(Text command, Text text) {
+    trapped(globError_, "IRCServ1_SpecialNoticeArrived", [&](Trap& step) {
+        if (to_.Whois != nullptr) step([&] { to_.Whois->Notice(command, text); });
+    });
+}
+
+}  // namespace talvora

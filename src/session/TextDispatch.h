@@ -1,0 +1,53 @@
+#pragma once
+// Where an incoming text goes: to a chat window, to the mail or announcement code, to the information window,
+// to the host, or nowhere. Verbs are taken from any nick, unless the network's profile says that the robot's
+// come from the robot alone.
+
+#include <string>
+
+#include "host/common/HostGate.h"
+#include "host/common/Trap.h"
+#include "irc/IRCServ.h"
+#include "session/Account.h"
+#include "session/Handovers.h"
+#include "session/PresencePanel.h"
+
+namespace talvora {
+
+class TextDispatch {
+  public:
+    TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
+                 HostGate& gate, const PresencePanel& presence, const Handovers& to);
+
+    // The one gate for private text from the windows.
+    void SendPM(const std::string& nick, const std::string& text, bool special);
+
+  private:
+    using Text = const std::string&;
+    void IRCServ1_PMTextArrived(Text nick, Text text);
+    void IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text);
+    void IRCServ1_TextArrived(Text nick, Text channel, Text text);
+    void IRCServ1_SpecialTextArrived(Text nick, Text channel, Text command, Text text);
+    void IRCServ1_SpecialNoticeArrived(Text command, Text text);
+    void connectText();
+
+    bool turnedAway(Text nick);
+    bool isSystemChannel(Text channel) const;
+    bool fromRobot(Text nick) const;
+    bool answerQuery(Text nick, Text command, Text text);
+    bool handleVerb(Text nick, Text command, Text text);
+    void distributePrivate(Text nick, Text text, Text command);
+    void distributeChannel(Text channel, Text nick, Text text, Text command);
+    void broadcastVerb(std::int32_t msgID, Text command, Text nick, Text text);
+
+    Platform& platform_;
+    GlobError& globError_;
+    IRCServ& IRCServ1;
+    const Account& account_;
+    HostGate& gate_;
+    const PresencePanel& presence_;
+    const Handovers& to_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

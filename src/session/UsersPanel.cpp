@@ -1,0 +1,106 @@
+#include "session/UsersPanel.h"
+
+#include "chat/modNickDecode.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate,
+                       const Handovers& to)
+    : globError_(globError), IRCServ1(engine), account_(account), gate_(gate), to_(to) {
+    on_ += IRCServ1.NamesReceived.connect(
+        [this](Text channel, const StringArray& names) { IRCServ1_NamesReceived(channel, names); });
+    on_ += IRCServ1.UserJoinChannel.connect(
+        [this](Text channel, Text nick, Text, Text) { IRCServ1_UserJoinChannel(channel, nick); });
+    on_ += IRCServ1.UserPartChannel.connect(
+        [this](Text channel, Text nick, Text, Text, Text) { IRCServ1_UserPartChannel(channel, nick); });
+    on_ += IRCServ1.UserQuit.connect(
+        [this](Text nick, Text, Text, Text message) { IRCServ1_UserQuit(nick, message); });
+    on_ += IRCServ1.UserChangeNick.connect(
+        [this](Text oldNick, Text newNick, Text, Text) { IRCServ1_UserChangeNick(oldNick, newNick); });
+    on_ += IRCServ1.YouChangeNick.connect([this](Text newNick) { IRCServ1_YouChangeNick(newNick); });
+    on_ += IRCServ1.WHORespond.connect([this](const StringArray& list) { IRCServ1_WHORespond(list); });
+    on_ += IRCServ1.WhoisReply.connect(
+        [this](const StringArray& results, Text nick) { IRCServ1_WhoisReply(results, nick); });
+    on_ += IRCServ1.MOTDReceived.connect([this](Text text) { IRCServ1_MOTDReceived(text); });
+}
+
+void UsersPanel::IRCServ1_NamesReceived(Text channel, const StringArray& names) {
+    trapped(globError_, "IRCServ1_NamesReceived", [&](Trap& step) {
+        if (to_.Channels != nullptr) step([&] { to_.Channels->NamesChan(channel, names); });
+        if (to_.Users == nullptr) return;
+        for (const std::string& name : names) step([&] { to_.Users->Add(name, channel); });
+    });
+}
+
+void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
+    trapped(globError_, "IRCServ1_UserJoinChannel", [&](Trap& step) {
+        if (to_.Privates != nullptr) step([&] { to_.Privates->EnterPM(nick); });
+        if (to_.Channels != nullptr) step([&] { to_.Channels->JoinChan(channel, nick); });
+        if (to_.Users != nullptr) step([&] { to_.Users->Add(nick, channel); });
+        step([&] { gate_.Broadcast(1008, HostArray{channel, nick}); });
+    });
+}
+
+void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
+    trapped(globError_, "IRCServ1_UserPartChannel", [&](Trap& step) {
+        if (to_.Channels != nullptr) step([&] { to_.Channels->PartChan(channel, nick); });
+        if (to_.Users != nullptr) step([&] { to_.Users->Part(nick, channel); });
+        step([&] { gate_.Broadcast(1009, HostArray{channel, nick}); });
+    });
+}
+
+void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
+    trapped(globError_, "IRCServ1_UserQuit", [&](Trap& step) {
+        if (to_.Users != nullptr) step([&] { to_.Users->Remove(nick); });
+        if (to_.Privates != nullptr) step([&] { to_.Privates->QuitPM(nick); });
+        if (to_.Channels != nullptr) step([&] { to_.Channels->QuitChan(nick); });
+        step([&] { gate_.Broadcast(1010, HostArray{nick, message}); });
+    });
+}
+
+void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
+    trapped(globError_, "IRCServ1_UserChangeNick", [&](Trap& step) {
+        if (to_.Users != nullptr) step([&] { to_.Users->Rename(oldNick, newNick); });
+        if (to_.Privates != nullptr) step([&] { to_.Privates->RenamePM(oldNick, newNick); });
+        if (to_.Channels != nullptr) step([&] { to_.Channels->RenameChan(oldNick, newNick); });
+        step([&] { gate_.Broadcast(1011, HostArray{oldNick, newNick}); });
+    });
+}
+
+// Bare, so that states never stack and the plain nick always comes back.
+void UsersPanel::IRCServ1_YouChangeNick(Text newNick) { account_.gNickname = TruncNick(newNick); }
+
+void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
+    trapped(globError_, "IRCServ1_WHORespond", [&](Trap& step) {
+        onlineNicks_.clear();
+        onlineRaw_.clear();
+        if (to_.Directory != nullptr) to_.Directory->Clear();
+        for (const std::string& line : list) step([&] { enterOnline(line); });
+        if (to_.Directory == nullptr) return;
+        step([&] { to_.Directory->RefreshFriends(); });
+        Label21.Caption = "Online: " + std::to_string(to_.Directory->Count());
+    });
+}
+
+void UsersPanel::enterOnline(Text line) {
+    const auto fields = Split(line, "\5");
+    const std::string& realName = elementOf(fields, 7);
+    if (to_.Directory != nullptr) to_.Directory->AddUser(realName, fields[2], fields[4]);
+    onlineNicks_.push_back(TruncNick(fields[4]));
+    onlineRaw_.push_back(fields[4]);
+}
+
+void UsersPanel::IRCServ1_WhoisReply(const StringArray& results, Text nick) {
+    trapped(globError_, "IRCServ1_WhoisReply", [&](Trap& step) {
+        if (to_.Whois != nullptr) step([&] { to_.Whois->Reply(results, nick); });
+    });
+}
+
+void UsersPanel::IRCServ1_MOTDReceived(Text text) {
+    trapped(globError_, "IRCServ1_MOTDReceived", [&](Trap& step) {
+        if (to_.MOTD != nullptr) step([&] { to_.MOTD->Display(text); });
+    });
+}
+
+}  // namespace talvora

@@ -1,0 +1,49 @@
+#pragma once
+// Who is where, in the main window: names, joins, parts, quits and renames go to the user lists, the chat
+// windows and the host; a WHO reply goes to the directory of all users on line.
+
+#include <string>
+
+#include "host/common/HostGate.h"
+#include "host/common/Trap.h"
+#include "irc/IRCServ.h"
+#include "platform/Controls.h"
+#include "session/Account.h"
+#include "session/Handovers.h"
+
+namespace talvora {
+
+class UsersPanel {
+  public:
+    UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate, const Handovers& to);
+
+    Label Label21;  // "Online:" and the number of users
+
+    // The nicks of the last WHO reply, bare and as they came, side by side.
+    const StringArray& OnlineNicks() const { return onlineNicks_; }
+    const StringArray& OnlineRaw() const { return onlineRaw_; }
+
+  private:
+    using Text = const std::string&;
+    void IRCServ1_NamesReceived(Text channel, const StringArray& names);
+    void IRCServ1_UserJoinChannel(Text channel, Text nick);
+    void IRCServ1_UserPartChannel(Text channel, Text nick);
+    void IRCServ1_UserQuit(Text nick, Text message);
+    void IRCServ1_UserChangeNick(Text oldNick, Text newNick);
+    void IRCServ1_YouChangeNick(Text newNick);
+    void IRCServ1_WHORespond(const StringArray& list);
+    void IRCServ1_WhoisReply(const StringArray& results, Text nick);
+    void IRCServ1_MOTDReceived(Text text);
+    void enterOnline(Text line);
+
+    GlobError& globError_;
+    IRCServ& IRCServ1;
+    Account& account_;
+    HostGate& gate_;
+    const Handovers& to_;
+    StringArray onlineNicks_;
+    StringArray onlineRaw_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,108 @@
+// The programs themselves: two users side by side, the shell's tool, and refusals at the start.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "e2e/support/EachServer.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+Program ctl(const OrreryProcess& orrery, std::initializer_list<std::string> words) {
+    Program program;
+    program.arguments = {builtProgram("orreryctl"), "--gate", orrery.gatePath()};
+    program.arguments.insert(program.arguments.end(), words);
+    return program;
+}
+
+TEST(TwoHosts, TalkThroughTheirGatesInUtf8) {
+    if (const auto reason = IrcServer::whyNot(ServerKind::Ngircd); !reason.empty()) GTEST_SKIP() << reason;
+    IrcServer server(ServerKind::Ngircd);
+    OrreryProcess nikos(server.port(), {.channels = "#one|", .encoding = "utf-8"});
+    OrreryProcess maria(server.port(), {.nick = "Maria[DND]", .channels = "#one|", .encoding = "utf-8"});
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    nikos.gate().expectNumeric(366, {"#one"});
+    maria.gate().expectNumeric(366, {"#one"});
+    nikos.gate().expectNumeric(366, {"#orrery"});
+    maria.gate().expectNumeric(366, {"#orrery"});
+
+    nikos.gate().send(Host::SayPrivate, JsonArray{"Maria[DND]", "Γειά σου: \"εδώ\"\\"});
+    maria.gate().expectMessage(Host::PrivateText, JsonArray{"Nikos", "Γειά σου: \"εδώ\"\\"});
+    maria.gate().send(Host::SaySpecial, JsonArray{"CHESS", "e2 e4", "Nikos"});
+    nikos.gate().expectMessage(Host::SpecialText, JsonArray{"CHESS", "Maria[DND]", "e2 e4"});
+    maria.gate().send(Host::SaySystemText, JsonArray{"WEATHER", "ήλιος"});
+    nikos.gate().expectMessage(Host::SystemText, JsonArray{"WEATHER", "Maria[DND]", "ήλιος"});
+    maria.gate().send(Host::Raw, "PRIVMSG #one :καλημέρα σε όλους");
+    nikos.gate().expectMessage(Host::ChannelText, JsonArray{"#one", "Maria[DND]", "καλημέρα σε όλους"});
+    anna.expect({"PRIVMSG #one :καλημέρα σε όλους"});  // on the wire as in this file
+}
+
+struct Refusal {
+    const char* name;
+    const char* profile;  // nullptr: there is no such file
+    const char* said;
+};
+
+TEST(WrongProfiles, EndTheStartWithTheLineNamed) {
+    const Refusal refusals[] = {
+        {"port", "[network]\nServerHost=irc.talvora.test\nServerPort=70000\n", "network.ini:3: "},
+        {"unknown key", "[network]\n\nServerName=x\n", "network.ini:3: "},
+        {"encoding", "[network]\nEncoding=latin1\n", "network.ini:2: "},
+        {"rewrite", "[network]\nDialect=standard +no-such\n", "network.ini:2: "},
+        {"no file", nullptr, "network.ini"},
+    };
+    for (const auto& [name, profile, said] : refusals) {
+        SCOPED_TRACE(name);
+        TempFolder folder;
+        if (profile != nullptr) folder.write("network.ini", profile);
+        Process orrery(orreryProgram(folder, folder / "network.ini"));
+        EXPECT_EQ(orrery.waitExit(), 2);
+        EXPECT_NE(orrery.output().find(said), std::string::npos) << orrery.output();
+    }
+}
+
+TEST(Host, LetsOnlyOneHaveAGate) {
+    const FreePort nobody;
+    OrreryProcess first(nobody.number());
+    TempFolder folder;
+    Program second = orreryProgram(folder, folder.write("network.ini", profileText(nobody.number(), {})));
+    second.arguments.insert(second.arguments.end(), {"--gate", first.gatePath()});
+    Process refused(second);
+
+    EXPECT_EQ(refused.waitExit(), 1) << refused.output();
+    EXPECT_NE(refused.output().find(first.gatePath()), std::string::npos) << refused.output();
+    first.gate().send(18, {});
+    first.gate().takeLine("\"MsgID\":19");
+    EXPECT_EQ(first.terminate(), 0) << first.process().output();
+}
+
+TEST(Orreryctl, WatchesAndSends) {
+    const FreePort nobody;
+    OrreryProcess orrery(nobody.number());
+    Process watch(ctl(orrery, {"watch", "4000", "19"}));
+    const Deadline deadline(Patience);
+    while (watch.output().find("4000") == std::string::npos && !deadline.passed()) {
+        orrery.gate().send(4000, 1);  // nobody hears it until the tool listens
+        watch.idle(20);
+    }
+
+    Process about(ctl(orrery, {"send", "18"}));
+    EXPECT_EQ(about.waitExit(), 0) << about.output();
+    Process words(ctl(orrery, {"send", "4000", "Καλημέρα", "12"}));
+    EXPECT_EQ(words.waitExit(), 0) << words.output();
+    orrery.gate().expectMessage(4000, JsonArray{"Καλημέρα", "12"});
+    watch.expectOutput("\"Data\":[\"Καλημέρα\",\"12\"]");
+    EXPECT_NE(watch.output().find("Talvora Messenger"), std::string::npos) << watch.output();
+
+    EXPECT_EQ(orrery.terminate(), 0) << orrery.process().output();
+    watch.waitExit();
+    Process late(ctl(orrery, {"send", "18"}));
+    EXPECT_EQ(late.waitExit(), 1);
+}
+
+}  // namespace
+
+}  // namespace talvora::e2e

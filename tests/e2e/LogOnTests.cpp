@@ -1,0 +1,134 @@
+// Logging on to a real server, and what a fresh session asks it.
+
+#include "e2e/support/EachServer.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+TALVORA_EACH_SERVER(LogOn);
+
+// What Label20 shows of a line about the global users.
+std::string shownNumber(const std::string& tailing) {
+    const std::size_t colon = tailing.find(':');
+    if (colon == std::string::npos) return "";
+    const std::size_t begin = tailing.find_first_not_of(' ', colon + 1);
+    if (begin == std::string::npos) return "";
+    return tailing.substr(begin, tailing.find(' ', begin) - begin);
+}
+
+TEST_P(LogOn, IsFollowedByTheRefreshAndTheProbeOfTheRobot) {
+    IrcServer server(GetParam());
+    OrreryProcess nikos(server.port());
+    GateReader& gate = nikos.gate();
+
+    gate.expectNumeric(1);
+    const Json users = gate.expectNumeric(352);
+    EXPECT_EQ(users.at(1).at(5).text(), "Nikos");
+    EXPECT_NE(users.at(2).text().find("UL:Default.Unsetted"), std::string::npos);
+    gate.expectNumeric(315);
+    gate.expectNumeric(265);
+    EXPECT_EQ(shownNumber(gate.expectNumeric(266).at(2).text()), "1");
+    gate.expectNumeric(401, {"OrreryServ"});
+    gate.expectNumeric(366, {"#orrery"});
+}
+
+TEST_P(LogOn, JoinsTheSavedChannelsAndTheSystemChannelWithItsKey) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    anna.join("#two");
+    anna.send("MODE #two +k second");
+    anna.join("#orrery");
+    anna.send("MODE #orrery +k sesame");
+    anna.settle();
+    OrreryProcess nikos(server.port(), {.channels = "#one|#two|", .settings = {"ChanKeys/#two=second"}});
+
+    for (const char* channel : {"#orrery", "#one", "#two"}) {
+        anna.expect({":Nikos!", "JOIN", channel});
+        nikos.gate().expectNumeric(366, {channel});
+    }
+}
+
+TEST_P(LogOn, WithANickInUseStandsStill) {
+    IrcServer server(GetParam());
+    IrcPeer other(server.port(), "Nikos");
+    OrreryProcess nikos(server.port());
+
+    nikos.gate().expectNumeric(433, {"Nikos"});
+    other.send("LUSERS");
+    other.expect({" 253 Nikos 1 "});  // a connection whose log-on is not over
+    EXPECT_FALSE(nikos.gate().saw("\"Data\":[1,"));
+    EXPECT_FALSE(nikos.process().ended());
+}
+
+TEST_P(LogOn, KeepsTheStateInTheNick) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    OrreryProcess maria(server.port(), {.nick = "Maria[DND]"});
+
+    maria.gate().expectNumeric(1);
+    anna.send("WHOIS Maria[DND]");
+    anna.expect({" 311 Anna Maria[DND] ", "Maria 127.0.0.1"});
+}
+
+TEST_P(LogOn, SendsThePasswordFirstWhereTheProfileSaysSo) {
+    IrcServer server(GetParam(), {.password = "open"});
+    OrreryProcess nikos(server.port(),
+                        {.dialect = "standard +password-first", .settings = {"Settings/Pass=open"}});
+
+    nikos.gate().expectNumeric(1);
+    nikos.gate().expectNumeric(366, {"#orrery"});
+}
+
+TEST_P(LogOn, TellsOfRefusedChannels) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    for (const char* line : {"MODE #keyed +k other", "MODE #invited +i", "MODE #banned +b *!*@*"}) {
+        const std::string mode = line;
+        anna.join(mode.substr(5, mode.find(' ', 5) - 5));
+        anna.send(mode);
+    }
+    anna.settle();
+    OrreryProcess nikos(server.port(), {.channels = "#keyed|#invited|#banned|"});
+
+    nikos.gate().expectNumeric(475, {"#keyed"});
+    nikos.gate().expectNumeric(473, {"#invited"});
+    nikos.gate().expectNumeric(474, {"#banned"});
+}
+
+TEST_P(LogOn, ComesBackAfterTheServerWasDown) {
+    IrcServer server(GetParam());
+    OrreryProcess nikos(server.port());
+    nikos.gate().expectNumeric(1);
+    nikos.gate().expectNumeric(366, {"#orrery"});
+
+    server.kill();
+    server.start();
+    nikos.gate().expectNumeric(1);
+    nikos.gate().expectNumeric(366, {"#orrery"});
+    IrcPeer anna(server.port(), "Anna");
+    nikos.gate().send(Host::SayPrivate, JsonArray{"Anna", "back again"});
+    anna.expect({":Nikos!", "PRIVMSG Anna :back again"});
+}
+
+TEST_P(LogOn, EndsWithTheWordsOfFarewell) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    {
+        OrreryProcess nikos(server.port(),
+                            {.channels = "#one|", .settings = {"Settings/QuitMsg=Gone fishing"}});
+        anna.expect({":Nikos!", "JOIN", "#one"});
+        EXPECT_EQ(nikos.terminate(), 0) << nikos.process().output();
+        anna.expect({":Nikos!", "QUIT", "Gone fishing"});
+    }
+    OrreryProcess maria(server.port(), {.nick = "Maria", .channels = "#one|"});
+    anna.expect({":Maria!", "JOIN", "#one"});
+    maria.gate().send(Host::Terminate, {});
+    anna.expect({":Maria!", "QUIT", "Bye bye!"});
+}
+
+}  // namespace
+
+}  // namespace talvora::e2e

@@ -1,0 +1,163 @@
+// What the session hears of others in its channels: comings, goings and modes, as each server words them.
+
+#include "e2e/support/EachServer.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+TALVORA_EACH_SERVER(Others);
+
+// A line of the server as the engine read it: the word, its parameters without the empty ones, the text.
+void expectLine(GateReader& gate, const std::string& word, const JsonArray& parameters) {
+    gate.expectMessage(
+        Host::Word,
+        [&](const Json& data) {
+            JsonArray found;
+            for (std::size_t i = 0; i < data.at(1).size(); ++i) {
+                if (!data.at(1).at(i).text().empty()) found.push_back(data.at(1).at(i));
+            }
+            return data.at(std::size_t{0}).text() == word && found == parameters && data.at(2).text().empty();
+        },
+        word + " " + Json(parameters).write());
+}
+
+// What the server answers to this stands behind all that it answered before.
+void settle(GateReader& gate) {
+    gate.send(Host::Raw, "PING :settled");
+    gate.expectMessage(
+        Host::Word, [](const Json& data) { return data.at(std::size_t{0}).text() == "PONG"; }, "PONG");
+}
+
+TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
+    IrcServer server(GetParam());
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    GateReader& gate = nikos.gate();
+    gate.expectNumeric(366, {"#one"});
+    IrcPeer anna(server.port(), "Anna");
+
+    anna.join("#one");
+    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Anna"});
+    anna.send("NICK Anna[AWAY]");
+    gate.expectMessage(Host::UserRenamed, JsonArray{"Anna", "Anna[AWAY]"});
+    anna.send("PART #one");
+    gate.expectMessage(Host::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    anna.join("#one");
+    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Anna[AWAY]"});
+    anna.send("PART #one :later");
+    gate.expectMessage(Host::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    anna.join("#one");
+    anna.send("QUIT :so long");
+    gate.expectMessage(
+        Host::UserQuit,
+        [](const Json& data) {
+            return data.at(std::size_t{0}).text() == "Anna[AWAY]" && data.at(1).text().ends_with("so long");
+        },
+        "Anna[AWAY] and her last words");
+}
+
+TEST_P(Others, KickTheUserAndEachOther) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    anna.expect({":Nikos!", "JOIN", "#one"});
+    IrcPeer petros(server.port(), "Petros");
+    petros.join("#one");
+
+    anna.send("KICK #one Petros :noise");
+    nikos.gate().expectMessage(Host::UserParted, JsonArray{"#one", "Petros"});
+    anna.send("KICK #one Nikos :noise");
+    const auto kicked = [](const Json& data) {
+        return data.at(std::size_t{0}).text() == "KICK" && data.at(1).at(1).text() == "Nikos";
+    };
+    nikos.gate().expectMessage(Host::Word, kicked, "the kick");
+}
+
+TEST_P(Others, ChangeModesInLinesOfOneForm) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    anna.expect({":Nikos!", "JOIN", "#one"});
+    GateReader& gate = nikos.gate();
+
+    struct Case {
+        const char* sent;
+        JsonArray read;
+    };
+    const Case cases[] = {
+        {"+v Nikos", {"#one", "+v", "Nikos"}},
+        {"+o Nikos", {"#one", "+o", "Nikos"}},
+        {"-o Nikos", {"#one", "-o", "Nikos"}},
+        {"+k sesame", {"#one", "+k"}},
+        {"+l 20", {"#one", "+l"}},
+        {"-l", {"#one", "-l"}},
+        {"+m", {"#one", "+m"}},
+    };
+    for (const auto& [sent, read] : cases) {
+        SCOPED_TRACE(sent);
+        anna.send(std::string("MODE #one ") + sent);
+        expectLine(gate, "MODE", read);
+    }
+    anna.send("MODE #one +v-v Nikos Anna");
+    expectLine(gate, "MODE", {"#one", "-v", "Anna"});
+}
+
+TEST_P(Others, MuteAChannelAndItStaysJoined) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    anna.send("MODE #one +m");
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    anna.expect({":Nikos!", "JOIN", "#one"});
+
+    nikos.gate().send(Host::Raw, "PRIVMSG #one :may I?");
+    const auto toldSo = [](const Json& data) {
+        return data.at(std::size_t{0}).text() == "NOTICE" &&
+               data.at(2).text().find("#one") != std::string::npos;
+    };
+    nikos.gate().expectMessage(Host::Word, toldSo, "a notice about #one");
+    EXPECT_FALSE(nikos.gate().saw("\"Data\":[404,"));
+}
+
+TEST_P(Others, StayInTheListsOfKnownChannelsAlone) {
+    IrcServer server(GetParam());
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    GateReader& gate = nikos.gate();
+    gate.expectNumeric(366, {"#one"});
+
+    gate.send(Host::Raw, "JOIN #one");  // says nothing more, though the channel list waits for a word
+    gate.expectNumeric(927, {"#one"});
+    gate.send(Host::Raw, "NAMES #nobody");
+    settle(gate);
+    EXPECT_FALSE(gate.saw("\"#nobody\"")) << gate.transcript();
+}
+
+// ircd-hybrid alone: everybody begins invisible, and nicks are cut without a word.
+
+TEST(HybridAsShipped, GivesNoEmptyRowForInvisibleUsers) {
+    if (const auto reason = IrcServer::whyNot(ServerKind::Hybrid); !reason.empty()) GTEST_SKIP() << reason;
+    IrcServer server(ServerKind::Hybrid, {.invisible = true});
+    OrreryProcess nikos(server.port());
+
+    nikos.gate().expectNumeric(266);  // the answer to WHO would stand before this one
+    nikos.gate().expectNumeric(401, {"OrreryServ"});
+    EXPECT_FALSE(nikos.gate().saw("\"Data\":[315,"));
+}
+
+TEST(HybridAsShipped, NamesTheUserAsItCutTheNick) {
+    if (const auto reason = IrcServer::whyNot(ServerKind::Hybrid); !reason.empty()) GTEST_SKIP() << reason;
+    IrcServer server(ServerKind::Hybrid, {.nickLength = 9});
+    IrcPeer anna(server.port(), "Anna");
+    OrreryProcess nikos(server.port(), {.nick = "Alexandros"});
+
+    nikos.gate().expectNumeric(1);
+    nikos.gate().expectMessage(Host::Word, JsonArray{"NICK", JsonArray{"", ""}, "Alexandro"});
+    anna.say("Alexandro", "is it you?");
+    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Anna", "is it you?"});
+}
+
+}  // namespace
+
+}  // namespace talvora::e2e

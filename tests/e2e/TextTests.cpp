@@ -1,0 +1,82 @@
+// Text and special text between a user's programs, the component and other people.
+
+#include "e2e/support/EachServer.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+TALVORA_EACH_SERVER(Texts);
+
+// "Καλημέρα" in code page 1253, as it goes over the wire.
+constexpr const char* greekBytes = "\xCA\xE1\xEB\xE7\xEC\xDD\xF1\xE1";
+constexpr const char* greek = "Καλημέρα";
+
+TEST_P(Texts, OfUsersAndChannelsGoBothWays) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#one");
+    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    anna.expect({":Nikos!", "JOIN", "#one"});
+    GateReader& gate = nikos.gate();
+
+    gate.send(Host::SayPrivate, JsonArray{"Anna", greek});
+    anna.expect({":Nikos!", std::string("PRIVMSG Anna :") + greekBytes});
+    anna.say("Nikos", greekBytes);
+    gate.expectMessage(Host::PrivateText, JsonArray{"Anna", greek});
+    anna.say("#one", "all: hear this");
+    gate.expectMessage(Host::ChannelText, JsonArray{"#one", "Anna", "all: hear this"});
+    gate.send(Host::Raw, "PRIVMSG #one :said raw");
+    anna.expect({":Nikos!", "PRIVMSG #one :said raw"});
+}
+
+TEST_P(Texts, OfOtherProgramsGoAsSpecialText) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    anna.join("#orrery");
+    OrreryProcess nikos(server.port());
+    anna.expect({":Nikos!", "JOIN", "#orrery"});
+    GateReader& gate = nikos.gate();
+
+    anna.special("Nikos", "_CHESS e2 e4");
+    gate.expectMessage(Host::SpecialText, JsonArray{"CHESS", "Anna", "e2 e4"});
+    anna.special("#orrery", "_WEATHER rain");
+    gate.expectMessage(Host::SystemText, JsonArray{"WEATHER", "Anna", "rain"});
+    gate.send(Host::SaySpecial, JsonArray{"CHESS", "e7 e5", "Anna"});
+    anna.expect({":Nikos!", "PRIVMSG Anna :\1_CHESS e7 e5\1"});
+    gate.send(Host::SaySystemText, JsonArray{"WEATHER", "sun"});
+    anna.expect({":Nikos!", "PRIVMSG #orrery :\1_WEATHER sun\1"});
+    anna.special("Nikos", "PING 123");
+    anna.expect({":Nikos!", "NOTICE Anna :\1PING 123\1"});
+    EXPECT_FALSE(gate.saw("\"MsgID\":1005"));  // the system channel is no chat
+}
+
+TEST_P(Texts, WithNothingInThemCostNothing) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    OrreryProcess nikos(server.port());
+    nikos.gate().expectNumeric(1);
+
+    anna.say("Nikos", "");
+    anna.say("Nikos", "something");
+    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Anna", "something"});
+    EXPECT_EQ(nikos.process().output().find("HandleData"), std::string::npos) << nikos.process().output();
+}
+
+TEST_P(Texts, ThatAreTooLongKeepTheirClosingMark) {
+    IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");
+    OrreryProcess nikos(server.port());
+    nikos.gate().expectNumeric(366, {"#orrery"});  // by its own JOIN it has learnt its prefix
+
+    nikos.gate().send(Host::SaySpecial, JsonArray{"LONG", std::string(600, 'x'), "Anna"});
+    const std::string line = anna.expect({":Nikos!", "PRIVMSG Anna :\1_LONG xxx"});
+    EXPECT_EQ(line.back(), '\1');
+    EXPECT_GT(line.size(), 480U);
+    nikos.gate().send(Host::SayPrivate, JsonArray{"Anna", "still there"});
+    anna.expect({"PRIVMSG Anna :still there"});
+}
+
+}  // namespace
+
+}  // namespace talvora::e2e

@@ -1,0 +1,86 @@
+#pragma once
+// The real host program without a screen, in folders of its own, watched and driven through its gate.
+
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "e2e/support/Json.h"
+#include "e2e/support/LineSocket.h"
+#include "e2e/support/Process.h"
+#include "e2e/support/TempFolder.h"
+
+namespace talvora::e2e {
+
+// Host messages that the tests speak of.
+namespace Host {
+constexpr int Terminate = 8;
+constexpr int SystemText = 1001, SaySystemText = 1002, SaySpecial = 1003, SpecialText = 1004;
+constexpr int ChannelText = 1005, SayPrivate = 1006, PrivateText = 1007;
+constexpr int UserJoined = 1008, UserParted = 1009, UserQuit = 1010, UserRenamed = 1011;
+constexpr int Numeric = 1012, Word = 1013, Raw = 1014;
+}  // namespace Host
+
+// A connection to a gate.
+class GateReader {
+  public:
+    using Wanted = std::function<bool(const Json& data)>;
+
+    explicit GateReader(const std::string& path);
+
+    // The first waiting message of this number with such data, or the next that comes. Returns its data.
+    Json expectMessage(int id, const Wanted& wanted, const std::string& what);
+    // The same, by what the message carries.
+    void expectMessage(int id, const Json& data);
+    // A line of the server with this number; the words are its parameters behind the own nick.
+    Json expectNumeric(int number, std::initializer_list<std::string_view> words = {});
+
+    void send(int id, const Json& data) { sendLine(Json(JsonObject{{"MsgID", id}, {"Data", data}}).write()); }
+    void sendLine(std::string_view line) { lines_.send(line); }
+    std::string takeLine(const std::string& part);
+    bool saw(std::string_view part) const { return lines_.transcript.find(part) != std::string::npos; }
+    const std::string& transcript() const { return lines_.transcript; }
+
+  private:
+    LineSocket lines_;
+};
+
+struct OrreryOptions {
+    std::string nick = "Nikos";
+    std::string channels{};  // the setting ChanList: each name followed by "|"
+    std::string dialect = "standard";
+    std::string encoding = "cp1253";
+    std::vector<std::string> settings{};  // SECTION/KEY=VALUE
+    std::string systemChannel = "#orrery";
+    std::string systemKey = "sesame";
+};
+
+class OrreryProcess {
+  public:
+    // Starts the program against a server on loopback and attaches to its gate.
+    explicit OrreryProcess(int serverPort, const OrreryOptions& options = {});
+
+    GateReader& gate() { return *gate_; }
+    std::string gatePath() const { return folder_ / "gate"; }
+    Process& process() { return *process_; }
+    // SIGTERM, and the exit status.
+    int terminate();
+
+  private:
+    TempFolder folder_;
+    std::unique_ptr<Process> process_;
+    std::unique_ptr<GateReader> gate_;
+};
+
+// The profile file of a network on loopback.
+std::string profileText(int serverPort, const OrreryOptions& options);
+// The command line for folders below `folder`, with the profile at `profile`.
+Program orreryProgram(const TempFolder& folder, const std::string& profile,
+                      const std::vector<std::string>& settings = {});
+// A program of the build.
+std::string builtProgram(const std::string& name);
+
+}  // namespace talvora::e2e

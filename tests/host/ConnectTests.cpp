@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/World.h"
+
+namespace talvora::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
+    World world;
+    Client& maria = world.client("Maria");
+    maria.host.send(4);
+    maria.host.send(18, {}, HostAddress::Everybody);
+    maria.host.send(4, {}, 2);
+    maria.host.send(999);
+    maria.host.send(3, 1);  // before message 1: no effect
+    EXPECT_THAT(maria.host.take(),
+                ElementsAre("5(TalvoraClient.Settings, Talvora IRC, IRC)",
+                            "19(Talvora Messenger, By the Talvora team, All rights reserved, )"));
+}
+
+TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    maria.host.send(1002, HostArray{"calc", "1 2"});
+    maria.host.send(1003, HostArray{"move", "e4", "Nikos"});
+    maria.host.send(1006, HostArray{"Nikos", "hello"});
+    maria.host.send(1014, "TOPIC #x :t");
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG #system :\1_calc 1 2\1", "PRIVMSG Nikos :\1_move e4\1",
+                                                  "PRIVMSG Nikos :hello", "TOPIC #x :t"));
+    maria.around.questions.willAnswer(Answer::Abort);
+    maria.host.send(1003, HostArray{"move", "e4"});
+    EXPECT_THAT(maria.around.questions.asked[0], HasSubstr("Number:9\r\n"));
+    EXPECT_THAT(maria.around.questions.asked[0], HasSubstr("Function:dMsgDB_MessageBroadcasted"));
+    maria.around.questions.willAnswer(Answer::Ignore);
+    maria.host.send(1006, "no array");
+    maria.host.send(1006, HostArray{"Nikos", "still here"});
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here"));
+}
+
+TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    maria.host.send(3, 2);
+    EXPECT_FALSE(maria.window().Visible);
+    maria.host.send(3, 1);
+    EXPECT_TRUE(maria.window().Visible);
+    EXPECT_FALSE(maria.window().Unload(CloseReason::UserClosesBox));
+    EXPECT_FALSE(maria.window().Visible);
+    EXPECT_TRUE(maria.server.connected());
+    maria.host.send(3, 1);
+    EXPECT_TRUE(maria.window().Visible);
+}
+
+TEST(Connect, Message8SaysQuitWithTheUsersWordsOrTheDefaultAndEndsForGood) {
+    for (const char* words : {"", "So long"}) {
+        World world;
+        Client& maria = world.loggedIn("Maria");
+        maria.around.settings.SaveSetting("talvora", "SETTINGS", "quitmsg", words);
+        maria.host.send(8);
+        EXPECT_EQ(maria.component->MainWindow(), nullptr);
+        maria.host.send(1006, HostArray{"Nikos", "too late"});
+        world.time.run(1h);
+        EXPECT_THAT(maria.server.transcript,
+                    testing::EndsWith(std::string("QUIT :") + (*words != '\0' ? words : "Bye bye!") + "\r\n"));
+        EXPECT_EQ(maria.server.connections, 1) << "no retry after the end";
+        maria.host.send(1);
+        world.time.run(1s);
+        EXPECT_EQ(maria.server.connections, 2) << "and message 1 starts anew";
+    }
+}
+
+TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    Account& account = maria.component->TheAccount();
+    account.gSettingsChanged = false;
+    account.LocationPath = "Home.Kavala";
+    maria.host.send(7);
+    world.time.run(5s);
+    EXPECT_EQ(maria.server.connections, 1);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria"));
+    account.gSettingsChanged = true;
+    account.gNickname = "Anna";
+    maria.host.send(7);
+    EXPECT_THAT(maria.server.transcript, HasSubstr("QUIT :Reconfiguring settings\r\n"));
+    EXPECT_THAT(maria.server.transcript, Not(HasSubstr("Changing some settings")));
+    world.time.run(1500ms);
+    EXPECT_EQ(maria.server.connections, 2);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Anna", "USER Anna 0 * :UL:Home.Kavala"));
+}
+
+TEST(Connect, TwoClientsLiveInOneProcess) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    Client& nikos = world.loggedIn("Nikos");
+    maria.host.send(1006, HostArray{"Nikos", "hello"});
+    for (const std::string& line : maria.server.heard()) nikos.server.says(":Maria!m@h " + line);
+    world.time.run(10ms);
+    EXPECT_THAT(nikos.host.take(), ElementsAre("1007(Maria, hello)"));
+    EXPECT_THAT(maria.host.take(), IsEmpty());
+}
+
+TEST(NotifyHost, IsSilentForKindsThatTheUserSwitchedOff) {
+    World world;
+    Client& maria = world.client("Maria");
+    ComponentSettings settings(maria.around.settings);
+    HostGate gate(settings);
+    gate.Attach(maria.host, 1);
+    Notice notice{"Title", "Text", NoticeKind::PrivateText, {}, "line", 7, true, false};
+    gate.NotifyHost(notice);
+    settings.Save(Section::Settings, "PopupPM", "F");
+    gate.NotifyHost(notice);
+    notice.Kind = NoticeKind::ChannelText;
+    gate.NotifyHost(notice);
+    settings.Save(Section::Settings, "PopupChan", "F");
+    gate.NotifyHost(notice);
+    EXPECT_THAT(maria.host.take(), ElementsAre("9(Title, Text, 1, null, line, 7, True, False)",
+                                               "9(Title, Text, 2, null, line, 7, True, False)"));
+}
+
+// ---- The reporter
+
+TEST(GlobError, HasItsExactText) {
+    EXPECT_EQ(GlobError::ReportText(RuntimeError(Fault::SubscriptOutOfRange, 2), "HandleData"),
+              "WARNING! A critical error has occured on Talvora core! You can continue but the system might not work "
+              "properly!\r\n"
+              "Please contact Brindle or Fennmark, providing the follow error information:\r\n"
+              "\r\n"
+              "Description: Subscript out of range\r\n"
+              "Number:9\r\n"
+              "Last DllError:2\r\n"
+              "Source: Talvora\r\n"
+              "Function:HandleData\r\n"
+              "\r\n"
+              "What to you want to do?");
+}
+
+TEST(GlobError, FaultsBehindAnOpenReportAreCountedAndNotStacked) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    maria.around.questions.willAnswer(Answer::Abort, [&] {
+        for (int i = 0; i < 1000; ++i) maria.server.says(":a!b@c PRIVMSG Maria :");
+        world.time.run(2s);
+    });
+    maria.server.says(":a!b@c PRIVMSG Maria :");
+    world.time.run(10ms);
+    EXPECT_EQ(maria.around.questions.asked.size(), 1U);
+    EXPECT_EQ(maria.around.questions.lastSuppressed, 1000);
+}
+
+TEST(Trap, EachAnswerDoesWhatItSays) {
+    World world;
+    Client& maria = world.client("Maria");
+    GlobError reporter(maria.around.platform);
+    for (const Answer answer : {Answer::Abort, Answer::Retry, Answer::Ignore}) {
+        std::string path;
+        int failures = 1;
+        maria.around.questions.willAnswer(answer);
+        trapped(reporter, "Outer", [&](Trap& step) {
+            step([&] { path += "a"; });
+            step([&] {
+                if (failures-- > 0) throw RuntimeError(Fault::DiskFull);
+                path += "b";
+            });
+            path += "c";
+        });
+        EXPECT_EQ(path, answer == Answer::Abort ? "a" : answer == Answer::Retry ? "abc" : "ac");
+    }
+    // A fault outside any step leaves the procedure, whatever the answer, and its caller goes on.
+    std::string path;
+    maria.around.questions.willAnswer(Answer::Ignore);
+    trapped(reporter, "Outer", [&](Trap& outer) {
+        outer([&] {
+            trapped(reporter, "Inner", [&](Trap&) {
+                throw std::runtime_error("foreign");
+            });
+            path += "on";
+        });
+    });
+    EXPECT_EQ(path, "on");
+    EXPECT_THAT(maria.around.questions.asked.back(), HasSubstr("Description: foreign\r\nNumber:51"));
+}
+
+}  // namespace
+}  // namespace talvora::test

@@ -1,0 +1,49 @@
+#pragma once
+// An engine on virtual time with a scripted server at its endpoint.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "irc/IRCServ.h"
+#include "support/EventLog.h"
+#include "support/VirtualPlatform.h"
+
+namespace talvora::test {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Lines = std::vector<std::string>;
+
+class EngineTest : public testing::Test {
+  protected:
+    // Connects, and logs on as `me` unless told otherwise.
+    void online() {
+        engine.SetNickname("me");
+        engine.Connect("irc.test", 6667);
+        time.settle();
+        server.says(":srv 001 me :Welcome");
+        time.run(3s);
+        server.heard();
+        log.take();
+    }
+
+    // What one line of the server raises.
+    Lines raisedBy(const std::string& line) {
+        log.take();
+        server.says(line);
+        time.run(10ms);
+        return log.take();
+    }
+
+    VirtualTime time;
+    VirtualNetwork network{time};
+    ScriptedServer& server = network.server("irc.test", 6667);
+    VirtualPlatform around{time, network};
+    GlobError globError{around.platform};
+    Random random;
+    IRCServ engine{around.platform, globError, random, network.CreateSocket({})};
+    EventLog log{engine};
+};
+
+}  // namespace talvora::test

@@ -1,0 +1,311 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/World.h"
+
+namespace talvora::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+void says(World& world, Client& client, const std::string& line) {
+    client.server.says(line);
+    world.time.run(10ms);
+}
+
+TEST(Session, TheFirstLogOnJoinsTheSystemChannelAndThenTheSavedOnes) {
+    World world;
+    Client& maria = world.client("Maria");
+    maria.around.settings.SaveSetting("Talvora", "ChanKeys", "#two", "sesame");
+    maria.around.settings.SaveSetting("Talvora", "Settings", "ChanList", "#one|#two|");
+    maria.host.send(1);
+    EXPECT_THAT(maria.host.take(), ElementsAre("2(Talvora IRC, 1)"));
+    world.time.settle();
+    EXPECT_EQ(maria.window().Session.Label8.Caption.get(), "Loging in...");
+    EXPECT_EQ(maria.window().Session.imgStat.Picture, SessionPicture::Connecting);
+    maria.server.says(":srv 001 Maria :Welcome");
+    world.time.run(2500ms);
+    EXPECT_THAT(maria.server.heard(),
+                ElementsAre("NICK Maria", "WHO", "LUSERS", "PRIVMSG OrreryServ :. . .", "JOIN #system syskey",
+                            "JOIN #one", "JOIN #two sesame", "USER Maria 0 * :UL:Default.Unsetted", "PASS none"));
+    EXPECT_EQ(maria.window().Session.Label8.Caption.get(), "Talvora is Up and Running");
+    EXPECT_EQ(maria.window().Session.imgStat.Picture, SessionPicture::OnLine);
+}
+
+TEST(Session, AFirstStartRunsOnItsDefaults) {
+    World world;
+    Client& user = world.loggedIn("TalvchatUser");
+    EXPECT_THAT(user.server.transcript, testing::HasSubstr("JOIN #thessaloniki\r\n"));
+    EXPECT_THAT(user.around.questions.asked, IsEmpty());
+}
+
+TEST(Session, TheRefreshAsksEachMinuteAndProbesTheRobot) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    SessionPanel& session = maria.window().Session;
+    EXPECT_TRUE(session.imgMailOK.Visible);
+    says(world, maria, ":srv 401 Maria orreryserv :No such nick");
+    EXPECT_FALSE(session.imgMailOK.Visible);
+    EXPECT_TRUE(session.imgMailErr.Visible);
+    world.time.run(60s);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("WHO", "LUSERS", "PRIVMSG OrreryServ :. . ."));
+    EXPECT_TRUE(session.imgMailOK.Visible);
+    says(world, maria, ":srv 266 Maria :Current global users: 12  Max: 30");
+    EXPECT_EQ(session.Label20.Caption.get(), "Global users: 12");
+    maria.server.closes();
+    world.time.run(5min);
+    EXPECT_EQ(session.Label8.Caption.get(), "Loging in...") << "AutoRetry is forced at every ReConnect";
+}
+
+TEST(Session, TheSystemChannelsRefusalsAreComparedWithItsKey) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    SessionPanel& session = maria.window().Session;
+    says(world, maria, ":Maria!u@h JOIN :#SYSTEM");
+    EXPECT_TRUE(session.SysChanOK());
+    EXPECT_THAT(maria.window().Channels.Joined(), Not(testing::HasSubstr("SYSTEM")));
+    says(world, maria, ":srv 474 Maria syskey :banned");
+    EXPECT_EQ(session.SysChanState(), 3);
+    says(world, maria, ":srv 474 Maria #system :banned");
+    EXPECT_EQ(session.SysChanState(), 3);
+    says(world, maria, ":Maria!u@h PART #system");
+    EXPECT_EQ(session.SysChanState(), 4);
+}
+
+TEST(Session, NewsOfOthersReachTheHost) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    for (const char* line : {":a!b@c JOIN :#x", ":a!b@c NICK :d", ":d!b@c PART #x :bye", ":e!b@c QUIT :gone",
+                             ":a!b@c PRIVMSG #x :hi", ":a!b@c PRIVMSG #system :hi", ":a!b@c PRIVMSG Maria :psst",
+                             ":a!b@c PRIVMSG #system :\1_calc 1 2\1", ":a!b@c PRIVMSG #system :\1calc 1\1",
+                             ":a!b@c PRIVMSG Maria :\1_move e4\1", ":a!b@c PRIVMSG Maria :\1ACTION waves\1"}) {
+        says(world, maria, line);
+    }
+    EXPECT_THAT(maria.host.take(),
+                ElementsAre("1008(#x, a)", "1011(a, d)", "1009(#x, d)", "1010(e, gone)", "1005(#x, a, hi)",
+                            "1007(a, psst)", "1001(calc, a, 1 2)", "1004(move, a, e4)"));
+}
+
+TEST(Session, QueriesAreAnsweredOnOneLineEach) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    for (const char* line : {":a!b@c PRIVMSG Maria :\1PING 123\1", ":a!b@c PRIVMSG Maria :\1VERSION\1",
+                             ":a!b@c PRIVMSG Maria :\1TIME\1", ":a!b@c PRIVMSG Maria :\1FINGER\1",
+                             ":a!b@c PRIVMSG Maria :\1ping 1\1"}) {
+        says(world, maria, line);
+    }
+    maria.server.sends(std::string(":a!b@c PRIVMSG Maria :\1PING x\0y\1\r\n", 35));
+    world.time.run(10ms);
+    EXPECT_THAT(maria.server.heard(),
+                ElementsAre("NOTICE a :\1PING 123\1", "NOTICE a :\1VERSION Talvchat v0.1.0 the Talvora team\1",
+                            testing::MatchesRegex("NOTICE a :\1TIME 14/03/2026 09:00:..\1"),
+                            "NOTICE a :\1FINGER Maria. Unknown idle time\1", "NOTICE a :\1PING xy\1"));
+}
+
+TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
+    World world;
+    Client& maria = world.client("Maria");
+    maria.around.settings.SaveSetting("Talvora", "Settings", "IgnoreList", "nikos@bob@");
+    maria.host.send(1);
+    world.time.settle();
+    maria.server.says(":srv 001 Maria :Welcome");
+    world.time.run(4s);
+    maria.server.heard();
+    PresencePanel& presence = maria.window().Presence;
+    ASSERT_EQ(presence.popStat.UBound(), 2);
+    EXPECT_EQ(presence.popStat(1).Caption.get(), "Do not disturb");
+    EXPECT_EQ(presence.popStat(1).Tag.get(), "5|DND");
+    says(world, maria, ":nikos[afk]!b@c PRIVMSG Maria :hey");
+    says(world, maria, ":nikos!b@c PRIVMSG #x :hey");
+    presence.popStat(1).Click.raise();
+    EXPECT_EQ(presence.Label18.Caption.get(), "Dnd");
+    says(world, maria, ":Maria!u@h NICK :Maria[DND]");
+    EXPECT_EQ(maria.component->TheAccount().gNickname, "Maria");
+    says(world, maria, ":nikos!b@c PRIVMSG Maria[DND] :\1MAIL x\1");
+    presence.popStat(2).Click.raise();
+    presence.popOnline.Click.raise();
+    EXPECT_THAT(maria.server.heard(),
+                ElementsAre("PRIVMSG nikos[afk] :\1ACTION ignores you\1", "NICK Maria[DND]",
+                            "PRIVMSG nikos :\1ACTION is busy and doesn't want to be disturbed\1",
+                            "NICK Maria[away]", "NICK Maria"));
+    EXPECT_FALSE(presence.DoNotDisturb());
+}
+
+TEST(Presence, ATableOfSixtyStatesGivesFiftyEntriesAndABadLineOneReport) {
+    World world;
+    Client& maria = world.client("Maria");
+    std::string table = "broken line\r\n";
+    for (int i = 0; i < 60; ++i) table += "S" + std::to_string(i) + "|State|3\r\n";
+    maria.around.disk.put("System/perflix.lst", table);
+    maria.around.questions.willAnswer(Answer::Ignore);
+    maria.host.send(1);
+    EXPECT_EQ(maria.window().Presence.popStat.UBound(), 50);
+    EXPECT_EQ(maria.window().Presence.popStat(1).Tag.get(), "3|S0");
+}
+
+// ---- The channel panel
+
+struct Windows : KeyPrompt, NoteBox, ChannelWindows {
+    void ExecList(const std::string& list) override { told.push_back("keys " + list); }
+    void Display(const std::string& text, const std::string& title, int) override {
+        told.push_back(title + ": " + text);
+    }
+    void StartChan(const std::string& c) override { told.push_back("start " + c); }
+    void RemoveChan(const std::string& c) override { told.push_back("remove " + c); }
+    void NamesChan(const std::string&, const NameList&) override {}
+    void JoinChan(const std::string&, const std::string&) override {}
+    void PartChan(const std::string&, const std::string&) override {}
+    void QuitChan(const std::string&) override {}
+    void RenameChan(const std::string&, const std::string&) override {}
+    void ChanDistribute(const std::string&, const std::string&, const std::string&, const std::string&) override {}
+    std::vector<std::string> told;
+};
+
+class ChannelPanelTest : public testing::Test {
+  protected:
+    ChannelPanelTest() {
+        to.Keys = &windows;
+        to.Notes = &windows;
+        to.Channels = &windows;
+        around.disk.put("System/perflix.lst", "");
+        account.gNickname = "me";
+        account.gServerHost = "irc.test";
+        account.gServerPort = 6667;
+        account.gSysChannel = "#system";
+        account.gSettingsChanged = true;
+        settings.Save(Section::Settings, "ChanList", "");
+        form.Form_Load();
+        time.settle();
+        server.says(":srv 001 me :Welcome");
+        time.run(4s);
+        server.heard();
+    }
+    void says(const std::string& line) {
+        server.says(line);
+        time.run(10ms);
+    }
+    // Each row as its name, its ticks and its icon.
+    std::vector<std::string> rows() {
+        std::vector<std::string> all;
+        for (int i = 1; i <= list.ListItems.Count(); ++i) {
+            const ListItem& row = list.ListItems(i);
+            all.push_back((row.Checked() ? "+" : "-") + row.Text() + " " + std::to_string(row.SmallIcon()) + " " +
+                          row.SubItems(1) + " " + row.SubItems(2));
+        }
+        return all;
+    }
+
+    VirtualTime time;
+    VirtualNetwork network{time};
+    ScriptedServer& server = network.server("irc.test", 6667);
+    VirtualPlatform around{time, network};
+    GlobError globError{around.platform};
+    ComponentSettings settings{around.settings};
+    HostGate gate{settings};
+    Account account;
+    Random random;
+    Windows windows;
+    Handovers to;
+    Form1 form{{around.platform, globError, settings, gate, account, random, to}, network.CreateSocket({})};
+    ChannelPanel& panel = form.Channels;
+    ListView& list = panel.ListView2;
+};
+
+TEST_F(ChannelPanelTest, ShowsJoinedChannelsFirstAndFillsInTheServersList) {
+    settings.Save(Section::ChanKeys, "#b", "key");
+    says(":me!u@h JOIN :#b");
+    says(":me!u@h JOIN :#a");
+    for (const char* line : {":s 322 me #B 7 :About b", ":s 322 me #System 9 :", ":s 322 me #c 1 :c: topic",
+                             ":s 323 me :End"}) {
+        says(line);
+    }
+    EXPECT_THAT(rows(), ElementsAre("+#b 7 7 About b", "+#a 6  ", "-#c 6 1 c: topic"));
+    says(":s 442 me #b :not on it");
+    EXPECT_THAT(rows(), ElementsAre("+#a 6  ", "-#B 7 7 About b", "-#c 6 1 c: topic"));
+    EXPECT_THAT(windows.told, ElementsAre("remove #b"));
+}
+
+TEST_F(ChannelPanelTest, TickingRowsWithinFiveSecondsGivesOneNewList) {
+    for (const char* line : {":me!u@h JOIN :#a", ":me!u@h JOIN :#b", ":s 322 me #c 1 :", ":s 323 me :End"}) says(line);
+    server.heard();
+    list.userTicks(list.ListItems(2), false);
+    time.run(3s);
+    list.userTicks(list.ListItems(3), true);
+    time.run(4900ms);
+    EXPECT_THAT(server.heard(), IsEmpty());
+    time.run(200ms);
+    EXPECT_THAT(server.heard(), ElementsAre("NAMES #a", "PART #b", "JOIN #a", "JOIN #c"));
+    EXPECT_EQ(settings.Get(Section::Settings, "ChanList", ""), "#a|#c|");
+    says(":s 927 me #a :Already in channel");
+    EXPECT_EQ(panel.Joined(), "#a|");
+}
+
+TEST_F(ChannelPanelTest, KeyRefusalsOfOneLoginBecomeOneRoundOfQuestions) {
+    says(":s 475 me #red :Cannot join channel (+k)");
+    time.run(4s);
+    says(":s 475 me #blue :Cannot join channel (+k)");
+    EXPECT_THAT(windows.told, IsEmpty());
+    time.run(2s);
+    EXPECT_THAT(windows.told, ElementsAre("keys #red|#blue|"));
+    time.run(10s);
+    EXPECT_EQ(windows.told.size(), 1U);
+}
+
+TEST_F(ChannelPanelTest, OtherRefusalsAreTold) {
+    says(":s 474 me #x :banned");
+    says(":s 473 me #y :invite");
+    EXPECT_THAT(windows.told,
+                ElementsAre("Join error: You cannot join channel #x because you are banned from it!",
+                            "Join error: You cannot join channel #y because it accepts only users with invitation!"));
+}
+
+TEST_F(ChannelPanelTest, TheMenusAreCrossedAndADoubleClickJoins) {
+    says(":me!u@h JOIN :#a");
+    ListItem& row = list.ListItems(1);
+    list.userSelects(row);
+    panel.popChanJoin.Click.raise();
+    EXPECT_FALSE(row.Checked());
+    panel.popChanPart.Click.raise();
+    EXPECT_TRUE(row.Checked());
+    EXPECT_TRUE(panel.tmrRefreshUsers.Enabled);
+    server.heard();
+    list.DblClick.raise();
+    EXPECT_THAT(server.heard(), ElementsAre("JOIN #a", "NAMS #a"));
+    EXPECT_THAT(windows.told, ElementsAre("start #a"));
+}
+
+TEST_F(ChannelPanelTest, AKeyIsAskedForAndClearedOnlyAfterYes) {
+    says(":me!u@h JOIN :#a");
+    const auto chooseKey = [&](std::optional<std::string> typed, std::optional<Answer> clear) {
+        list.userSelects(list.ListItems(1));
+        around.questions.willType(std::move(typed));
+        if (clear) around.questions.willAnswer(*clear);
+        panel.popChanKey.Click.raise();
+        return settings.Get(Section::ChanKeys, "#A", "");
+    };
+    EXPECT_EQ(chooseKey("sesame", {}), "sesame");
+    EXPECT_EQ(chooseKey(std::nullopt, Answer::No), "sesame");
+    EXPECT_EQ(chooseKey("", Answer::Yes), "");
+    EXPECT_THAT(around.questions.asked[0], testing::HasSubstr("to use as default for channel #a"));
+}
+
+TEST_F(ChannelPanelTest, AServerCannotMakeTheListGrowWithoutEnd) {
+    for (int i = 0; i < 20000; ++i) server.says(":me!u@h JOIN :#" + std::string(60, 'x') + std::to_string(i));
+    time.run(21s);
+    EXPECT_LE(panel.Joined().size(), 65536U);
+}
+
+TEST_F(ChannelPanelTest, AFailedSaveIsReportedAndTheSessionGoesOn) {
+    around.settings.FailNextSave();
+    around.questions.willAnswer(Answer::Abort);
+    panel.CreateChannelList("#a|");
+    EXPECT_THAT(around.questions.asked, Contains(testing::HasSubstr("Function:CreateChannelList")));
+    EXPECT_THAT(server.heard(), ElementsAre("JOIN #a"));
+}
+
+}  // namespace
+}  // namespace talvora::test

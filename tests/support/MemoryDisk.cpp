@@ -1,0 +1,273 @@
+#include "support/MemoryDisk.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/FilePath.h"
+
+namespace talvora {
+
+namespace {
+
+std::string nameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+}  // namespace
+
+struct MemoryDisk::Node {
+    explicit Node(Kind what) : kind(what) {}
+
+    void settle() {
+        flushedContent = content;
+        flushedEntries = entries;
+    }
+    void restart(Survived survived) {
+        if (survived == Survived::Everything) settle();
+        content = flushedContent;
+        entries = flushedEntries;
+        for (auto& [name, node] : entries) node->restart(survived);
+    }
+    void collect(const std::string& path, std::vector<std::string>& to) const {
+        for (const auto& [name, node] : entries) {
+            const std::string below = joinNative(path, name);
+            if (node->kind != Kind::Folder) to.push_back(below);
+            node->collect(below, to);
+        }
+    }
+
+    Kind kind;
+    std::string content;  // of a link its target
+    std::string flushedContent;
+    std::map<std::string, NodeOf> entries;
+    std::map<std::string, NodeOf> flushedEntries;
+};
+
+MemoryDisk::MemoryDisk() : root_(std::make_shared<Node>(Kind::Folder)) {}
+MemoryDisk::~MemoryDisk() = default;
+
+void MemoryDisk::call() {
+    if (died_) throw DiskFault(EIO);
+    if (callsToFault_ < 0 || callsToFault_-- > 0) return;
+    failed_ = true;
+    throw DiskFault(faultNumber_);
+}
+
+void MemoryDisk::change() {
+    call();
+    if (changesToDeath_ < 0 || changesToDeath_-- > 0) return;
+    died_ = true;
+    throw DiskFault(EIO);
+}
+
+void MemoryDisk::failAt(int callNumber, int errorNumber) {
+    callsToFault_ = callNumber;
+    faultNumber_ = errorNumber;
+    failed_ = false;
+}
+
+void MemoryDisk::dieAtWrite(int changeNumber) {
+    changesToDeath_ = changeNumber;
+}
+
+void MemoryDisk::restart(Survived survived) {
+    root_->restart(survived);
+    handles_.clear();
+    callsToFault_ = -1;
+    changesToDeath_ = -1;
+    died_ = false;
+}
+
+MemoryDisk::NodeOf MemoryDisk::look(const std::string& path) const {
+    NodeOf node = root_;
+    for (std::size_t from = 0; from < path.size();) {
+        const std::size_t to = std::min(path.find('/', from), path.size());
+        if (node->kind == Kind::Link) throw DiskFault(ELOOP);
+        if (node->kind != Kind::Folder) throw DiskFault(ENOTDIR);
+        const auto entry = node->entries.find(path.substr(from, to - from));
+        if (entry == node->entries.end()) return nullptr;
+        node = entry->second;
+        from = to + 1;
+    }
+    return node;
+}
+
+MemoryDisk::Node& MemoryDisk::folder(const std::string& path) const {
+    const NodeOf node = look(path);
+    if (!node) throw DiskFault(ENOENT);
+    if (node->kind != Kind::Folder) throw DiskFault(node->kind == Kind::Link ? ELOOP : ENOTDIR);
+    return *node;
+}
+
+MemoryDisk::Node& MemoryDisk::makeFolders(const std::string& path) {
+    if (path.empty()) return *root_;
+    Node& parent = makeFolders(folderOf(path));
+    NodeOf& node = parent.entries[nameOf(path)];
+    if (!node) node = std::make_shared<Node>(Kind::Folder);
+    parent.settle();
+    return *node;
+}
+
+void MemoryDisk::put(const std::string& path, std::string_view text) {
+    Node& parent = makeFolders(folderOf(path));
+    const auto node = std::make_shared<Node>(Kind::File);
+    node->content = text;
+    node->settle();
+    parent.entries[nameOf(path)] = node;
+    parent.settle();
+}
+
+void MemoryDisk::makeLink(const std::string& path, const std::string& target) {
+    put(path, target);
+    look(path)->kind = Kind::Link;
+}
+
+std::optional<std::string> MemoryDisk::content(const std::string& path) const {
+    const NodeOf node = look(path);
+    if (!node || node->kind != Kind::File) return std::nullopt;
+    return node->content;
+}
+
+std::vector<std::string> MemoryDisk::paths() const {
+    std::vector<std::string> all;
+    root_->collect("", all);
+    return all;
+}
+
+MemoryDisk::Handle MemoryDisk::handleOf(NodeOf node) {
+    handles_[nextHandle_] = std::move(node);
+    return nextHandle_++;
+}
+
+MemoryDisk::Handle MemoryDisk::open(const std::string& path, Access access) {
+    const bool creates = access == Access::Create || access == Access::Empty;
+    creates ? change() : call();
+    Node& parent = folder(folderOf(path));
+    NodeOf node = look(path);
+    if (!node && !creates) throw DiskFault(ENOENT);
+    if (!node) node = parent.entries[nameOf(path)] = std::make_shared<Node>(Kind::File);
+    if (node->kind != Kind::File) throw DiskFault(node->kind == Kind::Link ? ELOOP : EISDIR);
+    if (access == Access::Empty) node->content.clear();
+    return handleOf(node);
+}
+
+MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
+    call();
+    const auto found = picked.find(nativePath);
+    if (found == picked.end()) throw DiskFault(ENOENT);
+    const auto node = std::make_shared<Node>(Kind::File);
+    node->content = found->second;
+    return handleOf(node);
+}
+
+MemoryDisk::Node& MemoryDisk::at(Handle file) {
+    const auto found = handles_.find(file);
+    if (found == handles_.end()) throw DiskFault(EBADF);
+    return *found->second;
+}
+
+std::size_t MemoryDisk::read(Handle file, std::int64_t from, char* to, std::size_t count) {
+    call();
+    const std::string& content = at(file).content;
+    const std::size_t start = std::min(static_cast<std::size_t>(from), content.size());
+    return content.copy(to, count, start);
+}
+
+void MemoryDisk::write(Handle file, std::int64_t to, std::string_view bytes) {
+    Node& node = at(file);
+    const auto put = [&](std::string_view part) {
+        const std::size_t start = static_cast<std::size_t>(to);
+        if (node.content.size() < start + part.size()) node.content.resize(start + part.size());
+        node.content.replace(start, part.size(), part);
+    };
+    const bool alive = !died_;
+    try {
+        change();
+    } catch (const RuntimeError&) {
+        if (alive) put(bytes.substr(0, bytes.size() / 2));
+        throw;
+    }
+    put(bytes);
+}
+
+std::int64_t MemoryDisk::size(Handle file) {
+    call();
+    return static_cast<std::int64_t>(at(file).content.size());
+}
+
+void MemoryDisk::truncate(Handle file, std::int64_t size) {
+    change();
+    at(file).content.resize(static_cast<std::size_t>(size));
+}
+
+void MemoryDisk::flush(Handle file) {
+    change();
+    Node& node = at(file);
+    node.flushedContent = node.content;
+}
+
+void MemoryDisk::close(Handle file) {
+    handles_.erase(file);
+    call();
+}
+
+DiskDriver::Status MemoryDisk::status(const std::string& path) {
+    call();
+    const NodeOf node = look(path);
+    if (!node) return {};
+    return {node->kind, node->kind == Kind::File ? static_cast<std::int64_t>(node->content.size()) : 0};
+}
+
+std::string MemoryDisk::linkTarget(const std::string& path) {
+    call();
+    const NodeOf node = look(path);
+    if (!node || node->kind != Kind::Link) throw DiskFault(EINVAL);
+    return node->content;
+}
+
+std::vector<DiskDriver::Entry> MemoryDisk::list(const std::string& path) {
+    call();
+    std::vector<Entry> entries;
+    for (const auto& [name, node] : folder(path).entries) entries.push_back({name, node->kind});
+    return entries;
+}
+
+void MemoryDisk::flushFolder(const std::string& path) {
+    change();
+    Node& node = folder(path);
+    node.flushedEntries = node.entries;
+}
+
+void MemoryDisk::makeFolder(const std::string& path) {
+    change();
+    const bool made =
+        folder(folderOf(path)).entries.try_emplace(nameOf(path), std::make_shared<Node>(Kind::Folder)).second;
+    if (!made) throw DiskFault(EEXIST);
+}
+
+void MemoryDisk::rename(const std::string& from, const std::string& to) {
+    change();
+    const NodeOf node = look(from);
+    if (!node) throw DiskFault(ENOENT);
+    folder(folderOf(to)).entries[nameOf(to)] = node;
+    if (from != to) folder(folderOf(from)).entries.erase(nameOf(from));
+}
+
+void MemoryDisk::remove(const std::string& path) {
+    change();
+    const NodeOf node = look(path);
+    if (!node) throw DiskFault(ENOENT);
+    if (node->kind == Kind::Folder) throw DiskFault(EISDIR);
+    folder(folderOf(path)).entries.erase(nameOf(path));
+}
+
+void MemoryDisk::moveToWaste(const std::string& path) {
+    change();
+    const NodeOf node = look(path);
+    if (!node) throw DiskFault(ENOENT);
+    waste.push_back({path, node->content});
+    folder(folderOf(path)).entries.erase(nameOf(path));
+}
+
+}  // namespace talvora

@@ -1,0 +1,92 @@
+#pragma once
+// A disk in memory for tests: case-sensitive, knows links, remembers what was flushed, can fail at any call
+// and die at any change. It follows no link, so that a layer above that does not resolve one is found out.
+//
+// A test lays files out by `put` and `makeLink`, hands the disk to `Files`, and looks at the result by
+// `content`.
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/DiskDriver.h"
+
+namespace talvora {
+
+class MemoryDisk final : public DiskDriver {
+  public:
+    // What a restart finds: what was flushed (lost power), or everything that was done before the disk died
+    // (a killed process), with half of the bytes of the write that was under way.
+    enum class Survived { Flushed, Everything };
+    struct Wasted {
+        std::string Path;
+        std::string Content;
+    };
+
+    MemoryDisk();
+    ~MemoryDisk() override;
+
+    // A file as if it had always been there; folders on the way are made.
+    void put(const std::string& path, std::string_view content);
+    void makeLink(const std::string& path, const std::string& target);
+    // What a program would read now; nothing if there is no such file.
+    std::optional<std::string> content(const std::string& path) const;
+    // All files and links, as paths in order.
+    std::vector<std::string> paths() const;
+
+    // The n-th call from now, counted from 0, faults with this errno. Once.
+    void failAt(int call, int errorNumber);
+    bool failed() const { return failed_; }
+    // The n-th change from now, counted from 0, and everything behind it faults and is lost. A flush is a
+    // change.
+    void dieAtWrite(int change);
+    bool died() const { return died_; }
+    void restart(Survived survived = Survived::Flushed);
+
+    std::vector<Wasted> waste;                  // oldest first
+    std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
+    int openHandles() const { return static_cast<int>(handles_.size()); }
+
+    Handle open(const std::string& path, Access access) override;
+    Handle openPicked(const std::string& nativePath) override;
+    std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) override;
+    void write(Handle file, std::int64_t at, std::string_view bytes) override;
+    std::int64_t size(Handle file) override;
+    void truncate(Handle file, std::int64_t size) override;
+    void flush(Handle file) override;
+    void close(Handle file) override;
+    Status status(const std::string& path) override;
+    std::string linkTarget(const std::string& path) override;
+    std::vector<Entry> list(const std::string& folder) override;
+    void flushFolder(const std::string& folder) override;
+    void makeFolder(const std::string& path) override;
+    void rename(const std::string& from, const std::string& to) override;
+    void remove(const std::string& path) override;
+    void moveToWaste(const std::string& path) override;
+
+  private:
+    struct Node;
+    using NodeOf = std::shared_ptr<Node>;
+
+    void call();
+    void change();
+    Node& at(Handle file);
+    NodeOf look(const std::string& path) const;
+    Node& folder(const std::string& path) const;
+    Node& makeFolders(const std::string& path);
+    Handle handleOf(NodeOf node);
+
+    NodeOf root_;
+    std::map<Handle, NodeOf> handles_;
+    Handle nextHandle_ = 1;
+    int callsToFault_ = -1;
+    int faultNumber_ = 0;
+    bool failed_ = false;
+    int changesToDeath_ = -1;
+    bool died_ = false;
+};
+
+}  // namespace talvora

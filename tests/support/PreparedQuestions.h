@@ -1,0 +1,69 @@
+#pragma once
+// Questions whose answers a test has laid ready. An unexpected question fails the test.
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Questions.h"
+
+namespace talvora::test {
+
+class PreparedQuestions final : public Questions {
+  public:
+    ~PreparedQuestions() override { EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers not asked for"; }
+
+    // `meanwhile` runs while the box stands, so that what happens behind an open dialog is tested too.
+    void willAnswer(Answer answer, std::function<void()> meanwhile = {}) {
+        answers_.push_back({answer, {}, std::move(meanwhile)});
+    }
+    void willType(std::optional<std::string> text) { answers_.push_back({Answer::Ok, std::move(text), {}}); }
+    // Faults are reported in any number, and each is answered so.
+    void answerFaults(Answer answer) { faultAnswer_ = answer; }
+
+    Answer Ask(MessageBox& box) override {
+        asked.push_back(box.Title + "\n" + box.Text);
+        if (faultAnswer_ && box.Choices == Buttons::AbortRetryIgnore) return *faultAnswer_;
+        if (answers_.empty()) {
+            ADD_FAILURE() << "unexpected question: " << asked.back();
+            return box.Choices == Buttons::AbortRetryIgnore ? Answer::Abort : Answer::Cancel;
+        }
+        const Prepared prepared = next();
+        if (prepared.meanwhile) prepared.meanwhile();
+        lastSuppressed = box.Suppressed;
+        return prepared.answer;
+    }
+
+    std::optional<std::string> Ask(const InputBox& box) override {
+        asked.push_back(box.Title + "\n" + box.Prompt + "\n" + box.Default);
+        if (answers_.empty()) {
+            ADD_FAILURE() << "unexpected question: " << asked.back();
+            return std::nullopt;
+        }
+        return next().text;
+    }
+
+    // Title and text of all that was asked.
+    std::vector<std::string> asked;
+    int lastSuppressed = 0;
+
+  private:
+    struct Prepared {
+        Answer answer;
+        std::optional<std::string> text;
+        std::function<void()> meanwhile;
+    };
+    Prepared next() {
+        Prepared prepared = std::move(answers_.front());
+        answers_.pop_front();
+        return prepared;
+    }
+
+    std::deque<Prepared> answers_;
+    std::optional<Answer> faultAnswer_;
+};
+
+}  // namespace talvora::test

@@ -1,0 +1,50 @@
+#pragma once
+// A whole platform for one component on virtual time: its own questions, disk and settings, on a loop and a
+// network that several components may share.
+
+#include "platform/Files.h"
+#include "platform/Platform.h"
+#include "support/MemoryDisk.h"
+#include "support/MemorySettings.h"
+#include "support/PreparedQuestions.h"
+#include "support/VirtualNetwork.h"
+#include "support/VirtualTime.h"
+
+namespace talvora::test {
+
+// A wall clock that goes with virtual time from a fixed morning on.
+class VirtualClock final : public Clock {
+  public:
+    explicit VirtualClock(VirtualTime& time) : time_(time) {}
+    DateTime Now() const override {
+        const auto seconds = static_cast<int>(SecondsSinceMidnight());
+        return {2026, 3, 14, seconds / 3600, seconds / 60 % 60, seconds % 60};
+    }
+    double SecondsSinceMidnight() const override {
+        return 9 * 3600 + static_cast<double>(time_.Now() % (12 * 3600 * 1'000'000LL)) / 1e6;
+    }
+
+  private:
+    VirtualTime& time_;
+};
+
+class VirtualScreen final : public Desktop {
+  public:
+    int ScreenWidth() const override { return 15360; }
+    int ScreenHeight() const override { return 11520; }
+};
+
+struct VirtualPlatform {
+    VirtualPlatform(VirtualTime& time, VirtualNetwork& network)
+        : clock(time), platform{time, network, clock, questions, files, settings, screen} {}
+
+    PreparedQuestions questions;
+    MemoryDisk disk;
+    Files files{disk};
+    MemorySettings settings;
+    VirtualScreen screen;
+    VirtualClock clock;
+    Platform platform;
+};
+
+}  // namespace talvora::test

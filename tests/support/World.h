@@ -1,0 +1,54 @@
+#pragma once
+// Whole clients in one process on virtual time, each with its own platform, host and scripted IRC server.
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/Connect.h"
+#include "host/profile/NetworkProfile.h"
+#include "support/VirtualPlatform.h"
+
+namespace talvora::test {
+
+// A host that writes down what is broadcast, as `MsgID(data, data)`; 1012 and 1013 are left out.
+class RecordingHost final : public MessageDatabase {
+  public:
+    void Broadcast(const HostMessage& message) override;
+    // A message of the host's own.
+    void send(std::int32_t msgID, HostValue data = {}, std::int32_t to = 1);
+
+    std::vector<std::string> take() { return std::exchange(heard_, {}); }
+
+  private:
+    std::vector<std::string> heard_;
+};
+
+struct Client {
+    Client(VirtualTime& time, VirtualNetwork& network, const std::string& nick, const std::string& serverHost);
+
+    VirtualPlatform around;
+    RecordingHost host;
+    NetworkProfile profile;
+    ScriptedServer& server;
+    std::string nick;
+    std::unique_ptr<Connect> component;
+    Form1& window() { return *component->MainWindow(); }
+};
+
+class World {
+  public:
+    VirtualTime time;
+    VirtualNetwork network{time};
+
+    // A client of that nick that has been started by nothing yet.
+    Client& client(const std::string& nick);
+    // The same, logged on; what was sent and broadcast meanwhile is forgotten.
+    Client& loggedIn(const std::string& nick);
+
+  private:
+    std::map<std::string, std::unique_ptr<Client>> clients_;
+};
+
+}  // namespace talvora::test
