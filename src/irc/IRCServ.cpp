@@ -262,7 +262,7 @@ void IRCServ::SetUserMode(std::int32_t mode) {
 void IRCServ::SendEncodedModes(std::int32_t newMode, std::int32_t oldMode, const std::string& suffix,
                                const std::string& prefix) {
     trapped(globError_, "SendEncodedModes", [&](Trap&) {
-        const ModeLetters letters = EncodeModes(newMode, oldMode);
+        const ModeChange letters = EncodeModes(newMode, oldMode);
         // No blank between the letters and the suffix: so the line is to be built.
         if (!letters.Added.empty()) SendIRC(Trim(prefix + " +" + letters.Added + suffix));
         if (!letters.Removed.empty()) SendIRC(Trim(prefix + " -" + letters.Removed + suffix));

@@ -11,7 +11,7 @@ std::int32_t bitOf(char letter) {
     return 0;
 }
 
-void PMModeAdd(std::int32_t newMode, std::int32_t oldMode, const ModeBit& mode, ModeLetters& letters) {
+void PMModeAdd(std::int32_t newMode, std::int32_t oldMode, const ModeBit& mode, ModeChange& letters) {
     const bool was = (oldMode & mode.bit) != 0;
     const bool is = (newMode & mode.bit) != 0;
     if (was && !is) letters.Removed += mode.writtenAs;
@@ -36,8 +36,8 @@ std::int32_t DecodeModes(std::string_view modes, std::int32_t oldMode) {
     return (oldMode | added) & ~removed;
 }
 
-ModeLetters EncodeModes(std::int32_t newMode, std::int32_t oldMode) {
-    ModeLetters letters;
+ModeChange EncodeModes(std::int32_t newMode, std::int32_t oldMode) {
+    ModeChange letters;
     for (const ModeBit& mode : ModeBits) PMModeAdd(newMode, oldMode, mode, letters);
     return letters;
 }

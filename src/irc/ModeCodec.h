@@ -25,10 +25,10 @@ constexpr std::int32_t ModeWallops = 4;
 std::int32_t DecodeModes(std::string_view modes, std::int32_t oldMode);
 
 // The letters of the bits that came and that went.
-struct ModeLetters {
+struct ModeChange {
     std::string Added;
     std::string Removed;
 };
-ModeLetters EncodeModes(std::int32_t newMode, std::int32_t oldMode);
+ModeChange EncodeModes(std::int32_t newMode, std::int32_t oldMode);
 
 }  // namespace talvora

@@ -8,7 +8,7 @@ namespace talvora {
 namespace {
 
 // An emptied buffer gives back what a long reply needed.
-constexpr std::size_t KeptCapacity = 1 << 16;
+constexpr std::size_t KeptCapacity = 1 << 20;
 
 }  // namespace
 
@@ -87,6 +87,9 @@ bool ReplyText::replaceAll(std::string_view what, std::string_view by) {
 std::vector<std::string> ReplyText::takeSplit(std::string_view separator) {
     std::vector<std::string> pieces;
     if (!text_.empty()) {
+        std::size_t count = 1;
+        for (std::size_t at = 0; (at = text_.find(separator, at)) != std::string::npos; at += separator.size()) ++count;
+        pieces.reserve(count);
         std::size_t begin = 0;
         for (std::size_t end; (end = text_.find(separator, begin)) != std::string::npos;) {
             pieces.emplace_back(text_, begin, end - begin);

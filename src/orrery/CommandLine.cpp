@@ -1,5 +1,7 @@
 #include "orrery/CommandLine.h"
 
+#include <algorithm>
+
 #include "platform/CodePage1253.h"
 
 namespace talvora {
@@ -11,13 +13,20 @@ struct Option {
     void (*take)(CommandLine& line, const std::string& value);
 };
 
+// A word in a complaint: one line, whatever it holds.
+std::string shown(std::string word) {
+    std::replace_if(
+        word.begin(), word.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    return word;
+}
+
 void takeAnswer(CommandLine& line, const std::string& value) {
     if (value == "abort") {
         line.ReportAnswer = Answer::Abort;
     } else if (value == "ignore") {
         line.ReportAnswer = Answer::Ignore;
     } else {
-        throw UsageError("--answer is abort or ignore, not \"" + value + "\"");
+        throw UsageError("--answer is abort or ignore, not \"" + shown(value) + "\"");
     }
 }
 
@@ -26,7 +35,7 @@ void takeSetting(CommandLine& line, const std::string& text) {
     const std::size_t slash = text.find('/');
     const std::size_t equals = text.find('=', slash == std::string::npos ? 0 : slash);
     if (slash == std::string::npos || slash == 0 || equals == std::string::npos || equals == slash + 1) {
-        throw UsageError("--set needs SECTION/KEY=VALUE, not \"" + text + "\"");
+        throw UsageError("--set needs SECTION/KEY=VALUE, not \"" + shown(text) + "\"");
     }
     line.Settings.push_back({fromUtf8(text.substr(0, slash)),
                              fromUtf8(text.substr(slash + 1, equals - slash - 1)),
@@ -54,7 +63,8 @@ const Option& optionOf(const std::string& name) {
     for (const Option& option : Options) {
         if (name == option.name) return option;
     }
-    throw UsageError(name.starts_with('-') ? "unknown option " + name : "unexpected word \"" + name + "\"");
+    throw UsageError(name.starts_with('-') ? "unknown option " + shown(name)
+                                           : "unexpected word \"" + shown(name) + "\"");
 }
 
 }  // namespace

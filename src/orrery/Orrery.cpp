@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::int32_t PluginLoaded = 2;
 constexpr std::int32_t Quit = 8;
+// A longer one is refused by its reader.
 constexpr std::size_t LongestProfile = std::size_t{64} << 10;
 
 void tell(const std::string& line) {
@@ -37,7 +38,6 @@ NetworkProfile readProfile(const Folders& folders, bool named) {
     if (!file.is_open() || file.bad() || fs::is_directory(folders.ProfileFile)) {
         throw ProfileError(folders.ProfileFile, 1, "this file cannot be read; it must be a network profile");
     }
-    if (text.size() > LongestProfile) throw ProfileError(folders.ProfileFile, 1, "longer than 64 KiB");
     return parseNetworkProfile(text, folders.ProfileFile);
 }
 

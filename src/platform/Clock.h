@@ -1,6 +1,8 @@
 #pragma once
 // The wall clock, for texts and expiry only: it may jump. Intervals are measured by the loop's clock.
 
+#include <compare>
+
 namespace talvora {
 
 // A moment of local time, as a calendar and a clock on the wall show it.

@@ -40,9 +40,10 @@ void hideFromOthers(const std::string& path) {
 }
 
 void flushFolderOf(const std::string& path) {
-    std::string folder = folderOf(path);
-    if (folder.empty()) folder = path.starts_with('/') ? "/" : ".";
-    const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string folder = folderOf(path);
+    const char* const here = path.starts_with('/') ? "/" : ".";
+    const Descriptor opened(
+        ::open(folder.empty() ? here : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.get() >= 0) ::fsync(opened.get());
 }
 

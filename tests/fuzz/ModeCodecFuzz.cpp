@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (removed.find(mode.readAs) != std::string::npos) expected &= ~mode.bit;
     }
     if (talvora::DecodeModes(modes, old) != expected) __builtin_trap();
-    const talvora::ModeLetters letters = talvora::EncodeModes(expected, old);
+    const talvora::ModeChange letters = talvora::EncodeModes(expected, old);
     if (letters.Added.size() + letters.Removed.size() > std::size(talvora::ModeBits)) __builtin_trap();
     return 0;
 }

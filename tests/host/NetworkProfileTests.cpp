@@ -1,11 +1,13 @@
-#include "host/profile/NetworkProfile.h"
-
 #include <gtest/gtest.h>
+
+#include "host/profile/NetworkProfile.h"
 
 namespace talvora::test {
 namespace {
 
-NetworkProfile read(const std::string& keys) { return parseNetworkProfile("[network]\n" + keys); }
+NetworkProfile read(const std::string& keys) {
+    return parseNetworkProfile("[network]\n" + keys);
+}
 
 std::string complaint(const std::string& text) {
     try {
@@ -18,7 +20,8 @@ std::string complaint(const std::string& text) {
 
 TEST(NetworkProfile, IsReadWhole) {
     const auto profile = parseNetworkProfile(
-        "\xEF\xBB\xBF# ours\r\n\r\n  [Network]  \r\n; next\r\n serverhost = irc.example.org \r\nServerPort=6697\r\n"
+        "\xEF\xBB\xBF# ours\r\n\r\n  [Network]  \r\n; next\r\n serverhost = irc.example.org "
+        "\r\nServerPort=6697\r\n"
         "SysChannel = #\xCE\xB1\xCE\xB2\r\nSysChanKey = a=b#;\r\nTLS = Yes\r\nCAFile = /etc/\xCE\xB1.pem\r\n"
         "Encoding = UTF-8\r\nDialect = plain +names, +pacing\r\nReceiveAddress = ::1\r\nRobotOnly = yes");
     EXPECT_EQ(profile.ServerHost, "irc.example.org");
@@ -50,7 +53,8 @@ TEST(NetworkProfile, HasDefaultsForWhatIsNotGiven) {
 
 TEST(NetworkProfile, NamesTheWrongLineAndWhatIsAllowed) {
     const std::vector<std::pair<std::string, std::string>> cases{
-        {"[network]\n\nServerPort = abc", "network.ini:3: ServerPort is \"abc\"; a number from 1 to 65535 is allowed"},
+        {"[network]\n\nServerPort = abc",
+         "network.ini:3: ServerPort is \"abc\"; a number from 1 to 65535 is allowed"},
         {"[network]\nServerPort = 0", "ServerPort is \"0\"; a number from 1 to 65535"},
         {"[network]\nServerPort = 65536", "ServerPort is \"65536\""},
         {"[network]\nServerPort = 6667x", "ServerPort is \"6667x\""},
@@ -68,13 +72,14 @@ TEST(NetworkProfile, NamesTheWrongLineAndWhatIsAllowed) {
         {"[network]\nEncoding = latin1", "Encoding is \"latin1\"; cp1253 or utf-8 is allowed"},
         {"[network]\nDialect = standard +nams", "\"+nams\" is not known; allowed are plain or standard"},
         {"[network]\nReceiveAddress = localhost", "an address in numbers"},
-        {"[network]\nPort = 1", "network.ini:2: \"Port\" is no key; allowed are ServerHost, ServerPort, SysChannel"},
+        {"[network]\nPort = 1",
+         "network.ini:2: \"Port\" is no key; allowed are ServerHost, ServerPort, SysChannel"},
         {"[network]\nTLS = no\ntls = no", "network.ini:3: TLS is given twice"},
         {"[network]\nServerHost irc", "network.ini:2: \"ServerHost irc\" has no ="},
         {"[net]", "network.ini:1: \"[net]\" is no section"},
         {"TLS = no", "network.ini:1: \"TLS\" stands before [network]"},
         {"[network]\nSysChanKey = a\x01", "network.ini:2: a control character"},
-        {std::string("[network]\nServerHost = a\0b", 24), "network.ini:2: a control character"},
+        {std::string("[network]\nServerHost = a\0b", 26), "network.ini:2: a control character"},
         {"[network]\nServerHost = a\rb", "a control character"},
         {std::string(70'000, '#'), "network.ini:1: the file is too long"},
     };

@@ -4,6 +4,7 @@
 
 #include "platform/ListView.h"
 #include "platform/Property.h"
+#include "platform/RuntimeError.h"
 
 namespace talvora::test {
 namespace {

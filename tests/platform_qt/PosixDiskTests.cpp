@@ -129,8 +129,8 @@ TEST_F(PosixDiskTest, DeletedFilesCanBeHadBack) {
 TEST_F(PosixDiskTest, ThePrivateWasteIsBounded) {
     files.MkDir(WasteFolder::name);
     for (std::size_t file = 1; file <= WasteFolder::mostFiles + 3; ++file) {
-        files.Rewrite("Mail\\" + std::string(250, 'x') + ".jpg", std::to_string(file));
-        WasteFolder(disk).keep("Mail/" + std::string(250, 'x') + ".jpg");
+        files.Rewrite("Mail\\" + std::string(240, 'x') + ".jpg", std::to_string(file));
+        WasteFolder(disk).keep("Mail/" + std::string(240, 'x') + ".jpg");
     }
     const auto kept = files.List(WasteFolder::name);
     ASSERT_EQ(kept.size(), WasteFolder::mostFiles);

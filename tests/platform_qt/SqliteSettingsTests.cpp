@@ -278,7 +278,7 @@ TEST(SavedSettings, SurviveAKilledProcess) {
     const TemporaryFolder folder;
     for (int round = 0; round < 200; ++round) {
         Writer writer(folder.path("settings.db"), round);
-        writer.read(1 + random() % 500);
+        writer.read(1 + random() % 120);
         // Somewhere in the middle of the next save.
         volatile unsigned work = random() % 100'000;
         while (work > 0) work = work - 1;

@@ -18,7 +18,9 @@ constexpr std::size_t longestFile = std::size_t{64} * 1024;
 // What is wrong with a value; nothing if it was taken.
 using Complaint = std::optional<std::string>;
 
-bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+bool isControl(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
 
 // Text of the file for a message: not too long, and without bytes that would garble it.
 std::string quoted(std::string_view text) {
@@ -71,7 +73,9 @@ Complaint readSysChanKey(std::string_view value, NetworkProfile& profile) {
     return std::nullopt;
 }
 
-Complaint readTLS(std::string_view value, NetworkProfile& profile) { return readBool(value, profile.TLS); }
+Complaint readTLS(std::string_view value, NetworkProfile& profile) {
+    return readBool(value, profile.TLS);
+}
 
 Complaint readRobotOnly(std::string_view value, NetworkProfile& profile) {
     return readBool(value, profile.RobotOnly);
@@ -155,7 +159,9 @@ class Reader {
         assign(trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1)));
     }
 
-    [[noreturn]] void fail(const std::string& text) const { throw ProfileError(file_, std::max(number_, 1), text); }
+    [[noreturn]] void fail(const std::string& text) const {
+        throw ProfileError(file_, std::max(number_, 1), text);
+    }
 
     NetworkProfile profile;
 
@@ -169,12 +175,14 @@ class Reader {
 
     void assign(std::string_view name, std::string_view value) {
         if (!inSection_) fail(quoted(name) + " stands before [network]");
-        const auto found = std::find_if(keys.begin(), keys.end(), [&](const Key& k) { return sameAscii(k.name, name); });
+        const auto found =
+            std::find_if(keys.begin(), keys.end(), [&](const Key& k) { return sameAscii(k.name, name); });
         if (found == keys.end()) fail(quoted(name) + " is no key; allowed are " + keyNames());
         const auto index = static_cast<std::size_t>(found - keys.begin());
         if (given_[index]) fail(std::string(found->name) + " is given twice; once is allowed");
         given_[index] = true;
-        if (const auto complaint = found->read(value, profile)) fail(std::string(found->name) + " is " + *complaint);
+        if (const auto complaint = found->read(value, profile))
+            fail(std::string(found->name) + " is " + *complaint);
     }
 
     const std::string& file_;

@@ -1,7 +1,7 @@
 #pragma once
 // The network profile: where the community's network is and how its servers speak. A small INI file, section
-// [network], UTF-8; read once at the start, by whoever composes the component. A plain value; its texts are in code
-// page 1253.
+// [network], UTF-8; read once at the start, by whoever composes the component. A plain value; its texts are
+// in code page 1253.
 
 #include <stdexcept>
 #include <string>
@@ -31,8 +31,8 @@ class ProfileError : public std::runtime_error {
     int Line;  // counted from 1
 };
 
-// Reads a profile from its text. `file` is the name for messages. Keys that are not given keep their defaults.
-// Throws ProfileError.
+// Reads a profile from its text. `file` is the name for messages. Keys that are not given keep their
+// defaults. Throws ProfileError.
 NetworkProfile parseNetworkProfile(std::string_view text, const std::string& file = "network.ini");
 
 }  // namespace talvora

@@ -131,7 +131,8 @@ void AdaptedSocket::giveUpIfOverflowed() {
     inner_->close();
     later([this, line] {
         if (listener_ == nullptr) return;
-        if (line) return listener_->onError(SocketErrors::MessageTooLong, "A line from the server is too long");
+        if (line)
+            return listener_->onError(SocketErrors::MessageTooLong, "A line from the server is too long");
         listener_->onError(SocketErrors::NoBufferSpace, "Too many lines wait for the server");
     });
 }

@@ -1,10 +1,10 @@
 #pragma once
-// A SocketDriver in front of another one, with the wire adapter between them: the IRC connection's own. It keeps the
-// promises of SocketDriver: nothing is told from inside a call or after `close`, and bytes are pulled from the inner
-// driver only when the engine asks, so that a flooding server still has to wait.
+// A SocketDriver in front of another one, with the wire adapter between them: the IRC connection's own. It
+// keeps the promises of SocketDriver: nothing is told from inside a call or after `close`, and bytes are
+// pulled from the inner driver only when the engine asks, so that a flooding server still has to wait.
 //
-// An unfinished line that is too long ends the connection with error 10040, too much that waits for the server's
-// pace with 10055. Made and owned where the engine's socket is made; `loop` outlives it.
+// An unfinished line that is too long ends the connection with error 10040, too much that waits for the
+// server's pace with 10055. Made and owned where the engine's socket is made; `loop` outlives it.
 
 #include <functional>
 #include <memory>

@@ -14,9 +14,9 @@ Word wordKind(std::string_view command) {
         Word kind;
     };
     static constexpr Row rows[] = {
-        {"PRIVMSG", Word::Text}, {"NOTICE", Word::Text}, {"JOIN", Word::Join}, {"PART", Word::Part},
-        {"QUIT", Word::Quit},    {"NICK", Word::Nick},   {"MODE", Word::Mode}, {"KICK", Word::Kick},
-        {"PING", Word::Ping},
+        {"PRIVMSG", Word::Text}, {"NOTICE", Word::Text}, {"JOIN", Word::Join},
+        {"PART", Word::Part},    {"QUIT", Word::Quit},   {"NICK", Word::Nick},
+        {"MODE", Word::Mode},    {"KICK", Word::Kick},   {"PING", Word::Ping},
     };
     for (const auto& row : rows) {
         if (sameAscii(row.name, command)) return row.kind;
@@ -52,39 +52,66 @@ void Incoming::line(std::string_view text, std::string& out) {
 
 void Incoming::word(const LineView& line, std::string& out) {
     switch (wordKind(line.command)) {
-        case Word::Text: return text(line, out);
-        case Word::Join: return join(line, out);
-        case Word::Part: return part(line, out);
-        case Word::Nick: return nick(line, out);
-        case Word::Kick: return kick(line, out);
-        case Word::Mode: return mode(line, out);
-        case Word::Ping: [[fallthrough]];
-        case Word::Quit: return passWithColon(line, 0, out);
-        case Word::Other: return pass(line, out);
+        case Word::Text:
+            return text(line, out);
+        case Word::Join:
+            return join(line, out);
+        case Word::Part:
+            return part(line, out);
+        case Word::Nick:
+            return nick(line, out);
+        case Word::Kick:
+            return kick(line, out);
+        case Word::Mode:
+            return mode(line, out);
+        case Word::Ping:
+            [[fallthrough]];
+        case Word::Quit:
+            return passWithColon(line, 0, out);
+        case Word::Other:
+            return pass(line, out);
     }
 }
 
 void Incoming::numeric(const LineView& line, std::string& out) {
     using Kind = ReplyKeeper::Kind;
     switch (line.numeric) {
-        case 1: return welcome(line, out);
-        case 5: return support(line, out);
-        case 266: return globalUsers(line, out);
-        case 311: return whoisUser(line, out);
-        case 318: return endOfWhois(line, out);
-        case 321: [[fallthrough]];
-        case 322: return piece(Kind::List, {}, line.whole, out);
-        case 323: return endOf(Kind::List, line, out);
-        case 352: return who(line, out);
-        case 315: return endOfWho(line, out);
-        case 353: return names(line, out);
-        case 366: return endOfNames(line, out);
-        case 372: [[fallthrough]];
-        case 375: return piece(Kind::Motd, {}, line.whole, out);
-        case 376: return endOf(Kind::Motd, line, out);
-        case 396: return host(line, out);
-        case 404: return cannotSend(line, out);
-        default: return whoisPiece(line, out);
+        case 1:
+            return welcome(line, out);
+        case 5:
+            return support(line, out);
+        case 266:
+            return globalUsers(line, out);
+        case 311:
+            return whoisUser(line, out);
+        case 318:
+            return endOfWhois(line, out);
+        case 321:
+            [[fallthrough]];
+        case 322:
+            return piece(Kind::List, {}, line.whole, out);
+        case 323:
+            return endOf(Kind::List, line, out);
+        case 352:
+            return who(line, out);
+        case 315:
+            return endOfWho(line, out);
+        case 353:
+            return names(line, out);
+        case 366:
+            return endOfNames(line, out);
+        case 372:
+            [[fallthrough]];
+        case 375:
+            return piece(Kind::Motd, {}, line.whole, out);
+        case 376:
+            return endOf(Kind::Motd, line, out);
+        case 396:
+            return host(line, out);
+        case 404:
+            return cannotSend(line, out);
+        default:
+            return whoisPiece(line, out);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
-// The rewrites of lines from the server, by the names of the profile. A line comes without its end and in code page
-// 1253; what the engine shall read is appended to `out`, each line with CR LF. Belongs to the wire adapter.
+// The rewrites of lines from the server, by the names of the profile. A line comes without its end and in
+// code page 1253; what the engine shall read is appended to `out`, each line with CR LF. Belongs to the wire
+// adapter.
 
 #include <string>
 #include <string_view>

@@ -4,6 +4,8 @@ namespace talvora {
 
 namespace {
 
+constexpr std::size_t longestSplit = 1024;
+
 // Letters with their signs, as MODE writes them.
 class SignedLetters {
   public:
@@ -28,13 +30,17 @@ void Incoming::mode(const LineView& line, std::string& out) {
     }
     if (target.empty() || target[0] != '#') return pass(line, out);
     const LineWords words(line.rest);
-    if (profile_.has(Rewrite::ChannelModes) && words.size() > 1) return channelModes(line, words, out);
+    // What repeats the prefix is for lines of a legal length alone.
+    const bool splits = words.size() > 1 && line.whole.size() <= longestSplit;
+    if (profile_.has(Rewrite::ChannelModes) && splits) return channelModes(line, words, out);
     if (profile_.has(Rewrite::LastColon) && words.trailing()) return passWithoutColon(line, words, out);
     pass(line, out);
 }
 
 // The engine reads the own modes behind the colon alone.
-void Incoming::ownMode(const LineView& line, std::string& out) const { passWithColon(line, 1, out); }
+void Incoming::ownMode(const LineView& line, std::string& out) const {
+    passWithColon(line, 1, out);
+}
 
 // `+ov-k Maria Nikos sesame` in three lines: +o Maria, +v Nikos, -k.
 void Incoming::channelModes(const LineView& line, const LineWords& words, std::string& out) const {

@@ -67,7 +67,8 @@ void Incoming::globalUsers(const LineView& line, std::string& out) const {
     out.append("\r\n");
 }
 
-// In a joined channel 404 only says that the text was not let through; the engine would take it as having left.
+// In a joined channel 404 only says that the text was not let through; the engine would take it as having
+// left.
 void Incoming::cannotSend(const LineView& line, std::string& out) const {
     const LineWords words(line.rest);
     if (!profile_.has(Rewrite::Moderated) || !own_.isIn(words[1])) return pass(line, out);

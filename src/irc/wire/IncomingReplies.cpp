@@ -7,21 +7,53 @@ namespace {
 // Signs of ranks that the engine's owner does not know, as the nearest ones that it does.
 char knownRank(char sign) {
     switch (sign) {
-        case '%': return '+';
-        case '~': [[fallthrough]];
-        case '&': return '@';
-        default: return sign;
+        case '%':
+            return '+';
+        case '~':
+            [[fallthrough]];
+        case '&':
+            return '@';
+        default:
+            return sign;
     }
 }
 
 // Numerics that a server puts between 311 and 318, as far as the engine reads them or they are common.
 bool belongsToWhois(int numeric) {
     switch (numeric) {
-        case 275: case 276: case 301: case 307: case 308: case 309: case 310: case 312: case 313: case 316:
-        case 317: case 319: case 320: case 325: case 326: case 327: case 330: case 335: case 337: case 338:
-        case 343: case 344: case 350: case 378: case 379: case 569: case 616: case 617: case 671: case 690:
+        case 275:
+        case 276:
+        case 301:
+        case 307:
+        case 308:
+        case 309:
+        case 310:
+        case 312:
+        case 313:
+        case 316:
+        case 317:
+        case 319:
+        case 320:
+        case 325:
+        case 326:
+        case 327:
+        case 330:
+        case 335:
+        case 337:
+        case 338:
+        case 343:
+        case 344:
+        case 350:
+        case 378:
+        case 379:
+        case 569:
+        case 616:
+        case 617:
+        case 671:
+        case 690:
             return true;
-        default: return false;
+        default:
+            return false;
     }
 }
 
@@ -59,7 +91,8 @@ void Incoming::endOfNames(const LineView& line, std::string& out) {
     bool any = sawNames_;
     sawNames_ = false;
     if (profile_.has(Rewrite::OneReplyAtATime)) {
-        any = channel == "*" ? replies_.releaseAll(Kind::Names, out) : replies_.release(Kind::Names, channel, out);
+        any = channel == "*" ? replies_.releaseAll(Kind::Names, out)
+                             : replies_.release(Kind::Names, channel, out);
     }
     if (any || !profile_.has(Rewrite::Names)) pass(line, out);
 }

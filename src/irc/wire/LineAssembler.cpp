@@ -11,7 +11,9 @@ constexpr std::uint64_t ones = 0x0101010101010101;
 constexpr std::uint64_t highs = 0x8080808080808080;
 
 // Not 0 if one of the eight bytes is 0.
-constexpr std::uint64_t zeroByte(std::uint64_t word) { return (word - ones) & ~word & highs; }
+constexpr std::uint64_t zeroByte(std::uint64_t word) {
+    return (word - ones) & ~word & highs;
+}
 
 }  // namespace
 

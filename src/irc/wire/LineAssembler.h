@@ -1,6 +1,6 @@
 #pragma once
-// Makes lines of a stream of bytes that is cut anywhere. A line ends at a CR, an LF or both; it may hold any other
-// byte. What is unfinished is kept here and is bounded.
+// Makes lines of a stream of bytes that is cut anywhere. A line ends at a CR, an LF or both; it may hold any
+// other byte. What is unfinished is kept here and is bounded.
 
 #include <cstddef>
 #include <string>
@@ -23,8 +23,8 @@ class LineAssembler {
 
     explicit LineAssembler(Beyond beyond) : beyond_(beyond) {}
 
-    // Calls `each(line, ascii)` for every line that is complete. False if one was too long (and Beyond::Fails):
-    // then nothing behind it was looked at.
+    // Calls `each(line, ascii)` for every line that is complete. False if one was too long (and
+    // Beyond::Fails): then nothing behind it was looked at.
     template <class Each>
     bool feed(std::string_view bytes, Each&& each) {
         while (!bytes.empty()) {

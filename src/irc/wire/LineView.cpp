@@ -6,16 +6,22 @@ namespace talvora {
 
 namespace {
 
-constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
 
-constexpr bool digit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool digit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 int numericOf(std::string_view command) {
     if (command.size() != 3 || !digit(command[0]) || !digit(command[1]) || !digit(command[2])) return -1;
     return (command[0] - '0') * 100 + (command[1] - '0') * 10 + (command[2] - '0');
 }
 
-void skipBlanks(std::string_view& text) { text.remove_prefix(std::min(text.find_first_not_of(' '), text.size())); }
+void skipBlanks(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+}
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #pragma once
-// A line of the protocol taken apart without copying, as the adapter sees it. All parts are views into the line,
-// which must outlive them.
+// A line of the protocol taken apart without copying, as the adapter sees it. All parts are views into the
+// line, which must outlive them.
 
 #include <array>
 #include <cstddef>
@@ -38,7 +38,9 @@ class LineWords {
 
     std::size_t size() const { return count_; }
     // The word without its colon; empty if there are fewer.
-    std::string_view operator[](std::size_t index) const { return index < count_ ? words_[index] : std::string_view{}; }
+    std::string_view operator[](std::size_t index) const {
+        return index < count_ ? words_[index] : std::string_view{};
+    }
     // The last word stood behind a colon.
     bool trailing() const { return trailing_; }
     bool isTrailing(std::size_t index) const { return trailing_ && index + 1 == count_; }

@@ -1,6 +1,6 @@
 #pragma once
-// Which letters of a channel's MODE take a word, and of what kind. The usual ones are known from the start; a server
-// that tells its own (CHANMODES and PREFIX of 005) is believed for the rest of the connection.
+// Which letters of a channel's MODE take a word, and of what kind. The usual ones are known from the start; a
+// server that tells its own (CHANMODES and PREFIX of 005) is believed for the rest of the connection.
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,7 @@
 #pragma once
-// The rewrites of lines that the engine sends, by the names of the profile. A line comes without its end and in code
-// page 1253; what leaves is handed on whole, in the wire's encoding and with CR LF. Belongs to the wire adapter.
+// The rewrites of lines that the engine sends, by the names of the profile. A line comes without its end and
+// in code page 1253; what leaves is handed on whole, in the wire's encoding and with CR LF. Belongs to the
+// wire adapter.
 
 #include <string>
 #include <string_view>

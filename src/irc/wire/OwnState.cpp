@@ -18,7 +18,9 @@ std::string lower(std::string_view text) {
 
 }  // namespace
 
-void OwnState::reset() { *this = OwnState{}; }
+void OwnState::reset() {
+    *this = OwnState{};
+}
 
 void OwnState::askFor(std::string_view nick) {
     if (!loggedIn_) remember(nick_, nick);
@@ -30,9 +32,13 @@ void OwnState::welcome(std::string_view nick, std::string_view server) {
     remember(server_, server);
 }
 
-void OwnState::changeNick(std::string_view nick) { remember(nick_, nick); }
+void OwnState::changeNick(std::string_view nick) {
+    remember(nick_, nick);
+}
 
-bool OwnState::isOwn(std::string_view nick) const { return !nick_.empty() && sameAscii(nick, nick_); }
+bool OwnState::isOwn(std::string_view nick) const {
+    return !nick_.empty() && sameAscii(nick, nick_);
+}
 
 void OwnState::learnPrefix(std::string_view prefix) {
     const auto mark = prefix.find('!');

@@ -1,7 +1,7 @@
 #pragma once
-// What the adapter knows of the user's own place on the server, learnt from the lines of both directions: the nick,
-// the length of the prefix that the server puts in front of relayed lines, and the joined channels. Everything kept
-// is bounded, whatever a server says. Text is in code page 1253.
+// What the adapter knows of the user's own place on the server, learnt from the lines of both directions: the
+// nick, the length of the prefix that the server puts in front of relayed lines, and the joined channels.
+// Everything kept is bounded, whatever a server says. Text is in code page 1253.
 
 #include <cstddef>
 #include <set>

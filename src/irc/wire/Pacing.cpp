@@ -43,6 +43,8 @@ void Pacing::reset() {
     free_ = std::numeric_limits<Microseconds>::min();
 }
 
-void Pacing::spend(Microseconds now) { free_ = std::max(free_, now - (Burst - 1) * Interval) + Interval; }
+void Pacing::spend(Microseconds now) {
+    free_ = std::max(free_, now - (Burst - 1) * Interval) + Interval;
+}
 
 }  // namespace talvora

@@ -1,7 +1,7 @@
 #pragma once
-// The rate at which lines leave for a server whose flood limits can't be lifted: a burst, then one line a second.
-// Answers to other people's questions wait behind the user's own lines and are dropped beyond a bound. Knows no
-// clock: the time is given, in microseconds.
+// The rate at which lines leave for a server whose flood limits can't be lifted: a burst, then one line a
+// second. Answers to other people's questions wait behind the user's own lines and are dropped beyond a
+// bound. Knows no clock: the time is given, in microseconds.
 
 #include <cstddef>
 #include <deque>
@@ -28,8 +28,8 @@ class Pacing {
     static constexpr std::size_t MostOwnBytes = std::size_t{1024} * 1024;
     static constexpr std::size_t MostAnswers = 16;
 
-    // Takes a whole line with its end and puts into `out` what may go now. False if too much of the user's own
-    // waits; the line is lost then.
+    // Takes a whole line with its end and puts into `out` what may go now. False if too much of the user's
+    // own waits; the line is lost then.
     bool add(Kind kind, std::string_view line, Microseconds now, std::string& out);
     void tick(Microseconds now, std::string& out);
     // When the next line may go; nothing if none waits.
@@ -44,8 +44,8 @@ class Pacing {
     std::deque<std::string> own_;
     std::deque<std::string> answers_;
     std::size_t ownBytes_ = 0;
-    // The moment from which a line may go. Each line moves it on by the interval, and it lags behind the time by at
-    // most a burst less one.
+    // The moment from which a line may go. Each line moves it on by the interval, and it lags behind the time
+    // by at most a burst less one.
     Microseconds free_ = std::numeric_limits<Microseconds>::min();
 };
 

@@ -11,7 +11,9 @@ namespace {
 constexpr std::size_t longestKey = 200;
 constexpr std::size_t spareRoom = std::size_t{64} * 1024;
 
-std::string_view shortened(std::string_view key) { return key.substr(0, longestKey); }
+std::string_view shortened(std::string_view key) {
+    return key.substr(0, longestKey);
+}
 
 }  // namespace
 
@@ -49,7 +51,9 @@ bool ReplyKeeper::releaseAll(Kind kind, std::string& out) {
     return any;
 }
 
-bool ReplyKeeper::underWay(Kind kind, std::string_view key) const { return find(kind, key) < replies_.size(); }
+bool ReplyKeeper::underWay(Kind kind, std::string_view key) const {
+    return find(kind, key) < replies_.size();
+}
 
 bool ReplyKeeper::underWay(Kind kind) const {
     for (const auto& reply : replies_) {

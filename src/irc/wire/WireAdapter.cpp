@@ -26,7 +26,8 @@ void WireAdapter::fromEngine(std::string_view bytes, Microseconds now, std::stri
         toServer += bytes;
         return;
     }
-    fromEngine_.feed(bytes, [&](std::string_view line, bool) { outgoing_.line(line, now, toServer, toEngine); });
+    fromEngine_.feed(bytes,
+                     [&](std::string_view line, bool) { outgoing_.line(line, now, toServer, toEngine); });
 }
 
 WireAdapter::Overflow WireAdapter::overflow() const {
@@ -53,8 +54,9 @@ void WireAdapter::passPlain(std::string_view bytes, std::string& toEngine) {
             tooLong_ = true;
             return;
         }
-        const auto taken = std::min(end + 1, bytes.size());
+        auto taken = std::min(end + 1, bytes.size());
         if (end < bytes.size()) unfinished_ = 0;
+        if (taken < bytes.size() && bytes[taken] == '\n') ++taken;
         toEngine += bytes.substr(0, taken);
         bytes.remove_prefix(taken);
     }

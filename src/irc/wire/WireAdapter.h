@@ -1,12 +1,12 @@
 #pragma once
-// What stands between the network and the bytes of the IRC connection: brings the lines of servers into the form
-// that the engine reads, and what the engine writes into the form that the server wants, as the network's profile
-// says. Pure: bytes in, bytes out, in both directions, and the time in microseconds where it matters. It has no
-// socket and no clock; AdaptedSocket is its host.
+// What stands between the network and the bytes of the IRC connection: brings the lines of servers into the
+// form that the engine reads, and what the engine writes into the form that the server wants, as the
+// network's profile says. Pure: bytes in, bytes out, in both directions, and the time in microseconds where
+// it matters. It has no socket and no clock; AdaptedSocket is its host.
 //
-// With the plain profile every byte goes through as it came. Otherwise it works on whole lines (ended by CR, LF or
-// both; CR LF when they leave), and the bytes of a line that is not complete stay here. Of a line, 256 KiB are the
-// most: beyond that the connection has overflowed and no more of it is read.
+// With the plain profile every byte goes through as it came. Otherwise it works on whole lines (ended by CR,
+// LF or both; CR LF when they leave), and the bytes of a line that is not complete stay here. Of a line, 256
+// KiB are the most: beyond that the connection has overflowed and no more of it is read.
 
 #include <cstdint>
 #include <optional>
@@ -33,7 +33,8 @@ class WireAdapter {
 
     // From the network; what the engine shall read is appended to `toEngine`.
     void fromServer(std::string_view bytes, std::string& toEngine);
-    // From the engine; what shall leave now is appended to `toServer`, lines that are answered here to `toEngine`.
+    // From the engine; what shall leave now is appended to `toServer`, lines that are answered here to
+    // `toEngine`.
     void fromEngine(std::string_view bytes, Microseconds now, std::string& toServer, std::string& toEngine);
 
     // Pacing: when `tick` is to be called (nothing while nothing waits), and what may leave then.

@@ -71,7 +71,9 @@ WireProfile WireProfile::standard() {
     return profile;
 }
 
-std::string_view rewriteName(Rewrite rewrite) { return rows[static_cast<std::size_t>(rewrite)].name; }
+std::string_view rewriteName(Rewrite rewrite) {
+    return rows[static_cast<std::size_t>(rewrite)].name;
+}
 
 std::optional<std::string> parseDialect(std::string_view value, WireProfile& profile) {
     auto rest = value;

@@ -1,6 +1,6 @@
 #pragma once
-// How one network's wire differs from what the engine reads and writes: its encoding and the named rewrites that
-// its dialect asks for. A plain value, made from the network profile and handed to the wire adapter.
+// How one network's wire differs from what the engine reads and writes: its encoding and the named rewrites
+// that its dialect asks for. A plain value, made from the network profile and handed to the wire adapter.
 
 #include <bitset>
 #include <cstddef>
@@ -14,21 +14,21 @@ enum class Encoding { CP1253, UTF8 };
 
 // The closed list of rewrites, in the order in which their names are listed.
 enum class Rewrite : std::size_t {
-    UserName,          // USER's user name: ASCII letters and digits, at most 9
-    PasswordFirst,     // NICK and USER wait for PASS
-    WhoAll,            // WHO becomes WHO *
-    Rejoin,            // a JOIN of a joined channel is answered here by 927
-    Length,            // lines are cut to what the server relays
-    Pacing,            // a burst, then a steady rate
-    LastColon,         // the colon stands where the engine looks for it
-    ChannelModes,      // one line for each nick of a channel MODE
-    Names,             // half-operators as voices; replies without content fall out
-    GlobalUsers,       // 266 in the form that gives the number
-    Moderated,         // 404 of a joined channel becomes a NOTICE
-    EmptyText,         // empty texts and lines fall out
-    GivenNick,         // a NICK line when 001 names another nick
-    ColonsInWords,     // ":" in the words of 311 and 352 becomes "."
-    OneReplyAtATime,   // lines of one reply arrive together
+    UserName,         // USER's user name: ASCII letters and digits, at most 9
+    PasswordFirst,    // NICK and USER wait for PASS
+    WhoAll,           // WHO becomes WHO *
+    Rejoin,           // a JOIN of a joined channel is answered here by 927
+    Length,           // lines are cut to what the server relays
+    Pacing,           // a burst, then a steady rate
+    LastColon,        // the colon stands where the engine looks for it
+    ChannelModes,     // one line for each nick of a channel MODE
+    Names,            // half-operators as voices; replies without content fall out
+    GlobalUsers,      // 266 in the form that gives the number
+    Moderated,        // 404 of a joined channel becomes a NOTICE
+    EmptyText,        // empty texts and lines fall out
+    GivenNick,        // a NICK line when 001 names another nick
+    ColonsInWords,    // ":" in the words of 311 and 352 becomes "."
+    OneReplyAtATime,  // lines of one reply arrive together
     Count
 };
 

@@ -1,8 +1,7 @@
 // The adapter's host, with an inner driver whose events the test makes.
-#include "irc/wire/AdaptedSocket.h"
-
 #include <gtest/gtest.h>
 
+#include "irc/wire/AdaptedSocket.h"
 #include "irc/wire/WireWorld.h"
 #include "support/VirtualTime.h"
 

@@ -12,7 +12,8 @@ const std::string story =
     ":S NOTICE * :*** Looking up your hostname\r\n"  // H
     "@t=1 :S 001 Nikolaos :Welcome Nikolaos!~N@h\r\n:Nikolaos!~N@h JOIN #thes\n"
     "\r\n\n:S 353 Nikolaos = #thes :%Maria\r\n:x!y@z PRIVMSG #thes :\xCE\xB1\xCE\xB2\xE2\x82\xAC\xFF\r"
-    ":S 366 Nikolaos #thes :End\r\n:x!y@z MODE #thes +vk-o Maria k Eleni\r\n\xE2\x82\r\n:S 404 Nikolaos #thes :no\r\n"
+    ":S 366 Nikolaos #thes :End\r\n:x!y@z MODE #thes +vk-o Maria k Eleni\r\n\xE2\x82\r\n:S 404 Nikolaos "
+    "#thes :no\r\n"
     ":S 311 Nikolaos M u a::b * :\xC3\xA9\r\n:S 318 Nikolaos M :End\r\nPING x\r\nPING\r\n:x PRIVMSG a :\r\n";
 
 // Pieces of the text, cut by `length`.
@@ -33,7 +34,8 @@ std::string engineReads(const WireProfile& profile, std::string_view text, Lengt
 
 TEST(WireAdapter, ReadsTheSameHoweverTheStreamIsCut) {
     for (const auto encoding : {Encoding::CP1253, Encoding::UTF8}) {
-        for (const auto* value : {"plain", "standard", "plain +names +empty-text", "standard -one-reply-at-a-time"}) {
+        for (const auto* value :
+             {"plain", "standard", "plain +names +empty-text", "standard -one-reply-at-a-time"}) {
             const auto profile = dialect(value, encoding);
             const auto whole = engineReads(profile, story, [] { return story.size(); });
             EXPECT_EQ(engineReads(profile, story, [] { return std::size_t{1}; }), whole) << value;
@@ -64,7 +66,8 @@ TEST(WireAdapter, InThePlainProfilePassesEveryByte) {
 TEST(WireAdapter, EndsLinesAtCROrLFOrBoth) {
     for (const auto* value : {"standard", "plain +names"}) {
         WireWorld world(value);
-        EXPECT_EQ(world.arrives("PING a\nPING :b\rPING :c\r"), WireWorld(value).saysAll({"PING a", "PING :b", "PING :c"}));
+        EXPECT_EQ(world.arrives("PING a\nPING :b\rPING :c\r"),
+                  WireWorld(value).saysAll({"PING a", "PING :b", "PING :c"}));
         EXPECT_EQ(world.arrives("\nPING :d"), Lines{});
         EXPECT_EQ(world.arrives(std::string(1, '\0') + "\n"), Lines{std::string("PING :d\0", 8)});
     }
@@ -75,7 +78,11 @@ TEST(WireAdapter, EndsLinesAtCROrLFOrBoth) {
 TEST(WireAdapter, ConvertsUTF8InBothDirections) {
     WireWorld world(dialect("plain", Encoding::UTF8));
     const std::vector<std::pair<std::string, std::string>> arriving{
-        {"\xCE\xB1\xE2\x82\xAC", "\xE1\x80"}, {"\xE1\xE2", "\xE1\xE2"}, {"\xCE", "\xCE"}, {"\xC3\xA9", "e"}, {"\xE4\xB8\xAD", "?"},
+        {"\xCE\xB1\xE2\x82\xAC", "\xE1\x80"},
+        {"\xE1\xE2", "\xE1\xE2"},
+        {"\xCE", "\xCE"},
+        {"\xC3\xA9", "e"},
+        {"\xE4\xB8\xAD", "?"},
         {"\xC0\x8A", "\xC0\x8A"},
     };
     for (const auto& [wire, text] : arriving) {
@@ -99,7 +106,8 @@ TEST(WireAdapter, BoundsAnUnfinishedLine) {
         EXPECT_EQ(world.says("PING :b"), Lines{});
         world.adapter.connectionStarted();
         EXPECT_EQ(world.says("PING :c"), Lines{"PING :c"}) << value;
-        EXPECT_EQ(world.arrives("PING :d\r\n" + std::string(LongestLine + 1, 'x') + "\r\n"), Lines{"PING :d"}) << value;
+        EXPECT_EQ(world.arrives("PING :d\r\n" + std::string(LongestLine + 1, 'x') + "\r\n"), Lines{"PING :d"})
+            << value;
         EXPECT_EQ(world.adapter.overflow(), WireAdapter::Overflow::LineTooLong) << value;
     }
 }
@@ -108,7 +116,8 @@ TEST(WireAdapter, CutsAnEndlessLineOfTheEngine) {
     WireWorld world("standard -length");
     std::string toServer;
     std::string toEngine;
-    for (int i = 0; i < 20; ++i) world.adapter.fromEngine(std::string(LongestLine / 10, 'x'), 0, toServer, toEngine);
+    for (int i = 0; i < 20; ++i)
+        world.adapter.fromEngine(std::string(LongestLine / 10, 'x'), 0, toServer, toEngine);
     EXPECT_EQ(toServer, "");
     EXPECT_EQ(world.sends("y"), Lines{std::string(LongestLine, 'x')});
     EXPECT_EQ(world.sends("a\rb\n\rc"), (Lines{"a", "b", "", "c"}));
@@ -117,11 +126,41 @@ TEST(WireAdapter, CutsAnEndlessLineOfTheEngine) {
 // Contradictions of a hostile server cost nothing.
 TEST(WireAdapter, SurvivesContradictions) {
     WireWorld world("standard +pacing +password-first");
-    for (const auto* line : {":S 001", "001 ", ":S 001 :", ":S 001 * :x", ":S 396", ":S 005", ":S 005 a PREFIX=( CHANMODES=,,,,,",
-                             ":S 353", ":S 366", ":S 352", ":S 315", ":S 311", ":S 318", ":S 318 :", ":S 404", ":S 404 :",
-                             ":!@ JOIN :", ": JOIN", ":Nikos KICK", ":Nikos KICK :", ":Nikos PART", ":Nikos MODE",
-                             ":Nikos MODE # :", ":Nikos MODE #a +ooo", ":x MODE #a : +o", ":Nikos!@ NICK", ":Nikos!@ NICK :",
-                             "::", ": :", "  ", " :", ":a  b", "266", "266 :", "266 :::9"}) {
+    for (const auto* line : {":S 001",
+                             "001 ",
+                             ":S 001 :",
+                             ":S 001 * :x",
+                             ":S 396",
+                             ":S 005",
+                             ":S 005 a PREFIX=( CHANMODES=,,,,,",
+                             ":S 353",
+                             ":S 366",
+                             ":S 352",
+                             ":S 315",
+                             ":S 311",
+                             ":S 318",
+                             ":S 318 :",
+                             ":S 404",
+                             ":S 404 :",
+                             ":!@ JOIN :",
+                             ": JOIN",
+                             ":Nikos KICK",
+                             ":Nikos KICK :",
+                             ":Nikos PART",
+                             ":Nikos MODE",
+                             ":Nikos MODE # :",
+                             ":Nikos MODE #a +ooo",
+                             ":x MODE #a : +o",
+                             ":Nikos!@ NICK",
+                             ":Nikos!@ NICK :",
+                             "::",
+                             ": :",
+                             "  ",
+                             " :",
+                             ":a  b",
+                             "266",
+                             "266 :",
+                             "266 :::9"}) {
         world.says(line);
         world.sends(line);
     }
@@ -136,7 +175,8 @@ TEST(WireProfile, IsReadFromADialect) {
     EXPECT_TRUE(profile.has(Rewrite::Pacing) && !profile.has(Rewrite::Rejoin) && profile.has(Rewrite::Names));
     EXPECT_FALSE(profile.has(Rewrite::PasswordFirst));
     EXPECT_EQ(profile.Encoding, Encoding::UTF8);
-    for (const auto* wrong : {"", "+names", "standard names", "standard +", "standard ++names", "plain +name", "x"}) {
+    for (const auto* wrong :
+         {"", "+names", "standard names", "standard +", "standard ++names", "plain +name", "x"}) {
         const auto before = profile.Rewrites;
         const auto complaint = parseDialect(wrong, profile);
         ASSERT_TRUE(complaint.has_value()) << wrong;
