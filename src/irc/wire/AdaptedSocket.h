@@ -20,6 +20,8 @@ namespace talvora {
 class AdaptedSocket final : public SocketDriver, private SocketDriver::Listener {
   public:
     AdaptedSocket(Loop& loop, std::unique_ptr<SocketDriver> inner, const WireProfile& profile);
+    AdaptedSocket(const AdaptedSocket&) = delete;
+    AdaptedSocket& operator=(const AdaptedSocket&) = delete;
     ~AdaptedSocket() override;
 
     void setListener(SocketDriver::Listener* listener) override { listener_ = listener; }

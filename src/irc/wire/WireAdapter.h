@@ -26,6 +26,7 @@ class WireAdapter {
     explicit WireAdapter(const WireProfile& profile);
     WireAdapter(const WireAdapter&) = delete;
     WireAdapter& operator=(const WireAdapter&) = delete;
+    ~WireAdapter() = default;
 
     // Both forget everything about the connection before.
     void connectionStarted() { reset(); }
