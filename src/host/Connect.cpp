@@ -16,7 +16,9 @@ Connect::Connect(const HostServices& services)
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
-Connect::~Connect() { Class_Terminate(); }
+Connect::~Connect() {
+    Class_Terminate();
+}
 
 void Connect::Init(MessageDatabase& db, std::int32_t id) {
     gate_.Attach(db, id);
@@ -44,19 +46,31 @@ void Connect::handle(const HostMessage& message) {
             gate_.Broadcast(5, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
                             HostAddress::SettingsManager);
             break;
-        case 7: LoadSettings(); break;
-        case 8: Class_Terminate(); break;
+        case 7:
+            LoadSettings();
+            break;
+        case 8:
+            Class_Terminate();
+            break;
         case 18:
-            gate_.Broadcast(19, HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
+            gate_.Broadcast(19,
+                            HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
                             HostAddress::Host);
             break;
-        case 1002: sendSpecial(account_.gSysChannel, data); break;
-        case 1003: sendSpecial(data.at(2).text(), data); break;
-        case 1006: sendPlain(data); break;
+        case 1002:
+            sendSpecial(account_.gSysChannel, data);
+            break;
+        case 1003:
+            sendSpecial(data.at(2).text(), data);
+            break;
+        case 1006:
+            sendPlain(data);
+            break;
         case 1014:
             if (auto* window = MainWindow()) window->IRCServ1.SendIRC(data.text());
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -98,8 +112,8 @@ void Connect::loadMainWindow() {
     const std::string minutes = settings_.Get(Section::Settings, "MailInterval", "1");
     // Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
     if (MainWindow() == nullptr) {
-        const Form1::Surroundings around{services_.ThePlatform, globError_, settings_, gate_,
-                                         account_,              random_,    handovers_};
+        const Form1::Surroundings around{
+            services_.ThePlatform, globError_, settings_, gate_, account_, random_, handovers_};
         form1_ = std::make_unique<Form1>(around, ircSocket());
     }
     form1_->SetMailInterval(CInt(Val(minutes)));
@@ -109,8 +123,8 @@ void Connect::loadMainWindow() {
 std::unique_ptr<SocketDriver> Connect::ircSocket() {
     const NetworkProfile& profile = services_.Profile;
     Platform& platform = services_.ThePlatform;
-    return std::make_unique<AdaptedSocket>(platform.TheLoop,
-                                           platform.Sockets.CreateSocket({profile.TLS, profile.CAFile}), profile.Wire);
+    return std::make_unique<AdaptedSocket>(
+        platform.TheLoop, platform.Sockets.CreateSocket({profile.TLS, profile.CAFile}), profile.Wire);
 }
 
 void Connect::LoadSettings() {

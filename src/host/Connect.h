@@ -1,6 +1,6 @@
 #pragma once
-// The component's face towards the host, and the one place that knows everybody: it stores what the host gives,
-// answers the host's messages, runs the start-up and the shutdown.
+// The component's face towards the host, and the one place that knows everybody: it stores what the host
+// gives, answers the host's messages, runs the start-up and the shutdown.
 
 #include <memory>
 

@@ -21,7 +21,8 @@ std::string initialNick(Random& random) {
 
 }  // namespace
 
-IRCServ::IRCServ(Platform& platform, GlobError& globError, Random& random, std::unique_ptr<SocketDriver> socket)
+IRCServ::IRCServ(Platform& platform, GlobError& globError, Random& random,
+                 std::unique_ptr<SocketDriver> socket)
     : platform_(platform),
       globError_(globError),
       CurNick(initialNick(random)),
@@ -40,7 +41,8 @@ IRCServ::IRCServ(Platform& platform, GlobError& globError, Random& random, std::
     on_ += Winsock1.Connected.connect([this] { Winsock1_Connect(); });
     on_ += Winsock1.Closed.connect([this] { Winsock1_Close(); });
     on_ += Winsock1.DataArrival.connect([this] { Winsock1_DataArrival(); });
-    on_ += Winsock1.Error.connect([this](int number, Text description) { Winsock1_Error(number, description); });
+    on_ +=
+        Winsock1.Error.connect([this](int number, Text description) { Winsock1_Error(number, description); });
 }
 
 void IRCServ::Connect(const std::string& host, std::int32_t port) {
@@ -79,7 +81,9 @@ void IRCServ::Login() {
     });
 }
 
-void IRCServ::AbortLogin() { tmrLogin.Enabled = false; }
+void IRCServ::AbortLogin() {
+    tmrLogin.Enabled = false;
+}
 
 void IRCServ::Stop() {
     Winsock1.Close();
@@ -194,7 +198,9 @@ void IRCServ::takeReceived() {
 }
 
 // What a server may not do ends as an ordinary failure of the socket does.
-void IRCServ::limitExceeded(const char* what) { Winsock1_Error(SocketErrors::MessageTooLong, what); }
+void IRCServ::limitExceeded(const char* what) {
+    Winsock1_Error(SocketErrors::MessageTooLong, what);
+}
 
 // One line a tick and never two, so that a burst cannot keep other events waiting.
 void IRCServ::tmrDataPop_Timer() {

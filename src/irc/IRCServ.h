@@ -1,7 +1,7 @@
 #pragma once
 // The IRC engine: one connection to one IRC server. It logs on, turns what arrives into 49 events and sends
-// what it is told to send. It knows no window, mail or channel in use; everything above listens to its events.
-// Events are raised inside the tick of the line reader, one line a tick. Text is in code page 1253.
+// what it is told to send. It knows no window, mail or channel in use; everything above listens to its
+// events. Events are raised inside the tick of the line reader, one line a tick. Text is in code page 1253.
 
 #include <cstdint>
 #include <memory>
@@ -33,53 +33,55 @@ class IRCServ {
     // ---- The events, in their order. `Nickname, User, Host` are the parts of the sender's prefix.
     Event<> Logining;
     Event<> LoginOK;
-    Event<Text> Bounced;                                        // Text
-    Event<std::int32_t, List, Text> ServerRespond;              // Number, Parameters, Tailing
-    Event<Text, List, Text> ServerStrRespond;                   // Cmd, Parameters, Tailing
-    Event<Text> MOTDReceived;                                   // Text
-    Event<Text> NicknameError;                                  // Text
-    Event<Text> NicknameInUse;                                  // Alternate
-    Event<Text, List> NamesReceived;                            // Channel, Names
-    Event<Text> YouJoinChannel;                                 // Channel
-    Event<Text, Text, Text, Text> UserJoinChannel;              // Channel, Nickname, User, Host
-    Event<Text> YouPartChannel;                                 // Channel
-    Event<Text, Text, Text, Text, Text> UserPartChannel;        // Channel, Nickname, User, Host, PartMsg
+    Event<Text> Bounced;                                  // Text
+    Event<std::int32_t, List, Text> ServerRespond;        // Number, Parameters, Tailing
+    Event<Text, List, Text> ServerStrRespond;             // Cmd, Parameters, Tailing
+    Event<Text> MOTDReceived;                             // Text
+    Event<Text> NicknameError;                            // Text
+    Event<Text> NicknameInUse;                            // Alternate
+    Event<Text, List> NamesReceived;                      // Channel, Names
+    Event<Text> YouJoinChannel;                           // Channel
+    Event<Text, Text, Text, Text> UserJoinChannel;        // Channel, Nickname, User, Host
+    Event<Text> YouPartChannel;                           // Channel
+    Event<Text, Text, Text, Text, Text> UserPartChannel;  // Channel, Nickname, User, Host, PartMsg
     Event<> SocketConnect;
     Event<> SocketDisconnect;
-    Event<Text, Text, Text, Text> UserQuit;                     // Nickname, User, Host, QuitMsg
-    Event<std::int16_t, Text> SocketError;                      // Number, Description
-    Event<> LoginUnauthorized;                                  // declared, and raised by nothing
-    Event<Text> YouChangeNick;                                  // NewNick
-    Event<Text, Text, Text, Text> UserChangeNick;               // OldNick, NewNick, User, Host
+    Event<Text, Text, Text, Text> UserQuit;        // Nickname, User, Host, QuitMsg
+    Event<std::int16_t, Text> SocketError;         // Number, Description
+    Event<> LoginUnauthorized;                     // declared, and raised by nothing
+    Event<Text> YouChangeNick;                     // NewNick
+    Event<Text, Text, Text, Text> UserChangeNick;  // OldNick, NewNick, User, Host
     Event<> QuickNickChange;
-    Event<Text, Text, Text, Text, Text> TextArrived;            // Nickname, User, Host, Channel, Text
-    Event<Text, Text, Text, Text, Text, Text> SpecialTextArrived;  // Nickname, User, Host, Channel, Command, Text
-    Event<Text, Text, Text, Text> PMTextArrived;                // Nickname, User, Host, Text
-    Event<Text, Text, Text, Text, Text> PMSpecialTextArrived;   // Nickname, User, Host, Command, Text
-    Event<Text, Text, Text, Text> NoticeArrived;                // Nickname, User, Host, Text
-    Event<Text, Text, Text, Text, Text> SpecialNoticeArrived;   // Nickname, User, Host, Command, Text
-    Event<std::int32_t> YouChangedMode;                         // NewModes
-    Event<Text, std::int32_t> RetriveChannelMode;               // Chan, ModeReturn
-    Event<List> ChannelListReply;                               // Channels: channel, users, topic by Chr(5)
-    Event<Text, std::int32_t> ChannelChangedMode;               // Chan, NewModes
-    Event<Text, Text> UserIsAway;                               // Nickname, AwayMessage
-    Event<bool> YourAwayState;                                  // AwayState
-    Event<Text, std::int32_t> RetriveUserMode;                  // Username, Mode
-    Event<Text, Text, std::int32_t> UserChangeMode;             // Username, ByUsername, NewMode
+    Event<Text, Text, Text, Text, Text> TextArrived;  // Nickname, User, Host, Channel, Text
+    Event<Text, Text, Text, Text, Text, Text>
+        SpecialTextArrived;                                    // Nickname, User, Host, Channel, Command, Text
+    Event<Text, Text, Text, Text> PMTextArrived;               // Nickname, User, Host, Text
+    Event<Text, Text, Text, Text, Text> PMSpecialTextArrived;  // Nickname, User, Host, Command, Text
+    Event<Text, Text, Text, Text> NoticeArrived;               // Nickname, User, Host, Text
+    Event<Text, Text, Text, Text, Text> SpecialNoticeArrived;  // Nickname, User, Host, Command, Text
+    Event<std::int32_t> YouChangedMode;                        // NewModes
+    Event<Text, std::int32_t> RetriveChannelMode;              // Chan, ModeReturn
+    Event<List> ChannelListReply;                              // Channels: channel, users, topic by Chr(5)
+    Event<Text, std::int32_t> ChannelChangedMode;              // Chan, NewModes
+    Event<Text, Text> UserIsAway;                              // Nickname, AwayMessage
+    Event<bool> YourAwayState;                                 // AwayState
+    Event<Text, std::int32_t> RetriveUserMode;                 // Username, Mode
+    Event<Text, Text, std::int32_t> UserChangeMode;            // Username, ByUsername, NewMode
     Event<List> WHORespond;  // WhoList: channel, user, host, server, nick, flags, hops, real name by Chr(5)
-    Event<Text> ChannelInvitationOnly;                          // Channel
-    Event<Text> ChannelKeyRequired;                             // Channel
-    Event<Text> ChannelBanned;                                  // Channel
-    Event<bool&> AutoRetryConnection;                           // Cancel, which a handler may set
-    Event<Text> AlreadyInChannel;                               // Channel
-    Event<Text> PasswordMismatch;                               // declared, and raised by nothing
-    Event<Text> YouAreNotInThisChannel;                         // Chanel
-    Event<Text, Text, Text> YouAreKicked;                       // Channel, Reason, FromAdmin
-    Event<Text, Text, Text> UserKicked;                         // Channel, Reason, FromAdmin
-    Event<List, Text> WhoisReply;  // WHOISResults: user, host, real, channels, server, away, idle, signon, admin
-    Event<Text> LocalUsers;                                     // Text
-    Event<Text> GlobalUsers;                                    // Text
-    Event<Text> UserNotExist;                                   // Nickname
+    Event<Text> ChannelInvitationOnly;     // Channel
+    Event<Text> ChannelKeyRequired;        // Channel
+    Event<Text> ChannelBanned;             // Channel
+    Event<bool&> AutoRetryConnection;      // Cancel, which a handler may set
+    Event<Text> AlreadyInChannel;          // Channel
+    Event<Text> PasswordMismatch;          // declared, and raised by nothing
+    Event<Text> YouAreNotInThisChannel;    // Chanel
+    Event<Text, Text, Text> YouAreKicked;  // Channel, Reason, FromAdmin
+    Event<Text, Text, Text> UserKicked;    // Channel, Reason, FromAdmin
+    Event<List, Text>
+        WhoisReply;            // WHOISResults: user, host, real, channels, server, away, idle, signon, admin
+    Event<Text> LocalUsers;    // Text
+    Event<Text> GlobalUsers;   // Text
+    Event<Text> UserNotExist;  // Nickname
 
     // ---- Fields
     bool IsConnected = false;  // nothing ever sets it, and nothing reads it

@@ -27,10 +27,17 @@ std::int32_t DecodeModes(std::string_view modes, std::int32_t oldMode) {
     std::int32_t* target = &ignored;
     for (const char c : modes) {
         switch (c) {
-            case '+': target = &added; break;
-            case '-': target = &removed; break;
-            case ' ': target = &ignored; break;
-            default: *target |= bitOf(c);
+            case '+':
+                target = &added;
+                break;
+            case '-':
+                target = &removed;
+                break;
+            case ' ':
+                target = &ignored;
+                break;
+            default:
+                *target |= bitOf(c);
         }
     }
     return (oldMode | added) & ~removed;

@@ -17,8 +17,9 @@ struct Absent {
     std::string_view text;
 };
 constexpr Absent AbsentFields[] = {
-    {"{HOST}", "-"},     {"{NICK}", "-"}, {"{REAL}", "-"},   {"{CHANS}", "-"}, {"{SERVER}", "-"},
-    {"{AWAYDESC}", "-"}, {"{IDLE}", "0"}, {"{SIGNON}", "0"}, {"{ISADMIN}", "is a Normal User"},
+    {"{HOST}", "-"},  {"{NICK}", "-"},   {"{REAL}", "-"},
+    {"{CHANS}", "-"}, {"{SERVER}", "-"}, {"{AWAYDESC}", "-"},
+    {"{IDLE}", "0"},  {"{SIGNON}", "0"}, {"{ISADMIN}", "is a Normal User"},
 };
 
 }  // namespace
@@ -44,14 +45,18 @@ void IRCServ::onWhoisServer(const ServerLine& line, Trap& step) {
     step([&] { fillIn("{SERVER}", line.word(2) + ", " + line.Tailing); });
 }
 
-void IRCServ::onWhoisOperator(const ServerLine& line, Trap&) { fillIn("{ISADMIN}", line.Tailing); }
+void IRCServ::onWhoisOperator(const ServerLine& line, Trap&) {
+    fillIn("{ISADMIN}", line.Tailing);
+}
 
 void IRCServ::onWhoisIdle(const ServerLine& line, Trap& step) {
     step([&] { fillIn("{IDLE}", line.word(2)); });
     step([&] { fillIn("{SIGNON}", line.word(3)); });
 }
 
-void IRCServ::onWhoisChannels(const ServerLine& line, Trap&) { fillIn("{CHANS}", line.Tailing); }
+void IRCServ::onWhoisChannels(const ServerLine& line, Trap&) {
+    fillIn("{CHANS}", line.Tailing);
+}
 
 void IRCServ::onEndOfWhois(const ServerLine&, Trap& step) {
     for (const Absent& absent : AbsentFields) fillIn(absent.field, absent.text);
@@ -111,7 +116,9 @@ void IRCServ::onMotdLine(const ServerLine& line, Trap&) {
     MOTD.append(line.Tailing).append("\r\n");
 }
 
-void IRCServ::onMotdStart(const ServerLine& line, Trap&) { MOTD = line.Tailing + "\r\n"; }
+void IRCServ::onMotdStart(const ServerLine& line, Trap&) {
+    MOTD = line.Tailing + "\r\n";
+}
 
 void IRCServ::onEndOfMotd(const ServerLine&, Trap& step) {
     step([&] { MOTDReceived.raise(MOTD); });

@@ -88,7 +88,9 @@ std::vector<std::string> ReplyText::takeSplit(std::string_view separator) {
     std::vector<std::string> pieces;
     if (!text_.empty()) {
         std::size_t count = 1;
-        for (std::size_t at = 0; (at = text_.find(separator, at)) != std::string::npos; at += separator.size()) ++count;
+        for (std::size_t at = 0; (at = text_.find(separator, at)) != std::string::npos;
+             at += separator.size())
+            ++count;
         pieces.reserve(count);
         std::size_t begin = 0;
         for (std::size_t end; (end = text_.find(separator, begin)) != std::string::npos;) {

@@ -26,7 +26,9 @@ Special readSpecial(const std::string& tailing) {
 }
 
 // Whether a text is special; an empty text has no first character, which is a fault.
-bool beginsSpecial(const std::string& tailing) { return Asc(tailing) == 1; }
+bool beginsSpecial(const std::string& tailing) {
+    return Asc(tailing) == 1;
+}
 
 }  // namespace
 
@@ -64,7 +66,9 @@ void IRCServ::onNick(const ServerLine& line, Trap& step) {
     tmrNickChangeEnforce.Enabled = false;
 }
 
-void IRCServ::onPing(const ServerLine& line, Trap&) { SendIRC("PONG :" + line.Tailing, true); }
+void IRCServ::onPing(const ServerLine& line, Trap&) {
+    SendIRC("PONG :" + line.Tailing, true);
+}
 
 void IRCServ::onPrivmsg(const ServerLine& line, Trap& step) {
     const std::string target = step.value(std::string(), [&] { return line.word(0); });
@@ -81,7 +85,8 @@ void IRCServ::onPrivmsg(const ServerLine& line, Trap& step) {
         if (beginsSpecial(line.Tailing)) {
             const Special special = readSpecial(line.Tailing);
             step([&] {
-                SpecialTextArrived.raise(line.Nick, line.User, line.Host, target, special.Command, special.Text);
+                SpecialTextArrived.raise(line.Nick, line.User, line.Host, target, special.Command,
+                                         special.Text);
             });
         } else {
             step([&] { TextArrived.raise(line.Nick, line.User, line.Host, target, line.Tailing); });
@@ -93,7 +98,9 @@ void IRCServ::onPrivmsg(const ServerLine& line, Trap& step) {
 void IRCServ::onNotice(const ServerLine& line, Trap& step) {
     if (step.test([&] { return beginsSpecial(line.Tailing); })) {
         const Special special = readSpecial(line.Tailing);
-        step([&] { SpecialNoticeArrived.raise(line.Nick, line.User, line.Host, special.Command, special.Text); });
+        step([&] {
+            SpecialNoticeArrived.raise(line.Nick, line.User, line.Host, special.Command, special.Text);
+        });
     } else {
         step([&] { NoticeArrived.raise(line.Nick, line.User, line.Host, line.Tailing); });
     }
@@ -115,7 +122,8 @@ void IRCServ::onMode(const ServerLine& line, Trap& step) {
     } else {
         step([&] { RetriveUserMode.raise(line.word(2), 0); });
         const std::int32_t mode = DecodeModes(line.word(1), 0);
-        // Told as the one who changed it is the word behind the target, mostly an empty one, and not the sender.
+        // Told as the one who changed it is the word behind the target, mostly an empty one, and not the
+        // sender.
         step([&] { UserChangeMode.raise(line.word(2), line.word(3), mode); });
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
-// Models of the simple controls of a form: values plus change notices. They know no toolkit; a view binds them.
+// Models of the simple controls of a form: values plus change notices. They know no toolkit; a view binds
+// them.
 
 #include <map>
 #include <memory>

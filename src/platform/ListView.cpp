@@ -14,7 +14,9 @@ const std::string& ListItem::SubItems(std::size_t column) const {
     return column >= 1 && column <= subItems_.size() ? subItems_[column - 1] : none;
 }
 
-void ListItem::changed() { owner_.RowChanged.raise(*this); }
+void ListItem::changed() {
+    owner_.RowChanged.raise(*this);
+}
 
 void ListItem::SetSmallIcon(int icon) {
     if (std::exchange(smallIcon_, icon) != icon) changed();

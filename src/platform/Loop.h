@@ -3,8 +3,8 @@
 //
 // The contract, the same on every platform: the clock stands still within one turn; timers fire in the order
 // of their due times, equal ones in the order in which they were armed; a timer that fell behind fires once,
-// not once for each missed period; socket events and timers alternate and none starves the other. No exception
-// leaves a callback: a stray one goes to the platform's last guard.
+// not once for each missed period; socket events and timers alternate and none starves the other. No
+// exception leaves a callback: a stray one goes to the platform's last guard.
 
 #include <cstdint>
 #include <functional>

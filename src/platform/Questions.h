@@ -15,12 +15,12 @@ enum class MessageIcon { None, Critical, Question, Exclamation, Information };
 enum class Answer { Ok = 1, Cancel = 2, Abort = 3, Retry = 4, Ignore = 5, Yes = 6, No = 7 };
 
 struct MessageBox {
-    std::string Text;   // lines end in CR LF
+    std::string Text;  // lines end in CR LF
     std::string Title;
     Buttons Choices = Buttons::Ok;
     MessageIcon Icon = MessageIcon::None;
-    // Further occasions of the same kind that came while this box stood and were answered for the user; a view
-    // shows the number below the text.
+    // Further occasions of the same kind that came while this box stood and were answered for the user; a
+    // view shows the number below the text.
     Property<int> Suppressed{0};
 };
 

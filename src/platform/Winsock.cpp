@@ -48,12 +48,15 @@ void Winsock::Close() {
 void Winsock::SendData(std::string_view bytes) {
     if (state_ != SocketState::Connected) {
         throw RuntimeError(SocketErrors::NotConnected,
-                           "Wrong protocol or connection state for the requested transaction or request", "Winsock");
+                           "Wrong protocol or connection state for the requested transaction or request",
+                           "Winsock");
     }
     driver_->send(bytes);
 }
 
-void Winsock::GetData(std::string& to) { driver_->take(to); }
+void Winsock::GetData(std::string& to) {
+    driver_->take(to);
+}
 
 void Winsock::onConnected() {
     state_ = SocketState::Connected;

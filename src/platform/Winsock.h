@@ -26,21 +26,22 @@ constexpr int ConnectionRefused = 10061;
 constexpr int HostNotFound = 11001;
 constexpr int AddressInUse = 10048;
 constexpr int Other = 10038;
-constexpr int NotConnected = 40006;   // "Wrong protocol or connection state for the requested transaction or request"
-constexpr int InvalidState = 40020;   // "Invalid operation at current state"
+constexpr int NotConnected =
+    40006;  // "Wrong protocol or connection state for the requested transaction or request"
+constexpr int InvalidState = 40020;  // "Invalid operation at current state"
 constexpr int CertificateRefused = 10013;
 }  // namespace SocketErrors
 
 class SocketDriver {
   public:
-    // What the driver tells; called from the loop, never from inside one of the operations below, and not after
-    // `close`.
+    // What the driver tells; called from the loop, never from inside one of the operations below, and not
+    // after `close`.
     struct Listener {
         virtual ~Listener() = default;
         virtual void onConnected() = 0;
-        virtual void onData() = 0;             // bytes can be taken
-        virtual void onClosed() = 0;           // by the peer, after everything that arrived was taken
-        virtual void onRequest() = 0;          // listening: a connection waits for `accept`
+        virtual void onData() = 0;     // bytes can be taken
+        virtual void onClosed() = 0;   // by the peer, after everything that arrived was taken
+        virtual void onRequest() = 0;  // listening: a connection waits for `accept`
         virtual void onError(int number, const std::string& description) = 0;  // the socket is dead
     };
 
@@ -65,7 +66,15 @@ class SocketDriver {
     virtual int remotePort() const = 0;
 };
 
-enum class SocketState { Closed = 0, Open = 1, Listening = 2, Connecting = 6, Connected = 7, Closing = 8, Error = 9 };
+enum class SocketState {
+    Closed = 0,
+    Open = 1,
+    Listening = 2,
+    Connecting = 6,
+    Connected = 7,
+    Closing = 8,
+    Error = 9
+};
 
 class Winsock final : private SocketDriver::Listener {
   public:

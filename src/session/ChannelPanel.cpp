@@ -23,8 +23,9 @@ void appendEntry(std::string& list, const std::string& entry) {
 
 }  // namespace
 
-ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
-                           const Account& account, SessionPanel& session, const Handovers& to)
+ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
+                           IRCServ& engine, const Account& account, SessionPanel& session,
+                           const Handovers& to)
     : tmrRefreshUsers(platform, 5000),
       tmrDisplayKeyChans(platform, 5000),
       platform_(platform),
@@ -38,10 +39,12 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
     on_ += IRCServ1.YouJoinChannel.connect([this](Text channel) { IRCServ1_YouJoinChannel(channel); });
     on_ += IRCServ1.AlreadyInChannel.connect([this](Text channel) { IRCServ1_YouJoinChannel(channel); });
     on_ += IRCServ1.YouPartChannel.connect([this](Text channel) { IRCServ1_YouPartChannel(channel); });
-    on_ += IRCServ1.YouAreNotInThisChannel.connect([this](Text channel) { IRCServ1_YouPartChannel(channel); });
+    on_ +=
+        IRCServ1.YouAreNotInThisChannel.connect([this](Text channel) { IRCServ1_YouPartChannel(channel); });
     on_ += IRCServ1.ChannelInvitationOnly.connect([this](Text c) { IRCServ1_ChannelInvitationOnly(c); });
     on_ += IRCServ1.ChannelBanned.connect([this](Text channel) { IRCServ1_ChannelBanned(channel); });
-    on_ += IRCServ1.ChannelKeyRequired.connect([this](Text channel) { IRCServ1_ChannelKeyRequired(channel); });
+    on_ +=
+        IRCServ1.ChannelKeyRequired.connect([this](Text channel) { IRCServ1_ChannelKeyRequired(channel); });
     on_ += IRCServ1.ChannelListReply.connect([this](IRCServ::List list) { IRCServ1_ChannelListReply(list); });
     on_ += ListView2.ItemCheck.connect([this](ListItem&) { ListView2_ItemCheck(); });
     on_ += ListView2.DblClick.connect([this] { ListView2_DblClick(); });

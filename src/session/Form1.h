@@ -1,6 +1,6 @@
 #pragma once
-// The main window and session controller. It owns the engine and the controls, and hands the engine's events to
-// panels of one subject each.
+// The main window and session controller. It owns the engine and the controls, and hands the engine's events
+// to panels of one subject each.
 
 #include <memory>
 #include <string>

@@ -28,7 +28,8 @@ class ChannelWindows {
 class PrivateWindows {
   public:
     virtual ~PrivateWindows() = default;
-    virtual void PMDistribute(const std::string& nick, const std::string& text, const std::string& command) = 0;
+    virtual void PMDistribute(const std::string& nick, const std::string& text,
+                              const std::string& command) = 0;
     virtual void EnterPM(const std::string& nick) = 0;
     virtual void QuitPM(const std::string& nick) = 0;
     virtual void RenamePM(const std::string& oldNick, const std::string& newNick) = 0;

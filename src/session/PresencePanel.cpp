@@ -40,7 +40,8 @@ void PresencePanel::rebuildMenu() {
         states_.clear();
         for (int i = popStat.UBound(); i > 0; --i) popStat.Unload(i);
         File states;
-        if (!step([&] { states = platform_.ProgramFiles.Open("System\\perflix.lst", FileMode::Input); })) return;
+        if (!step([&] { states = platform_.ProgramFiles.Open("System\\perflix.lst", FileMode::Input); }))
+            return;
         int index = 1;
         while (index <= MaxStates && step.test([&] { return !states.AtEnd(); })) {
             std::string line;

@@ -45,7 +45,9 @@ std::string SessionPanel::joinSystemChannel() const {
     return "JOIN " + account_.gSysChannel + " " + account_.gSysChanKey;
 }
 
-void SessionPanel::IRCServ1_Logining() { Label8.Caption = "Loging in..."; }
+void SessionPanel::IRCServ1_Logining() {
+    Label8.Caption = "Loging in...";
+}
 
 void SessionPanel::IRCServ1_LoginOK() {
     trapped(globError_, "IRCServ1_LoginOK", [&](Trap&) {

@@ -1,6 +1,6 @@
 #pragma once
-// The life of the session in the main window: log-on, the periodic refresh, the probe of the robot, the system
-// channel's state, and the minute timer of mail and announcements.
+// The life of the session in the main window: log-on, the periodic refresh, the probe of the robot, the
+// system channel's state, and the minute timer of mail and announcements.
 
 #include <cstdint>
 #include <string>

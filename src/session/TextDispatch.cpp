@@ -1,6 +1,5 @@
 #include "session/TextDispatch.h"
 
-
 #include "host/common/Version.h"
 #include "platform/Text.h"
 
@@ -8,7 +7,9 @@ namespace talvora {
 
 namespace {
 
-bool isChannelName(const std::string& name) { return !name.empty() && name.front() == '#'; }
+bool isChannelName(const std::string& name) {
+    return !name.empty() && name.front() == '#';
+}
 
 // What somebody else wrote goes back on one line, and no other.
 std::string oneLine(std::string text) {
@@ -16,7 +17,9 @@ std::string oneLine(std::string text) {
     return text;
 }
 
-HostArray copyOf(const StringArray& texts) { return HostArray(texts.begin(), texts.end()); }
+HostArray copyOf(const StringArray& texts) {
+    return HostArray(texts.begin(), texts.end());
+}
 
 }  // namespace
 
@@ -30,9 +33,10 @@ TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& en
       presence_(presence),
       to_(to) {
     connectText();
-    on_ += IRCServ1.ServerRespond.connect([this](std::int32_t number, const StringArray& parameters, Text tailing) {
-        gate_.Broadcast(1012, HostArray{number, copyOf(parameters), tailing});
-    });
+    on_ += IRCServ1.ServerRespond.connect(
+        [this](std::int32_t number, const StringArray& parameters, Text tailing) {
+            gate_.Broadcast(1012, HostArray{number, copyOf(parameters), tailing});
+        });
     on_ += IRCServ1.ServerStrRespond.connect([this](Text cmd, const StringArray& parameters, Text tailing) {
         gate_.Broadcast(1013, HostArray{cmd, copyOf(parameters), tailing});
     });
@@ -118,7 +122,9 @@ bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     return true;
 }
 
-bool TextDispatch::fromRobot(Text nick) const { return !account_.RobotOnly || EqualText(nick, "OrreryServ"); }
+bool TextDispatch::fromRobot(Text nick) const {
+    return !account_.RobotOnly || EqualText(nick, "OrreryServ");
+}
 
 bool TextDispatch::handleVerb(Text nick, Text command, Text text) {
     const bool mail = command == "MAIL";
@@ -136,7 +142,9 @@ void TextDispatch::distributePrivate(Text nick, Text text, Text command) {
 
 // ---- Channel text
 
-bool TextDispatch::isSystemChannel(Text channel) const { return EqualText(channel, account_.gSysChannel); }
+bool TextDispatch::isSystemChannel(Text channel) const {
+    return EqualText(channel, account_.gSysChannel);
+}
 
 void TextDispatch::IRCServ1_TextArrived(Text nick, Text channel, Text text) {
     trapped(globError_, "IRCServ1_TextArrived", [&](Trap& step) {

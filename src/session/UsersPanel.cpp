@@ -69,7 +69,9 @@ void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
 }
 
 // Bare, so that states never stack and the plain nick always comes back.
-void UsersPanel::IRCServ1_YouChangeNick(Text newNick) { account_.gNickname = TruncNick(newNick); }
+void UsersPanel::IRCServ1_YouChangeNick(Text newNick) {
+    account_.gNickname = TruncNick(newNick);
+}
 
 void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
     trapped(globError_, "IRCServ1_WHORespond", [&](Trap& step) {

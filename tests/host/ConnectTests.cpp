@@ -32,8 +32,9 @@ TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {
     maria.host.send(1003, HostArray{"move", "e4", "Nikos"});
     maria.host.send(1006, HostArray{"Nikos", "hello"});
     maria.host.send(1014, "TOPIC #x :t");
-    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG #system :\1_calc 1 2\1", "PRIVMSG Nikos :\1_move e4\1",
-                                                  "PRIVMSG Nikos :hello", "TOPIC #x :t"));
+    EXPECT_THAT(maria.server.heard(),
+                ElementsAre("PRIVMSG #system :\1_calc 1 2\1", "PRIVMSG Nikos :\1_move e4\1",
+                            "PRIVMSG Nikos :hello", "TOPIC #x :t"));
     maria.around.questions.willAnswer(Answer::Abort);
     maria.host.send(1003, HostArray{"move", "e4"});
     EXPECT_THAT(maria.around.questions.asked[0], HasSubstr("Number:9\r\n"));
@@ -67,8 +68,9 @@ TEST(Connect, Message8SaysQuitWithTheUsersWordsOrTheDefaultAndEndsForGood) {
         EXPECT_EQ(maria.component->MainWindow(), nullptr);
         maria.host.send(1006, HostArray{"Nikos", "too late"});
         world.time.run(1h);
-        EXPECT_THAT(maria.server.transcript,
-                    testing::EndsWith(std::string("QUIT :") + (*words != '\0' ? words : "Bye bye!") + "\r\n"));
+        EXPECT_THAT(
+            maria.server.transcript,
+            testing::EndsWith(std::string("QUIT :") + (*words != '\0' ? words : "Bye bye!") + "\r\n"));
         EXPECT_EQ(maria.server.connections, 1) << "no retry after the end";
         maria.host.send(1);
         world.time.run(1s);
@@ -129,7 +131,8 @@ TEST(NotifyHost, IsSilentForKindsThatTheUserSwitchedOff) {
 
 TEST(GlobError, HasItsExactText) {
     EXPECT_EQ(GlobError::ReportText(RuntimeError(Fault::SubscriptOutOfRange, 2), "HandleData"),
-              "WARNING! A critical error has occured on Talvora core! You can continue but the system might not work "
+              "WARNING! A critical error has occured on Talvora core! You can continue but the system might "
+              "not work "
               "properly!\r\n"
               "Please contact Brindle or Fennmark, providing the follow error information:\r\n"
               "\r\n"
@@ -178,9 +181,7 @@ TEST(Trap, EachAnswerDoesWhatItSays) {
     maria.around.questions.willAnswer(Answer::Ignore);
     trapped(reporter, "Outer", [&](Trap& outer) {
         outer([&] {
-            trapped(reporter, "Inner", [&](Trap&) {
-                throw std::runtime_error("foreign");
-            });
+            trapped(reporter, "Inner", [&](Trap&) { throw std::runtime_error("foreign"); });
             path += "on";
         });
     });

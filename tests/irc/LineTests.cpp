@@ -39,7 +39,8 @@ TEST_F(EngineTest, LinesRaiseTheirEvents) {
         {":a!b@c MODE &x +o d", {}},
         {":srv 005 me A=B :are supported", {"Bounced(are supported)"}},
         {":srv 265 me :Current local users: 3", {"LocalUsers(Current local users: 3)"}},
-        {":srv 266 me 1 1 :Current global users: 1, Max: 1", {"GlobalUsers(Current global users: 1, Max: 1)"}},
+        {":srv 266 me 1 1 :Current global users: 1, Max: 1",
+         {"GlobalUsers(Current global users: 1, Max: 1)"}},
         {":srv 301 me a :gone", {"UserIsAway(me, gone)"}},
         {":srv 305 me :back", {"YourAwayState(False)"}},
         {":srv 306 me :away", {"YourAwayState(True)"}},
@@ -127,8 +128,9 @@ TEST_F(EngineTest, WhoisFillsItsTemplateAndWhatIsLeft) {
                              ":srv 312 me Nik irc.x :The server", ":srv 301 me Nik :out"}) {
         raisedBy(line);
     }
-    EXPECT_THAT(raisedBy(":srv 318 me Nik :End"),
-                ElementsAre("WhoisReply([user|host|Real N|#a @#b|irc.x, The server|out|0|0|is a Normal User], Nik)"));
+    EXPECT_THAT(
+        raisedBy(":srv 318 me Nik :End"),
+        ElementsAre("WhoisReply([user|host|Real N|#a @#b|irc.x, The server|out|0|0|is a Normal User], Nik)"));
     raisedBy(":srv 311 me Nik user host * :Real");
     raisedBy(":srv 317 me Nik 12 99 :idle");
     raisedBy(":srv 313 me Nik :is an operator");
@@ -141,15 +143,29 @@ TEST_F(EngineTest, WhoisFillsItsTemplateAndWhatIsLeft) {
 TEST_F(EngineTest, TheMessageOfTheDayIsHandedOverWholeAndKept) {
     online();
     for (const char* line : {":srv 375 me :- start", ":srv 372 me :- one", ":srv 372 me :"}) raisedBy(line);
-    EXPECT_THAT(raisedBy(":srv 376 me :End"), ElementsAre("MOTDReceived(- start<13><10>- one<13><10><13><10>)"));
-    EXPECT_THAT(raisedBy(":srv 376 me :End"), ElementsAre("MOTDReceived(- start<13><10>- one<13><10><13><10>)"));
+    EXPECT_THAT(raisedBy(":srv 376 me :End"),
+                ElementsAre("MOTDReceived(- start<13><10>- one<13><10><13><10>)"));
+    EXPECT_THAT(raisedBy(":srv 376 me :End"),
+                ElementsAre("MOTDReceived(- start<13><10>- one<13><10><13><10>)"));
 }
 
 TEST_F(EngineTest, FaultyLinesEndInOneReportEachAndTheNextLineWorks) {
     online();
-    const char* faulty[] = {"", ":", ":srv", ":srv ", "PING", ":srv QUIT", ":a!b@c PRIVMSG me :", ":a!b@c NOTICE me :",
-                            ":srv 352 me #x u h s n H :0", ":srv 352 me :0 x", ":srv 401 ", "99999999999 x",
-                            ":a!b@c KICK #x", "MODE #x", ":srv 312 me"};
+    const char* faulty[] = {"",
+                            ":",
+                            ":srv",
+                            ":srv ",
+                            "PING",
+                            ":srv QUIT",
+                            ":a!b@c PRIVMSG me :",
+                            ":a!b@c NOTICE me :",
+                            ":srv 352 me #x u h s n H :0",
+                            ":srv 352 me :0 x",
+                            ":srv 401 ",
+                            "99999999999 x",
+                            ":a!b@c KICK #x",
+                            "MODE #x",
+                            ":srv 312 me"};
     around.questions.answerFaults(Answer::Abort);
     for (const char* line : faulty) {
         around.questions.asked.clear();

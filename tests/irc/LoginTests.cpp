@@ -154,10 +154,9 @@ TEST_F(EngineTest, ALineCanArriveInTheMiddleOfADisconnect) {
 TEST_F(EngineTest, WhatWasNotWorkedOffBelongsToTheNextConnection) {
     online();
     server.sends("FOO :stop\r\nPING :two\r\nPING :un");
-    const Subscription stop =
-        engine.ServerStrRespond.connect([&](auto&, auto&, const std::string& t) {
-            if (t == "stop") engine.Disconnect("now");
-        });
+    const Subscription stop = engine.ServerStrRespond.connect([&](auto&, auto&, const std::string& t) {
+        if (t == "stop") engine.Disconnect("now");
+    });
     engine.LoggedIn = false;  // no QUIT and no wait
     time.run(5ms);
     engine.Connect("", 0);
@@ -191,8 +190,8 @@ TEST_F(EngineTest, APeerThatNeverEndsItsLineIsCutOffAndTold) {
     engine.AutoRetry = true;
     for (int i = 0; i < 6; ++i) server.sends(std::string(50'000, 'x'));
     time.run(10ms);
-    EXPECT_THAT(log.take(),
-                ElementsAre("SocketError(10040, The server sent a line without an end)", "SocketDisconnect()"));
+    EXPECT_THAT(log.take(), ElementsAre("SocketError(10040, The server sent a line without an end)",
+                                        "SocketDisconnect()"));
     time.run(11s);
     EXPECT_THAT(raisedBy("PING :still well"), IsEmpty());
     EXPECT_THAT(server.heard(), testing::Contains("PONG :still well"));
@@ -203,12 +202,14 @@ TEST_F(EngineTest, ABacklogMakesTheServerWait) {
     std::string flood;
     for (int i = 0; i < 400'000; ++i) flood += "FOO x\r\n";
     const std::string_view piece(flood);
-    for (std::size_t at = 0; at < flood.size(); at += 65536) server.sends(std::string(piece.substr(at, 65536)));
+    for (std::size_t at = 0; at < flood.size(); at += 65536)
+        server.sends(std::string(piece.substr(at, 65536)));
     time.run(1s);
     server.closes();
     EXPECT_THAT(log.take(), IsEmpty());
     time.run(500s);
-    EXPECT_THAT(log.take(), testing::Contains("SocketDisconnect()")) << "all was read, and then the end was seen";
+    EXPECT_THAT(log.take(), testing::Contains("SocketDisconnect()"))
+        << "all was read, and then the end was seen";
 }
 
 }  // namespace

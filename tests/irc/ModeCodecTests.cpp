@@ -1,8 +1,7 @@
-#include "irc/ModeCodec.h"
-
-#include "EngineFixture.h"
 #include <random>
 
+#include "EngineFixture.h"
+#include "irc/ModeCodec.h"
 #include "irc/ReplyText.h"
 #include "platform/Text.h"
 
@@ -16,9 +15,19 @@ TEST(DecodeModes, ReadsLettersBehindASign) {
         std::int32_t result;
     };
     const Case cases[] = {
-        {"+ik-w", 4, 4098}, {"+o-o", 0, 0},    {"+l", 0, 8192},    {"k", 5, 5},     {"", 7, 7},
-        {"+i w", 0, 2},     {"+i +w", 0, 6},   {"-o+o", 16, 0},    {"+O", 0, 32},   {"+Z-Y", 3, 3},
-        {"  +v  ", 0, 64},  {"+u", 0, 0},      {"+aiwroOvsmnptkl", 0, 16383},
+        {"+ik-w", 4, 4098},
+        {"+o-o", 0, 0},
+        {"+l", 0, 8192},
+        {"k", 5, 5},
+        {"", 7, 7},
+        {"+i w", 0, 2},
+        {"+i +w", 0, 6},
+        {"-o+o", 16, 0},
+        {"+O", 0, 32},
+        {"+Z-Y", 3, 3},
+        {"  +v  ", 0, 64},
+        {"+u", 0, 0},
+        {"+aiwroOvsmnptkl", 0, 16383},
     };
     for (const Case& c : cases) EXPECT_EQ(DecodeModes(c.modes, c.old), c.result) << c.modes;
 }

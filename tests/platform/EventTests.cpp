@@ -58,7 +58,8 @@ TEST(Event, NestedRaisesAndAnswersByReferenceWork) {
 TEST(Property, TellsOnlyRealChanges) {
     Property<std::string> caption;
     std::string told;
-    const Subscription s = caption.Changed.connect([&](const std::string& text) { told += "[" + text + "]"; });
+    const Subscription s =
+        caption.Changed.connect([&](const std::string& text) { told += "[" + text + "]"; });
     caption = "";
     caption = "a";
     caption = "a";

@@ -92,7 +92,8 @@ TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
     folder.disk.makeLink("Received/link", "photo.jpg");
     folder.files.AllowReceiving(true);
     const Paths before = folder.disk.paths();
-    for (const auto& [path, fault] : cases) {
+    for (const auto& [refused, fault] : cases) {
+        const auto& path = refused;  // for the lambdas
         SCOPED_TRACE(path);
         Files& files = folder.files;
         EXPECT_EQ(faultOf([&] { files.Open(path, FileMode::Input); }), fault);

@@ -7,6 +7,7 @@ namespace talvora::test {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -29,9 +30,9 @@ TEST(Session, TheFirstLogOnJoinsTheSystemChannelAndThenTheSavedOnes) {
     EXPECT_EQ(maria.window().Session.imgStat.Picture, SessionPicture::Connecting);
     maria.server.says(":srv 001 Maria :Welcome");
     world.time.run(2500ms);
-    EXPECT_THAT(maria.server.heard(),
-                ElementsAre("NICK Maria", "WHO", "LUSERS", "PRIVMSG OrreryServ :. . .", "JOIN #system syskey",
-                            "JOIN #one", "JOIN #two sesame", "USER Maria 0 * :UL:Default.Unsetted", "PASS none"));
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria", "WHO", "LUSERS", "PRIVMSG OrreryServ :. . .",
+                                                  "JOIN #system syskey", "JOIN #one", "JOIN #two sesame",
+                                                  "USER Maria 0 * :UL:Default.Unsetted", "PASS none"));
     EXPECT_EQ(maria.window().Session.Label8.Caption.get(), "Talvora is Up and Running");
     EXPECT_EQ(maria.window().Session.imgStat.Picture, SessionPicture::OnLine);
 }
@@ -79,10 +80,11 @@ TEST(Session, TheSystemChannelsRefusalsAreComparedWithItsKey) {
 TEST(Session, NewsOfOthersReachTheHost) {
     World world;
     Client& maria = world.loggedIn("Maria");
-    for (const char* line : {":a!b@c JOIN :#x", ":a!b@c NICK :d", ":d!b@c PART #x :bye", ":e!b@c QUIT :gone",
-                             ":a!b@c PRIVMSG #x :hi", ":a!b@c PRIVMSG #system :hi", ":a!b@c PRIVMSG Maria :psst",
-                             ":a!b@c PRIVMSG #system :\1_calc 1 2\1", ":a!b@c PRIVMSG #system :\1calc 1\1",
-                             ":a!b@c PRIVMSG Maria :\1_move e4\1", ":a!b@c PRIVMSG Maria :\1ACTION waves\1"}) {
+    for (const char* line :
+         {":a!b@c JOIN :#x", ":a!b@c NICK :d", ":d!b@c PART #x :bye", ":e!b@c QUIT :gone",
+          ":a!b@c PRIVMSG #x :hi", ":a!b@c PRIVMSG #system :hi", ":a!b@c PRIVMSG Maria :psst",
+          ":a!b@c PRIVMSG #system :\1_calc 1 2\1", ":a!b@c PRIVMSG #system :\1calc 1\1",
+          ":a!b@c PRIVMSG Maria :\1_move e4\1", ":a!b@c PRIVMSG Maria :\1ACTION waves\1"}) {
         says(world, maria, line);
     }
     EXPECT_THAT(maria.host.take(),
@@ -98,12 +100,13 @@ TEST(Session, QueriesAreAnsweredOnOneLineEach) {
                              ":a!b@c PRIVMSG Maria :\1ping 1\1"}) {
         says(world, maria, line);
     }
-    maria.server.sends(std::string(":a!b@c PRIVMSG Maria :\1PING x\0y\1\r\n", 35));
+    maria.server.sends(":a!b@c PRIVMSG Maria :\1PING x\0y\1\r\n"s);
     world.time.run(10ms);
-    EXPECT_THAT(maria.server.heard(),
-                ElementsAre("NOTICE a :\1PING 123\1", "NOTICE a :\1VERSION Talvchat v0.1.0 the Talvora team\1",
-                            testing::MatchesRegex("NOTICE a :\1TIME 14/03/2026 09:00:..\1"),
-                            "NOTICE a :\1FINGER Maria. Unknown idle time\1", "NOTICE a :\1PING xy\1"));
+    EXPECT_THAT(
+        maria.server.heard(),
+        ElementsAre("NOTICE a :\1PING 123\1", "NOTICE a :\1VERSION Talvchat v0.1.0 the Talvora team\1",
+                    testing::MatchesRegex("NOTICE a :\1TIME 14/03/2026 09:00:..\1"),
+                    "NOTICE a :\1FINGER Maria. Unknown idle time\1", "NOTICE a :\1PING xy\1"));
 }
 
 TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
@@ -161,7 +164,8 @@ struct Windows : KeyPrompt, NoteBox, ChannelWindows {
     void PartChan(const std::string&, const std::string&) override {}
     void QuitChan(const std::string&) override {}
     void RenameChan(const std::string&, const std::string&) override {}
-    void ChanDistribute(const std::string&, const std::string&, const std::string&, const std::string&) override {}
+    void ChanDistribute(const std::string&, const std::string&, const std::string&,
+                        const std::string&) override {}
     std::vector<std::string> told;
 };
 
@@ -193,8 +197,8 @@ class ChannelPanelTest : public testing::Test {
         std::vector<std::string> all;
         for (int i = 1; i <= list.ListItems.Count(); ++i) {
             const ListItem& row = list.ListItems(i);
-            all.push_back((row.Checked() ? "+" : "-") + row.Text() + " " + std::to_string(row.SmallIcon()) + " " +
-                          row.SubItems(1) + " " + row.SubItems(2));
+            all.push_back((row.Checked() ? "+" : "-") + row.Text() + " " + std::to_string(row.SmallIcon()) +
+                          " " + row.SubItems(1) + " " + row.SubItems(2));
         }
         return all;
     }
@@ -219,8 +223,8 @@ TEST_F(ChannelPanelTest, ShowsJoinedChannelsFirstAndFillsInTheServersList) {
     settings.Save(Section::ChanKeys, "#b", "key");
     says(":me!u@h JOIN :#b");
     says(":me!u@h JOIN :#a");
-    for (const char* line : {":s 322 me #B 7 :About b", ":s 322 me #System 9 :", ":s 322 me #c 1 :c: topic",
-                             ":s 323 me :End"}) {
+    for (const char* line :
+         {":s 322 me #B 7 :About b", ":s 322 me #System 9 :", ":s 322 me #c 1 :c: topic", ":s 323 me :End"}) {
         says(line);
     }
     EXPECT_THAT(rows(), ElementsAre("+#b 7 7 About b", "+#a 6  ", "-#c 6 1 c: topic"));
@@ -230,7 +234,8 @@ TEST_F(ChannelPanelTest, ShowsJoinedChannelsFirstAndFillsInTheServersList) {
 }
 
 TEST_F(ChannelPanelTest, TickingRowsWithinFiveSecondsGivesOneNewList) {
-    for (const char* line : {":me!u@h JOIN :#a", ":me!u@h JOIN :#b", ":s 322 me #c 1 :", ":s 323 me :End"}) says(line);
+    for (const char* line : {":me!u@h JOIN :#a", ":me!u@h JOIN :#b", ":s 322 me #c 1 :", ":s 323 me :End"})
+        says(line);
     server.heard();
     list.userTicks(list.ListItems(2), false);
     time.run(3s);
@@ -258,9 +263,10 @@ TEST_F(ChannelPanelTest, KeyRefusalsOfOneLoginBecomeOneRoundOfQuestions) {
 TEST_F(ChannelPanelTest, OtherRefusalsAreTold) {
     says(":s 474 me #x :banned");
     says(":s 473 me #y :invite");
-    EXPECT_THAT(windows.told,
-                ElementsAre("Join error: You cannot join channel #x because you are banned from it!",
-                            "Join error: You cannot join channel #y because it accepts only users with invitation!"));
+    EXPECT_THAT(
+        windows.told,
+        ElementsAre("Join error: You cannot join channel #x because you are banned from it!",
+                    "Join error: You cannot join channel #y because it accepts only users with invitation!"));
 }
 
 TEST_F(ChannelPanelTest, TheMenusAreCrossedAndADoubleClickJoins) {

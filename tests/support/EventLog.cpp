@@ -6,10 +6,18 @@ namespace talvora::test {
 
 namespace {
 
-std::string asText(const std::string& text) { return shown(text); }
-std::string asText(bool truth) { return truth ? "True" : "False"; }
-std::string asText(std::int32_t number) { return std::to_string(number); }
-std::string asText(std::int16_t number) { return std::to_string(number); }
+std::string asText(const std::string& text) {
+    return shown(text);
+}
+std::string asText(bool truth) {
+    return truth ? "True" : "False";
+}
+std::string asText(std::int32_t number) {
+    return std::to_string(number);
+}
+std::string asText(std::int16_t number) {
+    return std::to_string(number);
+}
 std::string asText(const StringArray& list) {
     std::string text = "[";
     for (std::size_t i = 0; i < list.size(); ++i) text += (i > 0 ? "|" : "") + shown(list[i]);

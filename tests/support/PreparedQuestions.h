@@ -14,7 +14,9 @@ namespace talvora::test {
 
 class PreparedQuestions final : public Questions {
   public:
-    ~PreparedQuestions() override { EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers not asked for"; }
+    ~PreparedQuestions() override {
+        EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers not asked for";
+    }
 
     // `meanwhile` runs while the box stands, so that what happens behind an open dialog is tested too.
     void willAnswer(Answer answer, std::function<void()> meanwhile = {}) {

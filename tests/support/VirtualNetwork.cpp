@@ -169,7 +169,7 @@ std::unique_ptr<SocketDriver> VirtualNetwork::CreateSocket(const Security&) {
 
 ScriptedServer& VirtualNetwork::server(const std::string& host, int port) {
     auto& server = servers_[{host, port}];
-    if (server == nullptr) server = std::make_unique<ScriptedServer>(*this);
+    if (server == nullptr) server = std::make_unique<ScriptedServer>();
     return *server;
 }
 

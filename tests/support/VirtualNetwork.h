@@ -25,8 +25,6 @@ class ScriptedServer {
   public:
     enum class Mood { Accepts, Refuses, Silent };
 
-    explicit ScriptedServer(VirtualNetwork& network) : network_(network) {}
-
     Mood mood = Mood::Accepts;
     bool deaf = false;  // half open: neither side hears of the other any more
     int connections = 0;
@@ -44,7 +42,6 @@ class ScriptedServer {
 
   private:
     friend class VirtualSocket;
-    VirtualNetwork& network_;
     VirtualSocket* client_ = nullptr;
     std::string unread_;
 };
@@ -109,7 +106,6 @@ class VirtualNetwork final : public Network {
 
   private:
     friend class VirtualSocket;
-    friend class ScriptedServer;
 
     VirtualTime& time_;
     std::mt19937 random_;

@@ -4,7 +4,9 @@
 
 namespace talvora::test {
 
-void VirtualTime::at(Microseconds due, std::function<void()> call) { calls_.emplace(due, std::move(call)); }
+void VirtualTime::at(Microseconds due, std::function<void()> call) {
+    calls_.emplace(due, std::move(call));
+}
 
 bool VirtualTime::turn() {
     bool any = false;

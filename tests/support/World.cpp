@@ -33,7 +33,8 @@ void RecordingHost::send(std::int32_t msgID, HostValue data, std::int32_t to) {
     MessageBroadcasted.raise(message);
 }
 
-Client::Client(VirtualTime& time, VirtualNetwork& network, const std::string& name, const std::string& serverHost)
+Client::Client(VirtualTime& time, VirtualNetwork& network, const std::string& name,
+               const std::string& serverHost)
     : around(time, network), server(network.server(serverHost, 6667)), nick(name) {
     profile.ServerHost = serverHost;
     profile.ServerPort = 6667;

@@ -26,7 +26,8 @@ class RecordingHost final : public MessageDatabase {
 };
 
 struct Client {
-    Client(VirtualTime& time, VirtualNetwork& network, const std::string& nick, const std::string& serverHost);
+    Client(VirtualTime& time, VirtualNetwork& network, const std::string& nick,
+           const std::string& serverHost);
 
     VirtualPlatform around;
     RecordingHost host;

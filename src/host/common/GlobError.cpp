@@ -8,7 +8,9 @@ GlobError::GlobError(Platform& platform) : platform_(platform) {
     };
 }
 
-GlobError::~GlobError() { platform_.Guarded.OnStray = nullptr; }
+GlobError::~GlobError() {
+    platform_.Guarded.OnStray = nullptr;
+}
 
 Answer GlobError::Report(const RuntimeError& error, const std::string& procedure) {
     if (open_ != nullptr) {
@@ -30,7 +32,8 @@ Answer GlobError::Report(const RuntimeError& error, const std::string& procedure
 
 std::string GlobError::ReportText(const RuntimeError& error, const std::string& procedure) {
     const std::string eol = "\r\n";
-    return "WARNING! A critical error has occured on Talvora core! You can continue but the system might not work "
+    return "WARNING! A critical error has occured on Talvora core! You can continue but the system might not "
+           "work "
            "properly!" +
            eol + "Please contact Brindle or Fennmark, providing the follow error information:" + eol + eol +
            "Description: " + error.Description + eol + "Number:" + std::to_string(error.Number) + eol +

@@ -26,8 +26,8 @@ void HostGate::NotifyHost(const Notice& notice) {
                                                                      : nullptr;
     if (key != nullptr && settings_.Get(Section::Settings, key, "T") == "F") return;
     Broadcast(9,
-              HostArray{notice.Title, notice.Text, static_cast<std::int32_t>(notice.Kind), notice.Window, notice.Line,
-                        notice.Value, notice.First, notice.Second},
+              HostArray{notice.Title, notice.Text, static_cast<std::int32_t>(notice.Kind), notice.Window,
+                        notice.Line, notice.Value, notice.First, notice.Second},
               HostAddress::Everybody, "IRC Plugin");
 }
 

@@ -4,9 +4,9 @@
 //     extern "C" talvora::HostPlugin* OrreryCreatePlugin(const talvora::HostServices& services);
 //     extern "C" int OrreryPluginVersion();
 //
-// The host gives each plug-in an identifier, calls Init and from then on speaks with it by messages. It deletes
-// the plug-in before it unloads the library. Host and plug-in are built from the same headers by the same
-// compiler; the version says so.
+// The host gives each plug-in an identifier, calls Init and from then on speaks with it by messages. It
+// deletes the plug-in before it unloads the library. Host and plug-in are built from the same headers by the
+// same compiler; the version says so.
 
 #include <cstdint>
 

@@ -4,7 +4,9 @@
 
 extern "C" {
 
-__attribute__((visibility("default"))) int OrreryPluginVersion() { return talvora::HostPluginVersion; }
+__attribute__((visibility("default"))) int OrreryPluginVersion() {
+    return talvora::HostPluginVersion;
+}
 
 __attribute__((visibility("default"))) talvora::HostPlugin* OrreryCreatePlugin(
     const talvora::HostServices& services) {

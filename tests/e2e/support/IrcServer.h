@@ -17,7 +17,7 @@ std::string nameOf(ServerKind kind);
 std::ostream& operator<<(std::ostream& out, ServerKind kind);
 
 struct ServerOptions {
-    std::string password{};    // of the server; "" needs none
+    std::string password{};  // of the server; "" needs none
     int nickLength = 30;     // the longest that all three can be given
     bool invisible = false;  // ircd-hybrid only: clients begin with +i, as it is shipped
 };

@@ -82,7 +82,7 @@ Program orreryProgram(const TempFolder& folder, const std::string& profile,
     program.arguments = {builtProgram("orrery"), "--headless", "--profile",     profile,  "--config",
                          folder / "config",      "--data",     folder / "data", "--gate", folder / "gate"};
     for (const std::string& setting : settings) {
-        program.arguments.push_back("--set");
+        program.arguments.emplace_back("--set");
         program.arguments.push_back(setting);
     }
     const std::string home = folder.path().string();

@@ -3,8 +3,8 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <pwd.h>
-#include <sys/syscall.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <cerrno>

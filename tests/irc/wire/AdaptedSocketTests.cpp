@@ -1,176 +1,117 @@
-// The adapter's host, with an inner driver whose events the test makes.
-#include <gtest/gtest.h>
-
+// The adapter's host between an engine's end and a server.
 #include "irc/wire/AdaptedSocket.h"
 #include "irc/wire/WireWorld.h"
-#include "support/VirtualTime.h"
+#include "support/VirtualNetwork.h"
 
 namespace talvora::test {
 namespace {
 
 using namespace std::chrono_literals;
 
-struct InnerDriver final : SocketDriver {
-    void setListener(Listener* l) override { listener = l; }
-    void connect(const std::string&, int) override { closed = false; }
-    void listen(const std::string&, int) override {}
-    void accept(SocketDriver&) override {}
-    void close() override { closed = true; }
-    void send(std::string_view bytes) override { sent += bytes; }
-    void take(std::string& to) override {
-        ++takes;
-        to += arrived;
-        arrived.clear();
-    }
-    int localPort() const override { return 0; }
-    std::string remoteHost() const override { return {}; }
-    int remotePort() const override { return 0; }
-
-    Listener* listener = nullptr;
-    bool closed = true;
-    int takes = 0;
-    std::string sent;
-    std::string arrived;
-};
-
 // An engine's end that notes what it is told, in order.
-class Ends final : public SocketDriver::Listener {
-  public:
-    explicit Ends(const std::string& value) : Ends(std::make_unique<InnerDriver>(), value) {}
-
-    void onConnected() override { told += "connected;"; }
-    void onData() override {
-        told += "data;";
-        if (takesAtOnce) socket.take(read);
+struct Ends final : SocketDriver::Listener {
+    explicit Ends(const std::string& value) : socket(time, network.CreateSocket({}), dialect(value)) {
+        socket.setListener(this);
+        connects();
     }
+    void onConnected() override { told.clear(); }
+    void onData() override { told += "data;"; }
     void onClosed() override { told += "closed;"; }
     void onRequest() override {}
     void onError(int number, const std::string&) override { told += std::to_string(number) + ";"; }
 
-    void arrives(const std::string& bytes) {
-        inner.arrived += bytes;
-        inner.listener->onData();
+    void connects() {
+        socket.connect("irc.test", 6667);
+        time.settle();
     }
-    void joinsThes() {
+    std::string takes() {
+        std::string read;
+        socket.take(read);
+        return read;
+    }
+    // What the adapter answers itself.
+    void joinsAgain() {
         socket.send("NICK Nikos\r\n");
-        arrives(":S 001 Nikos :Hi\r\n:Nikos!~N@h JOIN :#thes\r\n");
+        server.says(":S 001 Nikos :Hi\r\n:Nikos!~N@h JOIN :#a");
+        time.settle();
+        takes();
         told.clear();
-        read.clear();
-        inner.sent.clear();
+        server.transcript.clear();
+        socket.send("JOIN #a\r\n");
     }
 
-    VirtualTime time;
     std::string told;
-    std::string read;
-    bool takesAtOnce = true;
-    InnerDriver& inner;
+    VirtualTime time;
+    VirtualNetwork network{time};
+    ScriptedServer& server = network.server("irc.test", 6667);
     AdaptedSocket socket;
-
-  private:
-    Ends(std::unique_ptr<InnerDriver> driver, const std::string& value)
-        : inner(*driver), socket(time, std::move(driver), dialect(value)) {
-        socket.setListener(this);
-        socket.connect("127.0.0.1", 6667);
-        inner.listener->onConnected();
-    }
 };
 
-const std::string answer = ":S 927 Nikos #thes :You are in that channel already\r\n";
+const std::string answer = ":S 927 Nikos #a :You are in that channel already\r\n";
 
 TEST(AdaptedSocket, DeliversAnswersFromTheLoopAlone) {
     Ends ends("standard");
-    ends.joinsThes();
-    ends.socket.send("JOIN #thes\r\n");
+    ends.joinsAgain();
     EXPECT_EQ(ends.told, "");
     ends.time.settle();
-    EXPECT_EQ(ends.told, "data;");
-    EXPECT_EQ(ends.read, answer);
-    EXPECT_EQ(ends.inner.sent, "");
-    // Taken before the loop came: nothing more is told.
-    ends.socket.send("JOIN #thes\r\n");
-    ends.socket.take(ends.read);
+    EXPECT_EQ(ends.told + ends.takes() + ends.server.transcript, "data;" + answer);
+    // Taken, or closed, before the loop came: nothing more is told or left over.
+    ends.joinsAgain();
+    EXPECT_EQ(ends.takes(), answer);
     ends.time.settle();
-    EXPECT_EQ(ends.told, "data;");
-    // Closed before the loop came: nothing is told or left over.
-    ends.socket.send("JOIN #thes\r\n");
+    EXPECT_EQ(ends.told, "");
+    ends.joinsAgain();
     ends.socket.close();
     ends.time.settle();
-    EXPECT_EQ(ends.told, "data;");
-    ends.read.clear();
-    ends.socket.take(ends.read);
-    EXPECT_EQ(ends.read, "");
+    EXPECT_EQ(ends.told + ends.takes(), "");
 }
 
-TEST(AdaptedSocket, PullsOnlyWhenAsked) {
-    Ends ends("standard");
-    ends.takesAtOnce = false;
-    ends.arrives("PING :a\r\nPING");
-    EXPECT_EQ(ends.inner.takes, 0);
-    ends.socket.take(ends.read);
-    EXPECT_EQ(ends.inner.takes, 1);
-    EXPECT_EQ(ends.read, "PING :a\r\n");
-}
-
-TEST(AdaptedSocket, TellsOfTheEndWhenAllIsTaken) {
-    Ends ends("standard");
-    ends.joinsThes();
-    ends.takesAtOnce = false;
-    ends.socket.send("JOIN #thes\r\n");
-    ends.inner.listener->onClosed();
-    ends.time.run(1s);
-    EXPECT_EQ(ends.told.find("closed"), std::string::npos);
-    ends.socket.take(ends.read);
-    EXPECT_EQ(ends.read, answer);
-    ends.time.settle();
-    EXPECT_TRUE(ends.told.size() > 7 && ends.told.substr(ends.told.size() - 7) == "closed;") << ends.told;
-    ends.inner.listener->onConnected();
-    Ends other("standard");
-    other.told.clear();
-    other.inner.listener->onClosed();
-    EXPECT_EQ(other.told, "closed;");
-}
-
-TEST(AdaptedSocket, EndsWithAnErrorOnAnOverflow) {
-    for (const auto* value : {"plain", "standard"}) {
-        Ends ends(value);
-        ends.told.clear();
-        ends.arrives("PING :a\r\n" + std::string(LongestLine + 1, 'x'));
-        EXPECT_EQ(ends.told, "data;");
-        EXPECT_EQ(ends.read, "PING :a\r\n");
-        EXPECT_TRUE(ends.inner.closed);
+TEST(AdaptedSocket, PullsOnlyWhenAskedAndTellsOfTheEndWhenAllIsTaken) {
+    for (const std::string line : {"PING :a\r\n", ""}) {
+        Ends ends("standard");
+        ends.joinsAgain();
+        ends.server.sends(line);
+        ends.server.closes();
+        ends.time.run(1s);
+        EXPECT_EQ(ends.told.find("closed"), std::string::npos) << ends.told;
+        EXPECT_EQ(ends.takes(), answer + line);
+        EXPECT_EQ(ends.told.find("closed"), std::string::npos) << "from inside a call";
         ends.time.settle();
-        EXPECT_EQ(ends.told, "data;10040;");
-        ends.socket.connect("127.0.0.1", 6667);
-        ends.inner.listener->onConnected();
-        ends.arrives("PING :b\r\n");
-        EXPECT_EQ(ends.read, "PING :a\r\nPING :b\r\n");
+        EXPECT_TRUE(ends.told.ends_with("data;closed;")) << ends.told;
     }
 }
 
-TEST(AdaptedSocket, KeepsTheServersPace) {
+TEST(AdaptedSocket, EndsWithAnErrorOnAnOverflowAndMayConnectAgain) {
+    for (const auto* value : {"plain", "standard"}) {
+        Ends ends(value);
+        ends.server.says("PING :a\r\n" + std::string(LongestLine + 1, 'x'));
+        ends.time.settle();
+        EXPECT_EQ(ends.takes() + ends.told, "PING :a\r\ndata;");
+        ends.time.settle();
+        EXPECT_EQ(ends.told, "data;10040;");
+        EXPECT_FALSE(ends.server.connected());
+        ends.connects();
+        ends.server.says("PING :b");
+        ends.time.settle();
+        EXPECT_EQ(ends.takes(), "PING :b\r\n");
+    }
     Ends ends("plain +pacing");
-    for (int i = 0; i < Pacing::Burst + 3; ++i) ends.socket.send("A" + std::to_string(i) + "\r\n");
-    EXPECT_EQ(linesOf(ends.inner.sent).size(), 5U);
-    ends.time.run(999ms);
-    EXPECT_EQ(linesOf(ends.inner.sent).size(), 5U);
-    ends.time.run(2s);
-    EXPECT_EQ(linesOf(ends.inner.sent).size(), 7U);
-    ends.socket.close();
-    ends.time.run(10s);
-    EXPECT_EQ(linesOf(ends.inner.sent).back(), "A6");
-    EXPECT_EQ(linesOf(ends.inner.sent).size(), 7U);
+    for (int i = 0; i < 2000; ++i) ends.socket.send(std::string(1000, 'x') + "\r\n");
+    EXPECT_EQ(ends.told, "");
+    ends.time.run(5s);
+    EXPECT_EQ(ends.told, "10055;");
+    EXPECT_LE(ends.server.heard().size(), 5U);
 }
 
-TEST(AdaptedSocket, GivesUpWhenTooMuchWaits) {
+TEST(AdaptedSocket, KeepsTheServersPaceUntilItIsClosed) {
     Ends ends("plain +pacing");
-    const std::string line = std::string(1000, 'x') + "\r\n";
-    for (int i = 0; i < 2000; ++i) ends.socket.send(line);
-    EXPECT_TRUE(ends.inner.closed);
-    ends.time.settle();
-    EXPECT_EQ(ends.told, "connected;10055;");
-    ends.inner.sent.clear();
-    ends.time.run(5s);
-    EXPECT_EQ(ends.inner.sent, "");
+    ends.socket.send("A\rB\rC\rD\rE\rF\rG\rH\r");
+    ends.time.run(999ms);
+    EXPECT_EQ(ends.server.heard().size(), 5U);
+    ends.time.run(2s);
+    ends.socket.close();
+    ends.time.run(10s);
+    EXPECT_EQ(replaced(ends.server.transcript, "\r\n", ""), "ABCDEFG");
 }
 
 }  // namespace

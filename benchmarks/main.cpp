@@ -1,6 +1,6 @@
-// Runs all benchmarks and prints one figure a line: name, tab, value, tab, unit. Each is the median of several
-// runs. A benchmark's figure is its counter "value" if it sets one, else its items per second; its label is the
-// unit.
+// Runs all benchmarks and prints one figure a line: name, tab, value, tab, unit. Each is the median of
+// several runs. A benchmark's figure is its counter "value" if it sets one, else its items per second; its
+// label is the unit.
 
 #include <benchmark/benchmark.h>
 
@@ -21,8 +21,8 @@ class FigureReporter final : public benchmark::BenchmarkReporter {
             const auto& figure = own != run.counters.end() ? own : items;
             if (figure == run.counters.end()) continue;
             const char* unit = run.report_label.empty() ? "1/s" : run.report_label.c_str();
-            std::printf("%s\t%.6g\t%s\n", run.run_name.function_name.c_str(), static_cast<double>(figure->second),
-                        unit);
+            std::printf("%s\t%.6g\t%s\n", run.run_name.function_name.c_str(),
+                        static_cast<double>(figure->second), unit);
             std::fflush(stdout);
         }
     }

@@ -32,7 +32,8 @@ std::vector<std::string> typicalLines() {
         ":Petros!~P@pool-3.example.com JOIN :#thessaloniki",
         ":Eleni!~E@pool-9.example.com PART #thessaloniki :see you tomorrow",
         ":Kostas!~K@dsl.example.net NICK :Kostas[AWAY]",
-        ":irc.example.net 352 me #thessaloniki ~Anna host.example.org irc.example.net Anna H :0 UL:Work.Pylea",
+        ":irc.example.net 352 me #thessaloniki ~Anna host.example.org irc.example.net Anna H :0 "
+        "UL:Work.Pylea",
         ":Yannis!~Y@dsl.example.net QUIT :Quit: good night",
         ":Nikos!~Nikos@dsl-17.example.net PRIVMSG me :a private line, which is about as long as the others",
         "PING :irc.example.net",
@@ -56,8 +57,8 @@ class Listening {
                engine.SpecialNoticeArrived, engine.UserJoinChannel, engine.UserPartChannel, engine.UserQuit,
                engine.UserChangeNick, engine.YouJoinChannel, engine.YouPartChannel, engine.YouChangeNick,
                engine.NamesReceived, engine.WHORespond, engine.ChannelListReply, engine.WhoisReply,
-               engine.MOTDReceived, engine.LoginOK, engine.UserNotExist, engine.GlobalUsers, engine.LocalUsers,
-               engine.UserIsAway, engine.Bounced, engine.UserKicked, engine.YouAreKicked);
+               engine.MOTDReceived, engine.LoginOK, engine.UserNotExist, engine.GlobalUsers,
+               engine.LocalUsers, engine.UserIsAway, engine.Bounced, engine.UserKicked, engine.YouAreKicked);
         network_.server("bench.test", 6667).deaf = true;  // hears no PONG, and keeps none
         engine.Connect("bench.test", 6667);
         time_.settle();
@@ -134,7 +135,8 @@ double seconds(const auto& work) {
     for (int i = 0; i < 5; ++i) {
         const auto start = std::chrono::steady_clock::now();
         work();
-        best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        best =
+            std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }
     return best;
 }
@@ -184,7 +186,8 @@ BENCHMARK(whoGrowth)->Name("engine.who_growth")->Iterations(1);
 
 void bufferGrowth(benchmark::State& state) {
     growth(state, 1, 16, [&](int mebibytes) {
-        const std::string line = ":Nikos!~Nikos@dsl.example.net PRIVMSG #c :a line of the usual length here\r\n";
+        const std::string line =
+            ":Nikos!~Nikos@dsl.example.net PRIVMSG #c :a line of the usual length here\r\n";
         const std::size_t count = (static_cast<std::size_t>(mebibytes) << 20) / line.size();
         std::string bytes;
         for (std::size_t i = 0; i < count; ++i) bytes += line;
