@@ -31,10 +31,10 @@ void settle(GateReader& gate) {
 
 TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
     IrcServer server(GetParam());
+    IrcPeer anna(server.port(), "Anna");  // before the other: ircd-hybrid drops the last words of a newcomer
     OrreryProcess nikos(server.port(), {.channels = "#one|"});
     GateReader& gate = nikos.gate();
     gate.expectNumeric(366, {"#one"});
-    IrcPeer anna(server.port(), "Anna");
 
     anna.join("#one");
     gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Anna"});
@@ -51,7 +51,8 @@ TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
     gate.expectMessage(
         Host::UserQuit,
         [](const Json& data) {
-            return data.at(std::size_t{0}).text() == "Anna[AWAY]" && data.at(1).text().ends_with("so long");
+            return data.at(std::size_t{0}).text() == "Anna[AWAY]" &&
+                   data.at(1).text().find("so long") != std::string::npos;
         },
         "Anna[AWAY] and her last words");
 }
@@ -100,8 +101,9 @@ TEST_P(Others, ChangeModesInLinesOfOneForm) {
         anna.send(std::string("MODE #one ") + sent);
         expectLine(gate, "MODE", read);
     }
-    anna.send("MODE #one +v-v Nikos Anna");
-    expectLine(gate, "MODE", {"#one", "-v", "Anna"});
+    anna.send("MODE #one -v+v Nikos Anna");
+    expectLine(gate, "MODE", {"#one", "-v", "Nikos"});
+    expectLine(gate, "MODE", {"#one", "+v", "Anna"});
 }
 
 TEST_P(Others, MuteAChannelAndItStaysJoined) {

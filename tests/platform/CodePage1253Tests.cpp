@@ -6,7 +6,6 @@
 #include "platform/CodePage1253.h"
 
 namespace talvora {
-namespace {
 
 TEST(CodePage1253, EveryByteComesBackFromItsCharacter) {
     for (unsigned i = 0; i < 256; ++i) {
@@ -16,62 +15,30 @@ TEST(CodePage1253, EveryByteComesBackFromItsCharacter) {
         EXPECT_EQ(fromUtf8(toUtf8(text)), text) << i;
         EXPECT_EQ(isAscii(text), i < 0x80);
     }
-    EXPECT_EQ(codePointOf(0xAA), 0xF8F9);
-    EXPECT_EQ(codePointOf(0xD2), 0xF8FA);
+    EXPECT_EQ(codePointOf(0xDC), 0x3AC);
     EXPECT_EQ(codePointOf(0xFF), 0xF8FB);
-    EXPECT_EQ(codePointOf(0x81), 0x81);
     EXPECT_EQ(byteOf(0x80), std::nullopt);
-}
-
-TEST(CodePage1253, ConvertsWordsBothWays) {
-    const struct {
-        const char* utf8;
-        std::string_view page;
-    } cases[] = {{"", ""},
-                 {"plain", "plain"},
-                 {"\u039Aαλημέρα, κόσμε", "\xCA\xE1\xEB\xE7\xEC\xDD\xF1\xE1, \xEA\xFC\xF3\xEC\xE5"},
-                 {"a long plain beginning, then €5 – “Ώρα”",
-                  "a long plain beginning, then \x80"
-                  "5 \x96 \x93\xBF\xF1\xE1\x94"}};
-    for (const auto& [utf8, page] : cases) {
-        EXPECT_EQ(fromUtf8(utf8), page);
-        EXPECT_EQ(toUtf8(page), utf8);
-    }
-    std::string text = "<";
-    appendFromUtf8(text, "ά");
-    appendUtf8(text, "\xDC");
-    appendCodePoint(text, 0x3AC);
-    EXPECT_EQ(text, "<\xDC\xCE\xAC\xDC");
-    EXPECT_EQ(fromUtf8(std::string_view("a\0ά", 4)), std::string_view("a\0\xDC", 3));
+    EXPECT_EQ(toUtf8("\x80 \x96 \x93\xBF\xF1\xE1\x94"), "€ – “Ώρα”");
 }
 
 TEST(CodePage1253, WhatHasNoPlaceBecomesTheNearestText) {
-    const struct {
-        const char* utf8;
-        std::string_view page;
-    } cases[] = {
-        {"Éßøžŵ", "Essozw"},
-        {"æﬁĲ№", "aefiIJNo"},
-        {"ἀἄὰᾶᾳᾅῒῢ", "\xE1\xDC\xDC\xDC\xE1\xDC\xC0\xE0"},
-        {"ἈἌᾺΰϊ", "\xC1\xA2\xA2\xE0\xFA"},
-        {"ϑϕϲΩµ", "\xE8\xF6\xF3\xD9\xB5"},
-        {"ʼ‛‟−‐", "\x92\x91\x93--"},
-        {"Ｎｉｋ＿９｛", "Nik_9{"},
-        {"𝓝𝕚𝐤Ⓞⓢ🇬🇷", "NikOsGR"},
-        {"日😀", "??"},
-        {"a\u2003b\u2028",
-         "a\xA0"
-         "b\xA0"},                  // blanks of other widths don't cut a word in two
-        {"！＠：，｜¡", "??????"},  // nor do other forms of separators
-        {"e\u0301u\u0308", "eu"},   // combining marks leave no trace ...
+    const std::pair<const char*, std::string_view> cases[] = {
+        {"a long plain beginning, then €5 – “Ώρα”",
+         "a long plain beginning, then \x80\x35 \x96 \x93\xBF\xF1\xE1\x94"},
+        {"ÉßøžŵæﬁĲ№", "EssozwaefiIJNo"},
+        {"ἀἄὰᾶᾳᾅῒῢἈἌᾺΰϊ", "\xE1\xDC\xDC\xDC\xE1\xDC\xC0\xE0\xC1\xA2\xA2\xE0\xFA"},
+        {"ϑϕϲΩµʼ‛‟−‐", "\xE8\xF6\xF3\xD9\xB5\x92\x91\x93--"},
+        {"Ｎｉｋ＿９｛𝓝𝕚𝐤Ⓞⓢ🇬🇷日😀", "Nik_9{NikOsGR??"},
+        {"a\u2003k\u2028", "a\xA0k\xA0"},  // blanks of other widths don't cut a word in two
+        {"！＠：，｜¡", "??????"},         // nor do other forms of separators
+        {"e\u0301u\u0308", "eu"},          // combining marks leave no trace ...
         {"α\u0301ι\u0308\u0301Ω\u0342υ\u0308", "\xDC\xC0\xBF\xFB"},  // ... but on Greek vowels
         {"\u0301\uFEFFx\u200D\uFE0F", "x"},
     };
     for (const auto& [utf8, page] : cases) EXPECT_EQ(fromUtf8(utf8), page) << utf8;
-    std::string text;
-    appendCodePoint(text, 0x110000);
-    appendCodePoint(text, 0xD800);
-    EXPECT_EQ(text, "??");
+    std::string text = "<";
+    for (const char32_t point : {0x3AC, 0x110000, 0xD800}) appendCodePoint(text, point);
+    EXPECT_EQ(text, "<\xDC??");
 }
 
 TEST(CodePage1253, BytesThatAreNotUtf8Stay) {
@@ -92,9 +59,8 @@ TEST(CodePage1253, ConvertingAgainChangesNothingWhateverCameIn) {
         "ab :\xCE\xAC\xCC\x81\xE2\x80\x83\xF0\x9F\x98\xC3\xED\xA0\xFF\xBF\xE1\xBC";
     for (int round = 0; round < 20000; ++round) {
         std::string bytes(random() % 40, ' ');
-        for (char& c : bytes) {
+        for (char& c : bytes)
             c = round % 2 == 0 ? static_cast<char>(random() % 256) : alphabet[random() % alphabet.size()];
-        }
         EXPECT_EQ(fromUtf8(toUtf8(bytes)), bytes);
         const std::string page = fromUtf8(bytes);
         EXPECT_LE(page.size(), bytes.size());
@@ -105,5 +71,4 @@ TEST(CodePage1253, ConvertingAgainChangesNothingWhateverCameIn) {
     }
 }
 
-}  // namespace
 }  // namespace talvora

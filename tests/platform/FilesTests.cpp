@@ -1,39 +1,19 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <functional>
-#include <string>
-#include <vector>
+#include <map>
 
 #include "platform/Files.h"
-#include "platform/RuntimeError.h"
+#include "support/FaultOf.h"
 #include "support/MemoryDisk.h"
 
-namespace talvora {
+namespace talvora::test {
 namespace {
 
 using Paths = std::vector<std::string>;
-
-// The number of the fault that `call` ends with; 0 if it ends well.
-int faultOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const RuntimeError& fault) {
-        return fault.Number;
-    }
-    return 0;
-}
-
-std::string native(std::string path) {
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return path;
-}
-
-// Empty if there is no such file.
-std::string contentOf(const MemoryDisk& disk, const std::string& path) {
-    return disk.content(native(path)).value_or("");
-}
+using Survived = MemoryDisk::Survived;
+using Call = std::function<void(Files&)>;
 
 struct Folder {
     Folder() {
@@ -41,48 +21,40 @@ struct Folder {
         disk.put("System/Friends.lst", "Anna\r\n");
         disk.put("Received/photo.jpg", "old");
     }
+    // Empty if there is no such file.
+    std::string content(std::string path) const {
+        std::replace(path.begin(), path.end(), '\\', '/');
+        return disk.content(path).value_or("");
+    }
+    void expectFaults(int fault, const std::vector<Call>& calls) {
+        for (std::size_t i = 0; i < calls.size(); ++i)
+            EXPECT_EQ(faultOf([&] { calls[i](files); }), fault) << "call " << i;
+    }
     MemoryDisk disk;
     Files files{disk};
 };
 
 TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
-    struct Case {
-        std::string path;
-        int fault;
-    };
-    const Case cases[] = {
-        {"..", 75},
-        {"..\\x", 75},
-        {"Mail\\..\\..\\x", 75},
-        {"Mail\\..", 75},
-        {".\\Mail\\i1A.ml", 75},
-        {"\\etc\\passwd", 75},
-        {"\\\\server\\share\\x", 75},
-        {"/etc/passwd", 75},
-        {"C:\\x", 75},
-        {"c:x", 75},
-        {"Mail/i1A.ml", 52},
-        {"Mail\\a/../../x", 52},
-        {"Mail\\\\i1A.ml", 52},
-        {std::string("Mail\\i1A.ml\0.txt", 16), 52},
-        {"Mail\\a\nb", 52},
-        {"Mail\\a\x7F", 52},
-        {"Mail\\a\x81", 52},
-        {"Mail\\a:b", 52},
-        {"Mail\\a*", 52},
-        {"Mail\\a?", 52},
-        {"Mail\\a|b", 52},
-        {"Mail\\a\"b", 52},
-        {std::string(2000, 'a'), 52},
-        {"Nowhere\\x", 76},
-        {"Mail\\i1A.ml\\x", 76},
-        {"Mail\\out\\x", 75},
-        {"Mail\\absolute", 75},
-        {"Mail\\outside", 75},
-        {"Mail\\round", 75},
-        {"Mail\\toReceived", 75},
-        {"Received\\link", 75},
-    };
+    const std::map<int, Paths> refused = {
+        {75,
+         {"..", "..\\x", "Mail\\..\\..\\x", "Mail\\..", ".\\Mail\\i1A.ml", "\\etc\\passwd",
+          "\\\\server\\share\\x", "/etc/passwd", "C:\\x", "c:x", "Mail\\out\\x", "Mail\\absolute",
+          "Mail\\outside", "Mail\\round", "Mail\\toReceived", "Received\\link"}},
+        {52,
+         {"Mail/i1A.ml",
+          "Mail\\a/../../x",
+          "Mail\\\\i1A.ml",
+          {"Mail\\i1A.ml\0.txt", 16},
+          "Mail\\a\nb",
+          "Mail\\a\x7F",
+          "Mail\\a\x81",
+          "Mail\\a:b",
+          "Mail\\a*",
+          "Mail\\a?",
+          "Mail\\a|b",
+          "Mail\\a\"b",
+          std::string(2000, 'a')}},
+        {76, {"Nowhere\\x", "Mail\\i1A.ml\\x"}}};
     Folder folder;
     folder.disk.makeLink("Mail/out", "../..");
     folder.disk.makeLink("Mail/absolute", "/etc/passwd");
@@ -92,17 +64,16 @@ TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
     folder.disk.makeLink("Received/link", "photo.jpg");
     folder.files.AllowReceiving(true);
     const Paths before = folder.disk.paths();
-    for (const auto& [refused, fault] : cases) {
-        const auto& path = refused;  // for the lambdas
-        SCOPED_TRACE(path);
-        Files& files = folder.files;
-        EXPECT_EQ(faultOf([&] { files.Open(path, FileMode::Input); }), fault);
-        EXPECT_EQ(faultOf([&] { files.Open(path, FileMode::Output); }), fault);
-        EXPECT_EQ(faultOf([&] { files.Open(path, FileMode::Binary); }), fault);
-        EXPECT_EQ(faultOf([&] { files.Kill(path); }), fault);
-        EXPECT_EQ(faultOf([&] { files.Rewrite(path, "x"); }), fault);
-        EXPECT_EQ(faultOf([&] { files.Rename("Mail\\i1A.ml", path); }), fault);
-        EXPECT_EQ(faultOf([&] { files.MkDir(path); }), fault);
+    for (const auto& [fault, paths] : refused) {
+        for (const auto& path : paths) {
+            SCOPED_TRACE(path);
+            folder.expectFaults(
+                fault, {[&](Files& f) { f.Open(path, FileMode::Input); },
+                        [&](Files& f) { f.Open(path, FileMode::Output); },
+                        [&](Files& f) { f.Open(path, FileMode::Binary); }, [&](Files& f) { f.Kill(path); },
+                        [&](Files& f) { f.MkDir(path); }, [&](Files& f) { f.Rewrite(path, "x"); },
+                        [&](Files& f) { f.Rename("Mail\\i1A.ml", path); }});
+        }
     }
     EXPECT_EQ(folder.disk.paths(), before);
     EXPECT_TRUE(folder.disk.waste.empty());
@@ -114,154 +85,125 @@ TEST(FilePaths, FindExistingNamesInAnyCaseAndCreateInTheCaseGiven) {
     folder.disk.put("Mail/\xC4\x80.qrm", "no form in the page");
     folder.disk.makeLink("Mail/inside", "../System/Friends.lst");
     Files& files = folder.files;
-    EXPECT_EQ(files.ReadWhole("mail\\I1a.ML"), "one\r\ntwo\r\n");
     EXPECT_EQ(files.ReadWhole("MAIL\\\xDC\xCD\xED\xC1.QRM"), "greek");
     EXPECT_EQ(files.ReadWhole("Mail\\inside"), "Anna\r\n");
     EXPECT_FALSE(files.Exists("Mail\\A.qrm"));
-    EXPECT_FALSE(files.Exists("Nowhere\\A.qrm"));
     files.Rewrite("SYSTEM\\friends.LST", "Maria\r\n");
-    files.Rewrite("system\\New.lst", "");
+    files.Rewrite("system\\New.lst", "new");
     files.Rename("mail\\i1a.ml", "Mail\\I1A.ML");
-    EXPECT_EQ(folder.disk.content("System/Friends.lst"), "Maria\r\n");
-    EXPECT_TRUE(folder.disk.content("System/New.lst"));
-    EXPECT_TRUE(folder.disk.content("Mail/I1A.ML"));
+    EXPECT_EQ(folder.content("System/Friends.lst"), "Maria\r\n");
+    EXPECT_EQ(folder.content("System/New.lst"), "new");
+    EXPECT_EQ(folder.content("Mail/I1A.ML"), "one\r\ntwo\r\n");
     EXPECT_EQ(files.List("Mail", "*.QRM"), (Paths{"\xA2\xED\xED\xE1.qrm"}));
 }
 
 TEST(FilePatterns, FitAsInTheListOfMails) {
     Folder folder;
-    for (const char* name : {"i2.qrm", "I1.qrm", "o1.qrm", "i1.qrm.tmp", "i1.qrmx"}) {
-        folder.disk.put(std::string("Box/") + name, "");
-    }
-    folder.disk.put("Box/i3.qrm/inner", "");  // a folder is no mail
-    Files& files = folder.files;
-    EXPECT_EQ(files.List("Box", "i*.qrm"), (Paths{"I1.qrm", "i2.qrm"}));
-    EXPECT_EQ(files.List("Box", "?1.qrm"), (Paths{"I1.qrm", "o1.qrm"}));
-    EXPECT_EQ(files.List("Box\\", "*1*.*m*p"), (Paths{"i1.qrm.tmp"}));
-    EXPECT_EQ(files.List("Box", "i1.qrm"), (Paths{"I1.qrm"}));
-    EXPECT_EQ(files.List("Box").size(), 5u);
-    EXPECT_EQ(faultOf([&] { files.List("Nowhere"); }), 76);
+    for (const char* name : {"Box/i2.qrm", "Box/I1.qrm", "Box/o1.qrm", "Box/i1.qrm.tmp", "Box/i3.qrm/folder"})
+        folder.disk.put(name, "");
+    EXPECT_EQ(folder.files.List("Box", "i*.qrm"), (Paths{"I1.qrm", "i2.qrm"}));
+    EXPECT_EQ(folder.files.List("Box", "?1.qrm"), (Paths{"I1.qrm", "o1.qrm"}));
+    EXPECT_EQ(folder.files.List("Box\\", "*1*.*m*p"), (Paths{"i1.qrm.tmp"}));
+    EXPECT_EQ(folder.files.List("Box").size(), 4U);
 }
 
 TEST(ReceivedFiles, AreLeftAloneUntilAnOfferStands) {
     Folder folder;
-    Files& files = folder.files;
     const Paths before = folder.disk.paths();
-    const std::vector<std::function<void()>> refused = {
-        [&] { files.Open("Received\\new", FileMode::Output); },
-        [&] { files.Open("RECEIVED\\photo.jpg", FileMode::Binary); },
-        [&] { files.Open("Received\\photo.jpg", FileMode::Append); },
-        [&] { files.Kill("received\\PHOTO.jpg"); },
-        [&] { files.Discard("Received\\photo.jpg"); },
-        [&] { files.Rename("Received\\photo.jpg", "Mail\\x"); },
-        [&] { files.Rename("Mail\\i1A.ml", "Received\\x"); },
-        [&] { files.Replace("Mail\\i1A.ml", "Received\\photo.jpg"); },
-        [&] { files.FileCopy("Mail\\i1A.ml", "Received\\photo.jpg"); },
-        [&] { files.Rewrite("Received\\photo.jpg", "x"); },
-        [&] { files.AppendRecord("Received\\photo.jpg", "x"); },
-        [&] { files.MkDir("Received\\sub"); },
-    };
-    for (const auto& call : refused) EXPECT_EQ(faultOf(call), 70);
+    folder.expectFaults(70, {[](Files& f) { f.Open("Received\\new", FileMode::Output); },
+                             [](Files& f) { f.Open("RECEIVED\\photo.jpg", FileMode::Binary); },
+                             [](Files& f) { f.Open("Received\\photo.jpg", FileMode::Append); },
+                             [](Files& f) { f.Kill("received\\PHOTO.jpg"); },
+                             [](Files& f) { f.Discard("Received\\photo.jpg"); },
+                             [](Files& f) { f.Rename("Received\\photo.jpg", "Mail\\x"); },
+                             [](Files& f) { f.Rename("Mail\\i1A.ml", "Received\\x"); },
+                             [](Files& f) { f.Replace("Mail\\i1A.ml", "Received\\photo.jpg"); },
+                             [](Files& f) { f.FileCopy("Mail\\i1A.ml", "Received\\photo.jpg"); },
+                             [](Files& f) { f.Rewrite("Received\\photo.jpg", "x"); },
+                             [](Files& f) { f.AppendRecord("Received\\photo.jpg", "x"); },
+                             [](Files& f) { f.MkDir("Received\\sub"); }});
     EXPECT_EQ(folder.disk.paths(), before);
-    EXPECT_EQ(files.ReadWhole("Received\\photo.jpg"), "old");
+    EXPECT_EQ(folder.content("Received/photo.jpg"), "old");
 }
 
 TEST(ReceivedFiles, GoToTheWasteBasketBeforeTheyAreEmptiedOrDeleted) {
     Folder folder;
-    Files& files = folder.files;
-    files.AllowReceiving(true);
-    files.Open("Received\\Photo.jpg", FileMode::Output).Close();
-    File file = files.Open("Received\\photo.jpg", FileMode::Binary);
+    folder.files.AllowReceiving(true);
+    folder.files.Open("Received\\Photo.jpg", FileMode::Output).Close();
+    File file = folder.files.Open("Received\\photo.jpg", FileMode::Binary);
     file.Put(1, "new");
     file.Put(4, "er");
     file.Close();
-    files.Kill("Received\\photo.jpg");
-    files.Discard("Mail\\i1A.ml");
-    ASSERT_EQ(folder.disk.waste.size(), 3u);
-    EXPECT_EQ(folder.disk.waste[0].Content, "old");
-    EXPECT_EQ(folder.disk.waste[1].Content, "newer");
+    folder.files.Kill("Received\\photo.jpg");
+    folder.files.Discard("Mail\\i1A.ml");
+    ASSERT_EQ(folder.disk.waste.size(), 3U);
+    EXPECT_EQ(folder.disk.waste[0].Content + folder.disk.waste[1].Content, "oldnewer");
     EXPECT_EQ(folder.disk.waste[2].Path, "Mail/i1A.ml");
     EXPECT_EQ(folder.disk.paths(), (Paths{"System/Friends.lst"}));
 }
 
 TEST(OpenFiles, ReadLinesWhateverTheirEnds) {
-    struct Case {
-        std::string content;
-        Paths lines;
-    };
     const std::string chunk(4095, 'a');  // its CR is the last byte of the first piece that is read
-    const Case cases[] = {
-        {"", {}},
-        {"a\r\nb\r\n", {"a", "b"}},
-        {"a\nb\rc", {"a", "b", "c"}},
-        {"\r\n\n\r\r\n", {"", "", "", ""}},
-        {std::string("a\0b\r\n", 5), {std::string("a\0b", 3)}},
-        {chunk + "\r\nb", {chunk, "b"}},
-        {std::string(File::LineLimit, 'x') + "\r\n", {std::string(File::LineLimit, 'x')}},
-    };
+    const std::string longest(File::LineLimit, 'x');
+    const std::pair<std::string, Paths> cases[] = {{"", {}},
+                                                   {"a\nb\rc\r\nd", {"a", "b", "c", "d"}},
+                                                   {"\r\n\n\r\r\n", {"", "", "", ""}},
+                                                   {{"a\0b\r\n", 5}, {{"a\0b", 3}}},
+                                                   {chunk + "\r\nb", {chunk, "b"}},
+                                                   {longest + "\r\n", {longest}}};
+    Folder folder;
     for (const auto& [content, lines] : cases) {
-        Folder folder;
         folder.disk.put("Mail/x", content);
         File file = folder.files.Open("Mail\\x", FileMode::Input);
         Paths read;
         while (!file.AtEnd()) read.push_back(file.ReadLine());
         EXPECT_EQ(read, lines);
         EXPECT_EQ(faultOf([&] { file.ReadLine(); }), 62);
-        EXPECT_EQ(file.ReadAll(), "");
     }
-}
-
-TEST(OpenFiles, EndALoopOverAnEndlessLine) {
-    Folder folder;
-    folder.disk.put("Mail/x", std::string(3 * File::LineLimit, 'x'));
-    File file = folder.files.Open("Mail\\x", FileMode::Input);
+    folder.disk.put("Mail/x", longest + longest + longest);
+    File endless = folder.files.Open("Mail\\x", FileMode::Input);
     int faults = 0;
-    while (!file.AtEnd() && faults < 10) faults += faultOf([&] { file.ReadLine(); }) != 0 ? 1 : 0;
+    while (!endless.AtEnd() && faults < 10) faults += faultOf([&] { endless.ReadLine(); }) != 0 ? 1 : 0;
     EXPECT_LT(faults, 4);
 }
 
 TEST(OpenFiles, FaultAsTheClassicOnesDo) {
     Folder folder;
-    Files& files = folder.files;
     folder.disk.picked["/home/a/b.txt"] = "picked";
-    EXPECT_EQ(faultOf([&] { files.Open("Mail\\none", FileMode::Input); }), 53);
-    EXPECT_EQ(faultOf([&] { files.Kill("Mail\\none"); }), 53);
-    EXPECT_EQ(faultOf([&] { files.FileLen("Mail\\none"); }), 53);
-    EXPECT_EQ(faultOf([&] { files.Open("Mail", FileMode::Output); }), 75);
-    EXPECT_EQ(faultOf([&] { files.Kill("Mail"); }), 75);
-    EXPECT_EQ(faultOf([&] { files.Rename("Mail\\i1A.ml", "System\\Friends.lst"); }), 58);
-    EXPECT_EQ(faultOf([&] { files.FileCopy("Mail\\i1A.ml", "Mail\\I1A.ml"); }), 70);
-    File in = files.Open("Mail\\i1A.ml", FileMode::Input);
-    File again = files.Open("mail\\i1a.ml", FileMode::Input);
-    EXPECT_EQ(faultOf([&] { files.Open("Mail\\i1A.ml", FileMode::Output); }), 55);
-    EXPECT_EQ(faultOf([&] { files.Kill("Mail\\i1A.ml"); }), 55);
-    EXPECT_EQ(faultOf([&] { files.Rewrite("Mail\\i1A.ml", ""); }), 55);
-    EXPECT_EQ(faultOf([&] { in.WriteLine("x"); }), 54);
-    EXPECT_EQ(faultOf([&] { in.Put(1, "x"); }), 54);
-    File out = files.Open("Mail\\new", FileMode::Output);
-    EXPECT_EQ(faultOf([&] { files.Open("Mail\\new", FileMode::Input); }), 55);
-    EXPECT_EQ(faultOf([&] { out.ReadLine(); }), 54);
-    File picked = files.OpenPicked("/home/a/b.txt");
+    folder.expectFaults(
+        53, {[](Files& f) { f.Open("Mail\\none", FileMode::Input); }, [](Files& f) { f.Kill("Mail\\none"); },
+             [](Files& f) { f.FileLen("Mail\\none"); }});
+    folder.expectFaults(
+        75, {[](Files& f) { f.Open("Mail", FileMode::Output); }, [](Files& f) { f.Kill("Mail"); }});
+    folder.expectFaults(58, {[](Files& f) { f.Rename("Mail\\i1A.ml", "System\\Friends.lst"); }});
+    folder.expectFaults(70, {[](Files& f) { f.FileCopy("Mail\\i1A.ml", "Mail\\I1A.ml"); }});
+    File in = folder.files.Open("Mail\\i1A.ml", FileMode::Input);
+    File again = folder.files.Open("mail\\i1a.ml", FileMode::Input);
+    File out = folder.files.Open("Mail\\new", FileMode::Output);
+    File picked = folder.files.OpenPicked("/home/a/b.txt");
+    folder.expectFaults(
+        55, {[](Files& f) { f.Open("Mail\\i1A.ml", FileMode::Output); },
+             [](Files& f) { f.Kill("Mail\\i1A.ml"); }, [](Files& f) { f.Rewrite("Mail\\i1A.ml", ""); },
+             [](Files& f) { f.Open("Mail\\new", FileMode::Input); }});
+    folder.expectFaults(54, {[&](Files&) { in.WriteLine("x"); }, [&](Files&) { in.Put(1, "x"); },
+                             [&](Files&) { out.ReadLine(); }});
     EXPECT_EQ(picked.Get(3, 10), "cked");
-    EXPECT_EQ(faultOf([&] { picked.Get(0, 1); }), 63);
-    EXPECT_EQ(faultOf([&] { picked.Put(1, "x"); }), 70);
-    files.CloseAll();
+    folder.expectFaults(63, {[&](Files&) { picked.Get(0, 1); }});
+    folder.expectFaults(70, {[&](Files&) { picked.Put(1, "x"); }});
+    folder.files.CloseAll();
     EXPECT_EQ(folder.disk.openHandles(), 0);
-    EXPECT_EQ(faultOf([&] { out.WriteLine("x"); }), 52);
-    EXPECT_EQ(faultOf([&] { in.AtEnd(); }), 52);
-    EXPECT_EQ(faultOf([&] { File().ReadLine(); }), 52);
-    files.Kill("Mail\\new");
+    folder.expectFaults(52, {[&](Files&) { out.WriteLine("x"); }, [&](Files&) { in.AtEnd(); },
+                             [](Files&) { File().ReadLine(); }});
+    folder.files.Kill("Mail\\new");
 }
 
 TEST(OpenFiles, AreAsTheyWereAfterAFaultSoThatItCanBeDoneAgain) {
     Folder folder;
     File out = folder.files.Open("Mail\\o1.qrm", FileMode::Output);
-    out.WriteLine("one");
     folder.disk.failAt(0, ENOSPC);
-    EXPECT_EQ(faultOf([&] { out.WriteLine("second"); }), 61);
-    EXPECT_EQ(folder.disk.content("Mail/o1.qrm"), "one\r\n");
-    out.WriteLine("second");
-    EXPECT_EQ(folder.disk.content("Mail/o1.qrm"), "one\r\nsecond\r\n");
+    EXPECT_EQ(faultOf([&] { out.WriteLine("line"); }), 61);
+    out.WriteLine("line");
+    EXPECT_EQ(folder.content("Mail/o1.qrm"), "line\r\n");
     folder.disk.failAt(0, EIO);
     EXPECT_EQ(faultOf([&] { out.Flush(); }), 57);
     EXPECT_EQ(faultOf([&] { out.Flush(); }), 57);  // the system would say yes now, without having written
@@ -269,102 +211,75 @@ TEST(OpenFiles, AreAsTheyWereAfterAFaultSoThatItCanBeDoneAgain) {
     File in = folder.files.Open("Mail\\o1.qrm", FileMode::Input);
     folder.disk.failAt(0, EIO);
     EXPECT_EQ(faultOf([&] { in.ReadLine(); }), 57);
-    EXPECT_EQ(in.ReadLine(), "one");
+    EXPECT_EQ(in.ReadLine(), "line");
 }
 
-// Everything that must leave the old or the new state, whatever happens in the middle of it.
-struct Change {
-    const char* name;
-    std::function<void(Files&)> run;
-    std::string path;
-    std::string before;
-    std::string after;
-};
-
-const Change changes[] = {
-    {"Rewrite", [](Files& f) { f.Rewrite("System\\Friends.lst", "Maria\r\n"); }, "System\\Friends.lst",
-     "Anna\r\n", "Maria\r\n"},
-    {"Replace", [](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",
-     "Anna\r\n", "one\r\ntwo\r\n"},
-    {"FileCopy", [](Files& f) { f.FileCopy("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",
-     "Anna\r\n", "one\r\ntwo\r\n"},
-    {"AppendRecord", [](Files& f) { f.AppendRecord("System\\Friends.lst", "Maria"); }, "System\\Friends.lst",
-     "Anna\r\n", "Anna\r\nMaria\r\n"},
-    {"First AppendRecord", [](Files& f) { f.AppendRecord("Mail\\Announcements.lst", "1 2 3"); },
-     "Mail\\Announcements.lst", "", "1 2 3\r\n"},
-    {"Flush of a new file",
-     [](Files& f) {
-         File file = f.Open("Mail\\i2.ml", FileMode::Output);
-         file.WriteLine("line");
-         file.Flush();
-         file.Close();
-     },
-     "Mail\\i2.ml", "", "line\r\n"},
-};
-
-TEST(FileChanges, LeaveTheOldOrTheNewStateWhereverTheDiskDies) {
-    for (const auto survived : {MemoryDisk::Survived::Flushed, MemoryDisk::Survived::Everything}) {
-        for (const auto& change : changes) {
-            for (int write = 0;; ++write) {
-                SCOPED_TRACE(std::string(change.name) + ", dies at write " + std::to_string(write));
-                Folder folder;
-                folder.disk.dieAtWrite(write);
-                const bool acknowledged = faultOf([&] { change.run(folder.files); }) == 0;
-                const bool died = folder.disk.died();
-                folder.disk.restart(survived);
-                Files files(folder.disk);
-                files.DropTornRecord(change.path);
-                const std::string now = contentOf(folder.disk, change.path);
-                EXPECT_TRUE(now == change.after || (now == change.before && !acknowledged)) << now;
-                if (!died) break;
-            }
+// Tries a change with the disk failing (or, with no error, dying) at its first step, at its second ... : what
+// is on the disk then is all old or, if the change was acknowledged, all new.
+void expectOldOrNew(const Call& change, const std::string& path, const std::string& whenDone, int error,
+                    Survived survived) {
+    bool reached = true;
+    for (int step = 0; reached; ++step) {
+        SCOPED_TRACE(path + " becomes " + whenDone + ", step " + std::to_string(step));
+        Folder folder;
+        const std::string before = folder.content(path);
+        error == 0 ? folder.disk.dieAtWrite(step) : folder.disk.failAt(step, error);
+        const bool acknowledged = faultOf([&] { change(folder.files); }) == 0;
+        reached = folder.disk.died() || folder.disk.failed();
+        if (error == 0) {
+            folder.disk.restart(survived);
+            Files(folder.disk).DropTornRecord(path);
+        } else {
+            EXPECT_EQ(folder.disk.openHandles(), 0);
+            EXPECT_THAT(folder.disk.paths(), testing::Not(testing::Contains(testing::EndsWith(".new"))));
         }
+        const std::string now = folder.content(path);
+        EXPECT_TRUE(now == whenDone || (now == before && !acknowledged)) << now;
+        EXPECT_TRUE(acknowledged || reached);
     }
 }
 
-TEST(FileChanges, LeaveTheOldOrTheNewStateWhateverCallFails) {
-    for (const int error : {ENOSPC, EIO, EROFS, EMFILE}) {
-        for (const auto& change : changes) {
-            for (int call = 0;; ++call) {
-                SCOPED_TRACE(std::string(change.name) + ", fails at call " + std::to_string(call));
-                Folder folder;
-                folder.disk.failAt(call, error);
-                const int fault = faultOf([&] { change.run(folder.files); });
-                const std::string now = contentOf(folder.disk, change.path);
-                EXPECT_TRUE(now == change.after || (now == change.before && fault != 0)) << now;
-                EXPECT_EQ(folder.disk.openHandles(), 0);
-                EXPECT_FALSE(folder.disk.content(native(change.path) + ".new")) << "left behind";
-                if (!folder.disk.failed()) {
-                    EXPECT_EQ(fault, 0);
-                    break;
-                }
-            }
-        }
+TEST(FileChanges, LeaveTheOldOrTheNewStateWhateverFailsAndWhereverTheDiskDies) {
+    const std::tuple<Call, const char*, const char*> changes[] = {
+        {[](Files& f) { f.Rewrite("System\\Friends.lst", "Maria"); }, "System\\Friends.lst", "Maria"},
+        {[](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",
+         "one\r\ntwo\r\n"},
+        {[](Files& f) { f.FileCopy("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",
+         "one\r\ntwo\r\n"},
+        {[](Files& f) { f.AppendRecord("System\\Friends.lst", "Maria"); }, "System\\Friends.lst",
+         "Anna\r\nMaria\r\n"},
+        {[](Files& f) { f.AppendRecord("Mail\\Announcements.lst", "1 2"); }, "Mail\\Announcements.lst",
+         "1 2\r\n"},
+        {[](Files& f) {
+             File file = f.Open("Mail\\i2.ml", FileMode::Output);
+             file.WriteLine("line");
+             file.Flush();
+             file.Close();
+         },
+         "Mail\\i2.ml", "line\r\n"}};
+    for (const auto& [change, path, whenDone] : changes) {
+        for (const int error : {0, ENOSPC, EIO, EROFS, EMFILE})
+            expectOldOrNew(change, path, whenDone, error, Survived::Flushed);
+        expectOldOrNew(change, path, whenDone, 0, Survived::Everything);
     }
 }
 
 TEST(TornRecords, AreDroppedAndWholeOnesStay) {
-    struct Case {
-        std::string content;
-        std::string kept;
-    };
     const std::string noRecord(File::LineLimit + 5, 'x');
-    const Case cases[] = {
-        {"", ""},     {"one\r\n", "one\r\n"},      {"one\n", "one\n"},   {"one\r\ntw", "one\r\n"},
-        {"torn", ""}, {"one\r\ntwo\r", "one\r\n"}, {noRecord, noRecord},
-    };
-    for (const auto& [content, kept] : cases) {
+    using Row = std::pair<std::string, std::string>;
+    for (const auto& [content, kept] :
+         {Row("", ""), Row("one\r\n", "one\r\n"), Row("one\n", "one\n"), Row("one\r\ntw", "one\r\n"),
+          Row("torn", ""), Row("one\r\ntwo\r", "one\r\n"), Row(noRecord, noRecord)}) {
         Folder folder;
         folder.disk.put("Mail/a.lst", content);
+        folder.disk.put("Mail/b.lst", content);
         EXPECT_EQ(folder.files.DropTornRecord("Mail\\a.lst"), content != kept);
-        EXPECT_EQ(folder.disk.content("Mail/a.lst"), kept);
-        folder.disk.put("Mail/a.lst", content);
-        folder.files.AppendRecord("Mail\\a.lst", "next");
-        EXPECT_EQ(folder.disk.content("Mail/a.lst"), kept + "next\r\n");
+        EXPECT_EQ(folder.content("Mail/a.lst"), kept);
+        folder.files.AppendRecord("Mail\\b.lst", "next");
+        EXPECT_EQ(folder.content("Mail/b.lst"), kept + "next\r\n");
     }
-    Folder folder;
-    EXPECT_FALSE(folder.files.DropTornRecord("Mail\\none"));
+    EXPECT_FALSE(Folder().files.DropTornRecord("Mail\\none"));
 }
 
 }  // namespace
-}  // namespace talvora
+}  // namespace talvora::test

@@ -4,38 +4,31 @@
 
 namespace {
 
-class TestPlugin final : public talvora::HostPlugin {
-  public:
-    ~TestPlugin() override { say(8000); }
+using namespace talvora;
 
-    void Init(talvora::MessageDatabase& db, std::int32_t id) override {
-        db_ = &db;
-        id_ = id;
-        hearing_ = db.MessageBroadcasted.connect([this](const talvora::HostMessage& message) {
-            if (message.MsgID == 1 && message.ToID == id_) say(2);
+class TestPlugin final : public HostPlugin {
+  public:
+    ~TestPlugin() override { say_(8000); }
+
+    void Init(MessageDatabase& db, std::int32_t id) override {
+        say_ = [&db, id](std::int32_t number) {
+            db.Broadcast({number, id, HostAddress::Host, "", HostArray{"Test plug-in", 1}, 0});
+        };
+        hearing_ = db.MessageBroadcasted.connect([this, id](const HostMessage& message) {
+            if (message.MsgID == 1 && message.ToID == id) say_(2);
         });
     }
 
   private:
-    void say(std::int32_t number) {
-        talvora::HostMessage message;
-        message.MsgID = number;
-        message.FromID = id_;
-        message.ToID = talvora::HostAddress::Host;
-        message.Data = talvora::HostArray{"Test plug-in", 1};
-        db_->Broadcast(message);
-    }
-
-    talvora::MessageDatabase* db_ = nullptr;
-    std::int32_t id_ = 0;
-    talvora::Subscription hearing_;
+    std::function<void(std::int32_t)> say_;
+    Subscription hearing_;
 };
 
 }  // namespace
 
 // The same source makes the plug-ins that are to be refused.
 #ifndef PLUGIN_VERSION
-#define PLUGIN_VERSION talvora::HostPluginVersion
+#define PLUGIN_VERSION HostPluginVersion
 #endif
 
 extern "C" __attribute__((visibility("default"))) int OrreryPluginVersion() {
@@ -43,8 +36,7 @@ extern "C" __attribute__((visibility("default"))) int OrreryPluginVersion() {
 }
 
 #ifndef PLUGIN_WITHOUT_FACTORY
-extern "C" __attribute__((visibility("default"))) talvora::HostPlugin* OrreryCreatePlugin(
-    const talvora::HostServices&) {
+extern "C" __attribute__((visibility("default"))) HostPlugin* OrreryCreatePlugin(const HostServices&) {
     return new TestPlugin;
 }
 #endif
