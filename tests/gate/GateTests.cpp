@@ -2,11 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QLocalSocket>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "gate/Gate.h"
 #include "gate/GateJson.h"
@@ -16,17 +17,86 @@ namespace talvora {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using namespace testing;
+
+std::string written(const HostValue& data, const std::string& tag = {}) {
+    std::string line;
+    appendMessage(line, {7, 1, HostAddress::Everybody, tag, data, 0});
+    return line;
+}
+
+TEST(GateJson, ValuesGoOutAndComeBack) {
+    const std::pair<HostValue, std::string> cases[] = {
+        {{}, "null"},
+        {-2147483647 - 1, "-2147483648"},
+        {2.5, "2.5"},
+        {1e300, "1e+300"},
+        {4294967296.0, "4294967296"},
+        {true, "true"},
+        {"\xCA\xE1\xEB\xE7\xEC\xDD\xF1\xE1", R"("Καλημέρα")"},
+        {"\x80 \xAA\xD2\xFF", "\"€ \uF8F9\uF8FA\uF8FB\""},
+        {std::string("a\0b\x01\x1F\x7F\x90", 7), R"("a\u0000b\u0001\u001f\u007f\u0090")"},
+        {"\"\\/\r\n\t", R"("\"\\/\r\n\t")"},
+        {HostArray{HostArray{1, HostArray{}}, HostValue(), "x"}, R"([[1,[]],null,"x"])"},
+    };
+    for (const auto& [value, json] : cases) {
+        EXPECT_EQ(written(value),
+                  R"({"MsgID":7,"FromID":1,"ToID":-1,"Tag":"","Data":)" + json + R"(,"Extra":0})");
+        EXPECT_EQ(readValue(json), value) << json;
+    }
+    EXPECT_NE(readValue("2e3")->asInteger(), nullptr);
+    EXPECT_THAT(written(std::numeric_limits<double>::infinity()), HasSubstr(R"("Data":null)"));
+    const auto deepest =
+        readValue(std::string(GateArrayDepth, '[') + std::string(GateArrayDepth, ']')).value();
+    EXPECT_EQ(readMessage(written(deepest)).Message.value().Data, deepest);
+    EXPECT_THAT(written(HostArray{deepest}), HasSubstr("[[null]]"));
+    // Every byte of a text survives, and none of them is a control character on the way.
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+    const std::string line = written(HostArray{all}, all);
+    for (const char byte : line) EXPECT_GE(static_cast<unsigned char>(byte), 0x20);
+    EXPECT_EQ(readMessage(line).Message.value().Tag, all);
+    EXPECT_EQ(readMessage(line).Message.value().Data, HostValue(HostArray{all}));
+}
+
+TEST(GateJson, FieldsHaveTheirDefaultsAndAWrongLineIsNoMessage) {
+    const auto good = readMessage("{\"MsgID\":7,\"FromID\":\"me\"} \r").Message.value_or(HostMessage{});
+    EXPECT_TRUE(good.MsgID == 7 && good.FromID == 0 && good.ToID == HostAddress::Everybody);
+    const std::string deep(100000, '[');
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {"empty line", {"", " \r"}},
+        {"too long", {std::string(GateLineLimit + 1, ' ') + "{}"}},
+        {"no JSON", {"hello", deep, R"({"MsgID":1)", R"({"MsgID":1} {})", "{\"Tag\":\"\xC3\x28\"}"}},
+        {"too deep", {R"({"MsgID":1,"Data":)" + deep.substr(0, 40) + std::string(40, ']') + "}"}},
+        {"MsgID", {"[]", R"({"msgid":1})"}},
+        {"MsgID is no 32-bit integer", {R"({"MsgID":"1"})", R"({"MsgID":1.5})", R"({"MsgID":2147483648})"}},
+        {"ToID is no 32-bit integer", {R"({"MsgID":1,"ToID":null})"}},
+        {"Tag is no text", {R"({"MsgID":1,"Tag":1})"}},
+        {"holds an object", {R"({"MsgID":1,"Data":[[{}]]})", R"({"MsgID":1,"Extra":{}})"}},
+        {"unknown field data", {R"({"MsgID":1,"data":1})"}},
+    };
+    for (const auto& [complaint, lines] : cases) {
+        for (const auto& line : lines) {
+            EXPECT_FALSE(readMessage(line).Message) << line.substr(0, 80);
+            EXPECT_THAT(readMessage(line).Error, HasSubstr(complaint)) << line.substr(0, 80);
+        }
+    }
+    for (const char* json : {"", "1,2", "{}", "[", "1e999", "nul"}) EXPECT_FALSE(readValue(json)) << json;
+}
+
+TEST(GateJson, AnErrorIsReadAsItWasWrittenAndIsNoMessage) {
+    std::string line;
+    appendError(line, "no \"\xC1\"");
+    EXPECT_EQ(line, R"({"error":"no \"Α\""})");
+    EXPECT_EQ(readError(line), "no \"\xC1\"");
+    EXPECT_FALSE(readError(written("error")) || peekMsgID(line));
+    EXPECT_EQ(peekMsgID(written("error")), 7);
+}
 
 // Lets the loop run until `holds`; a test that waits in vain fails.
-template <class Condition>
-bool runUntil(Condition&& holds) {
-    bool late = false;
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, &limit, [&] { late = true; });
-    limit.start(20000);
-    while (!holds() && !late) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+bool runUntil(const std::function<bool()>& holds) {
+    const QDeadlineTimer limit(20000);
+    while (!holds() && !limit.hasExpired()) QCoreApplication::processEvents();
     return holds();
 }
 
@@ -40,7 +110,7 @@ struct Database final : MessageDatabase {
 struct Client {
     explicit Client(const std::string& path) {
         QObject::connect(&socket, &QLocalSocket::readyRead, &socket, [this] {
-            while (reading && socket.canReadLine()) lines.push_back(socket.readLine().toStdString());
+            while (socket.canReadLine()) lines.push_back(socket.readLine().toStdString());
         });
         socket.connectToServer(QString::fromStdString(path));
     }
@@ -51,12 +121,11 @@ struct Client {
         return runUntil([&] { return lines.size() >= count || !connected(); }) && lines.size() == count;
     }
 
-    bool reading = true;
     std::vector<std::string> lines;
     QLocalSocket socket;
 };
 
-class GateTest : public testing::Test {
+class GateTest : public Test {
   protected:
     GateTest() { gate.Open(path); }
 
@@ -132,8 +201,7 @@ TEST_F(GateTest, AnOverlongLineEndsItsConnectionAndOneOfTheLongestDoesNot) {
     const std::string start = R"({"MsgID":9,"Data":")";
     anna->says(start + std::string(GateLineLimit - start.size() - 2, 'x') + "\"}\n");
     nikos->says(std::string(GateLineLimit + 1, 'x'));
-    EXPECT_TRUE(runUntil([&] { return !nikos->connected() && seen.size() == 1; }));
-    EXPECT_TRUE(anna->connected());
+    EXPECT_TRUE(runUntil([&] { return !nikos->connected() && seen.size() == 1; }) && anna->connected());
 }
 
 TEST_F(GateTest, AReaderThatDoesNotKeepUpIsDroppedAndTheOthersMissNothing) {
@@ -141,14 +209,12 @@ TEST_F(GateTest, AReaderThatDoesNotKeepUpIsDroppedAndTheOthersMissNothing) {
     auto quick = reader();
     // One byte is taken in advance at most, so that the rest stays with the sender.
     slow->socket.setReadBufferSize(1);
-    slow->reading = false;
     std::size_t told = 0;
     for (; gate.Readers() == 2 && told * 100000 < 2 * Gate::QueueLimit; ++told) {
         database.says(1012, std::string(100000, 'x'));
         EXPECT_TRUE(quick->hears(told + 1));
     }
-    EXPECT_EQ(gate.Readers(), 1u);
-    EXPECT_GT(told * 100000, Gate::QueueLimit);
+    EXPECT_TRUE(gate.Readers() == 1 && told * 100000 > Gate::QueueLimit) << told;
 }
 
 TEST_F(GateTest, ConnectionsHaveABound) {
@@ -159,7 +225,7 @@ TEST_F(GateTest, ConnectionsHaveABound) {
     EXPECT_EQ(late.lines.front(), "{\"error\":\"too many connections\"}\n");
 }
 
-TEST_F(GateTest, WhatStandsAtThePathIsNotDisturbed) {
+TEST_F(GateTest, ThePathIsTakenFromADeadProcessAlone) {
     const Descriptor other = listenLocal(root + "/other");
     std::ofstream(root + "/letter") << "dear";
     const std::pair<std::string, std::string> cases[] = {
@@ -170,17 +236,12 @@ TEST_F(GateTest, WhatStandsAtThePathIsNotDisturbed) {
         {root + "/" + std::string(120, 'x'), "cannot be opened"},
     };
     for (const auto& [where, reason] : cases)
-        EXPECT_THAT([&] { Gate(database).Open(where); },
-                    testing::ThrowsMessage<GateError>(HasSubstr(reason)));
+        EXPECT_THAT([&] { Gate(database).Open(where); }, ThrowsMessage<GateError>(HasSubstr(reason)));
     EXPECT_EQ(fs::file_size(root + "/letter"), 4u);
-    EXPECT_TRUE(reader()->connected());
-}
-
-TEST_F(GateTest, TheSocketOfADeadProcessIsReplacedByOneThatOnlyTheOwnerCanReach) {
+    // What a dead process left is replaced by what only the owner can reach.
     gate.Close();
     EXPECT_FALSE(fs::exists(path));
     listenLocal(path).reset();
-    fs::permissions(path, fs::perms::all);
     gate.Open(path);
     EXPECT_TRUE(reader()->connected());
     EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
@@ -189,3 +250,9 @@ TEST_F(GateTest, TheSocketOfADeadProcessIsReplacedByOneThatOnlyTheOwnerCanReach)
 
 }  // namespace
 }  // namespace talvora
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

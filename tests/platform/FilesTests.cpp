@@ -41,19 +41,9 @@ TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
           "\\\\server\\share\\x", "/etc/passwd", "C:\\x", "c:x", "Mail\\out\\x", "Mail\\absolute",
           "Mail\\outside", "Mail\\round", "Mail\\toReceived", "Received\\link"}},
         {52,
-         {"Mail/i1A.ml",
-          "Mail\\a/../../x",
-          "Mail\\\\i1A.ml",
-          {"Mail\\i1A.ml\0.txt", 16},
-          "Mail\\a\nb",
-          "Mail\\a\x7F",
-          "Mail\\a\x81",
-          "Mail\\a:b",
-          "Mail\\a*",
-          "Mail\\a?",
-          "Mail\\a|b",
-          "Mail\\a\"b",
-          std::string(2000, 'a')}},
+         {"Mail/i1A.ml", "Mail\\a/../../x", "Mail\\\\i1A.ml", std::string("Mail\\i1A.ml\0.txt", 16),
+          "Mail\\a\nb", "Mail\\a\x7F", "Mail\\a\x81", "Mail\\a:b", "Mail\\a*", "Mail\\a?", "Mail\\a|b",
+          "Mail\\a\"b", std::string(2000, 'a')}},
         {76, {"Nowhere\\x", "Mail\\i1A.ml\\x"}}};
     Folder folder;
     folder.disk.makeLink("Mail/out", "../..");
@@ -241,7 +231,7 @@ void expectOldOrNew(const Call& change, const std::string& path, const std::stri
 
 TEST(FileChanges, LeaveTheOldOrTheNewStateWhateverFailsAndWhereverTheDiskDies) {
     const std::tuple<Call, const char*, const char*> changes[] = {
-        {[](Files& f) { f.Rewrite("System\\Friends.lst", "Maria"); }, "System\\Friends.lst", "Maria"},
+        {[](Files& f) { f.Rewrite("System\\Friends.lst", "Maria\r\n"); }, "System\\Friends.lst", "Maria\r\n"},
         {[](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",
          "one\r\ntwo\r\n"},
         {[](Files& f) { f.FileCopy("Mail\\i1A.ml", "System\\Friends.lst"); }, "System\\Friends.lst",

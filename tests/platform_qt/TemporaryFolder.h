@@ -1,14 +1,16 @@
 #pragma once
-// A folder of its own for a test of the real disk; gone with its owner.
+// A folder of its own for a test of the real disk, gone with its owner, and a disk that is soon full.
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <QtCore/QTemporaryDir>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <string>
 
-namespace talvora {
+namespace talvora::test {
 
 class TemporaryFolder {
   public:
@@ -32,4 +34,17 @@ class TemporaryFolder {
     QTemporaryDir folder_;
 };
 
-}  // namespace talvora
+// Runs `call` while no file may grow beyond so many bytes.
+template <class Call>
+void onAFullDisk(rlim_t size, Call call) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{size, before.rlim_max};
+    const auto action = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    call();
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, action);
+}
+
+}  // namespace talvora::test
