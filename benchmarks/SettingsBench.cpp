@@ -71,6 +71,6 @@ void start(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(reads)->Name("settings.reads");
-BENCHMARK(writes)->Name("settings.writes");
+BENCHMARK(reads)->Name("settings.reads_per_s");
+BENCHMARK(writes)->Name("settings.writes_per_s");
 BENCHMARK(start)->Name("settings.start")->Unit(benchmark::kMillisecond);

@@ -16,6 +16,7 @@ namespace talvora::test {
 class PosixDiskTest : public testing::Test {
   protected:
     PosixDiskTest() {
+        qputenv("HOME", QByteArray::fromStdString(folder.path()));
         qputenv("XDG_DATA_HOME", QByteArray::fromStdString(folder.path("share")));
         QDir(QString::fromStdString(folder.path())).mkdir("share");
         folder.put("secret", "secret");
@@ -30,6 +31,7 @@ class PosixDiskTest : public testing::Test {
         ASSERT_EQ(::symlink(target.c_str(), folder.path("program/" + name).c_str()), 0);
     }
 
+    QByteArray home = qgetenv("HOME");
     QByteArray data = qgetenv("XDG_DATA_HOME");
     TemporaryFolder folder;
     PosixDisk disk{folder.path("program")};

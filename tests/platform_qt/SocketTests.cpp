@@ -2,18 +2,16 @@
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 
+#include <list>
 #include <memory>
-#include <vector>
 
 #include "RealWorld.h"
 #include "platform_qt/Descriptor.h"
+#include "support/FaultOf.h"
 #include "support/VirtualTime.h"
 
 namespace talvora::test {
-
 namespace {
-
-using namespace std::chrono_literals;
 
 std::string patterned(std::size_t size) {
     std::string bytes(size, '\0');
@@ -21,7 +19,7 @@ std::string patterned(std::size_t size) {
     return bytes;
 }
 
-// A peer of the system's own sockets, which does what no Winsock does.
+// A listener of the system's own sockets, which does what no Winsock does.
 struct RawPeer {
     explicit RawPeer(int backlog = 8) : door(::socket(AF_INET, SOCK_STREAM, 0)) {
         address.sin_family = AF_INET;
@@ -33,271 +31,195 @@ struct RawPeer {
     }
     sockaddr* name() { return reinterpret_cast<sockaddr*>(&address); }
     int port() const { return ntohs(address.sin_port); }
-    void accept() { link.reset(::accept(door.get(), nullptr, nullptr)); }
-    void reset() {
-        const linger now{1, 0};
-        ::setsockopt(link.get(), SOL_SOCKET, SO_LINGER, &now, sizeof now);
-        link.reset();
-    }
-    // A connection that nobody accepts.
-    Descriptor knock() {
-        Descriptor knocking(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
-        ::connect(knocking.get(), name(), sizeof address);
-        return knocking;
-    }
     sockaddr_in address{};
-    Descriptor door, link;
+    Descriptor door;
 };
 
-}  // namespace
-
-TEST(Sockets, TalkBothWaysAndTellTheirPorts) {
+struct Sockets : testing::Test {
     RealWorld world;
-    Connection both(world);
-    EXPECT_EQ(both.client.socket.State(), SocketState::Connected);
-    EXPECT_EQ(both.server.socket.RemoteHost, "127.0.0.1");
-    EXPECT_EQ(both.server.socket.RemotePort, both.client.socket.BoundPort());
-    both.client.operation([&] { both.client.socket.SendData(std::string("a\0\xff", 3)); });
-    both.server.untilSaw("Data");
-    EXPECT_EQ(both.server.data, std::string("a\0\xff", 3));
-    both.server.socket.SendData("back");
-    both.client.untilSaw("Data");
-    EXPECT_EQ(both.client.log, "Connect;Data;");
-    EXPECT_EQ(both.client.data, "back");
+    Connection both{world};
+    Endpoint& client = both.client;
+    Endpoint& server = both.server;
+};
+
+TEST_F(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
+    EXPECT_EQ(client.socket.State(), SocketState::Connected);
+    EXPECT_EQ(server.socket.RemoteHost, "127.0.0.1");
+    EXPECT_EQ(server.socket.RemotePort, client.socket.BoundPort());
+    client.operation([&] { client.socket.SendData(std::string("a\0\xff", 3)); });
+    server.untilSaw("Data");
+    EXPECT_EQ(server.data, std::string("a\0\xff", 3));
+    server.socket.SendData("back");
+    client.untilSaw("Data");
+    EXPECT_EQ(client.data, "back");
+    client.socket.Close();
+    client.connectTo("127.0.0.1", both.door.socket.BoundPort());
+    client.untilSaw("Data;Connect");
+    EXPECT_EQ(client.log, "Connect;Data;Connect;");
 }
 
-TEST(Sockets, FailuresToConnectCarryTheirNumbers) {
-    RealWorld world;
-    int closedPort = 0;
-    {
-        Endpoint door(world);
-        door.listen();
-        closedPort = door.socket.BoundPort();
-    }
-    const struct {
-        std::string host;
-        int port;
-        int number;
-    } cases[] = {{"127.0.0.1", closedPort, SocketErrors::ConnectionRefused},
-                 {"..", 6667, SocketErrors::HostNotFound},
-                 {"", 6667, SocketErrors::HostNotFound},
-                 {"127.0.0.1", 70000, SocketErrors::Other},
-                 {"127.0.0.1", -1, SocketErrors::Other}};
-    for (const auto& one : cases) {
-        Endpoint client(world);
-        client.connectTo(one.host, one.port);
-        client.untilSaw("Error");
-        EXPECT_EQ(client.log, "Error " + std::to_string(one.number) + ";") << one.host << one.port;
-        EXPECT_FALSE(client.description.empty());
-        client.socket.Close();
+TEST_F(Sockets, FailuresToConnectCarryTheirNumbers) {
+    const int port = both.door.socket.BoundPort();
+    both.door.socket.Close();
+    using Row = std::tuple<std::string, int, int>;
+    for (const auto& [host, to, number] :
+         {Row("127.0.0.1", port, SocketErrors::ConnectionRefused),
+          Row("..", 6667, SocketErrors::HostNotFound), Row("", 6667, SocketErrors::HostNotFound),
+          Row("127.0.0.1", 70000, SocketErrors::Other), Row("127.0.0.1", -1, SocketErrors::Other)}) {
+        Endpoint caller(world);
+        caller.connectTo(host, to);
+        caller.untilSaw("Error");
+        EXPECT_EQ(caller.log, "Error " + std::to_string(number) + ";") << host << to;
+        EXPECT_NE(caller.description, "");
     }
 }
 
-TEST(Sockets, GiveUpAnAttemptAfterThirtySeconds) {
+TEST_F(Sockets, GiveUpAnAttemptAfterThirtySeconds) {
     RawPeer peer(0);
-    std::vector<Descriptor> fillers;
-    for (int i = 0; i < 4; ++i) fillers.push_back(peer.knock());
+    std::list<Descriptor> fillers;
+    for (int i = 0; i < 4; ++i) {
+        fillers.emplace_back(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+        ::connect(fillers.back().get(), peer.name(), sizeof peer.address);
+    }
     VirtualTime time;
     QtNetwork network(time);
-    Guard guard;
-    Winsock client(guard, network.CreateSocket({}));
+    Winsock caller(world.guard, network.CreateSocket({}));
     int number = 0;
-    const auto on = client.Error.connect([&](int error, const std::string&) { number = error; });
-    client.RemoteHost = "127.0.0.1";
-    client.RemotePort = peer.port();
-    client.Connect();
+    const auto on = caller.Error.connect([&](int error, const std::string&) { number = error; });
+    caller.RemoteHost = "127.0.0.1";
+    caller.RemotePort = peer.port();
+    caller.Connect();
     QCoreApplication::processEvents();
-    time.run(29s);
+    time.run(std::chrono::seconds(29));
     EXPECT_EQ(number, 0);
-    time.run(2s);
+    time.run(std::chrono::seconds(2));
     EXPECT_EQ(number, SocketErrors::TimedOut);
 }
 
-TEST(Sockets, TellTheEndOnlyWhenEverythingWasTaken) {
-    RealWorld world;
-    Connection both(world);
-    both.client.taking = false;
-    const std::string sent = patterned(900'000);
-    both.server.socket.SendData(sent);
-    both.server.socket.Close();
-    both.client.untilSaw("Data");
-    world.settle();
-    EXPECT_EQ(both.client.log, "Connect;Data;");
-    std::string first;
-    both.client.operation([&] { both.client.socket.GetData(first); });
-    EXPECT_LE(first.size(), 256U * 1024);
-    both.client.data = first;
-    both.client.taking = true;
-    both.client.untilSaw("Close");
-    EXPECT_EQ(both.client.log, "Connect;Data;Close;");
-    EXPECT_TRUE(both.client.data == sent);
+TEST_F(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
+    for (const bool resets : {true, false}) {
+        RawPeer peer;
+        Endpoint caller(world);
+        caller.connectTo("127.0.0.1", peer.port());
+        caller.untilSaw("Connect");
+        Descriptor link(::accept(peer.door.get(), nullptr, nullptr));
+        const linger now{1, 0};
+        ::setsockopt(link.get(), SOL_SOCKET, SO_LINGER, &now, sizeof now);
+        if (resets) link.reset();
+        const std::string piece(1024 * 1024, 'x');
+        for (int i = 0; i < 64 && !resets && !caller.saw("Error"); ++i) {
+            caller.operation([&] { caller.socket.SendData(piece); });
+            world.loop.Pump();
+        }
+        caller.untilSaw("Error");
+        EXPECT_EQ(caller.log, resets ? "Connect;Error 10054;" : "Connect;Error 10055;");
+    }
 }
 
-TEST(Sockets, TellTheEndWhenTheLastBytesAreTakenLate) {
-    RealWorld world;
-    Connection both(world);
-    both.client.taking = false;
-    both.server.socket.SendData("last words");
-    both.server.socket.Close();
-    both.client.untilSaw("Data");
-    world.settle();
-    both.client.operation([&] { both.client.socket.GetData(both.client.data); });
-    both.client.untilSaw("Close");
-    EXPECT_EQ(both.client.data, "last words");
+TEST_F(Sockets, TellTheEndOnlyWhenEverythingWasTaken) {
+    for (const std::string& sent : {std::string("last words"), patterned(900'000)}) {
+        Connection one(world);
+        one.client.taking = false;
+        one.server.socket.SendData(sent);
+        one.server.socket.Close();
+        one.client.untilSaw("Data");
+        world.settle();
+        EXPECT_EQ(one.client.log, "Connect;Data;");
+        one.client.operation([&] { one.client.socket.GetData(one.client.data); });
+        EXPECT_LE(one.client.data.size(), 256U * 1024);
+        one.client.taking = true;
+        one.client.untilSaw("Close");
+        EXPECT_EQ(one.client.log, "Connect;Data;Close;");
+        EXPECT_TRUE(one.client.data == sent);
+    }
 }
 
-TEST(Sockets, TellAResetFromAnEnd) {
-    RealWorld world;
-    RawPeer peer;
-    Endpoint client(world);
-    client.connectTo("127.0.0.1", peer.port());
-    client.untilSaw("Connect");
-    peer.accept();
-    peer.reset();
-    client.untilSaw("Error");
-    EXPECT_EQ(client.log, "Connect;Error 10054;");
-}
-
-TEST(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
-    RealWorld world;
-    Connection both(world);
+TEST_F(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     const std::string sent = patterned(8 * 1024 * 1024);
-    Endpoint& server = both.server;
     server.taking = false;
-    both.client.socket.SendData(sent);
+    client.socket.SendData(sent);
     server.untilSaw("Data");
     world.settle();
-    std::string waiting;
-    server.socket.GetData(waiting);
-    EXPECT_LE(waiting.size(), 256U * 1024);
-    server.socket.SendData(waiting);
-    server.then = [&](const std::string&) {
+    const auto echo = [&] {
         std::string piece;
         server.socket.GetData(piece);
+        EXPECT_LE(piece.size(), 256U * 1024);
         server.socket.SendData(piece);
     };
-    RealWorld::until([&] { return both.client.data.size() >= sent.size(); });
-    EXPECT_TRUE(both.client.data == sent);
+    echo();
+    server.then = [&](const std::string&) { echo(); };
+    RealWorld::until([&] { return client.data.size() >= sent.size(); });
+    EXPECT_TRUE(client.data == sent);
 }
 
-TEST(Sockets, EndWhenThePeerNeverReads) {
-    RealWorld world;
-    RawPeer peer;
-    Endpoint client(world);
-    client.connectTo("127.0.0.1", peer.port());
-    client.untilSaw("Connect");
-    peer.accept();
-    const std::string piece(1024 * 1024, 'x');
-    for (int i = 0; i < 64 && !client.saw("Error"); ++i) {
-        client.operation([&] { client.socket.SendData(piece); });
-        world.loop.Pump();
-    }
-    client.untilSaw("Error");
-    EXPECT_EQ(client.log, "Connect;Error 10055;");
+TEST_F(Sockets, DeliverWhatWasSentBeforeAClose) {
+    client.taking = false;
+    server.socket.SendData(patterned(4'000'000));  // unread bytes must not turn the end into a reset
+    client.untilSaw("Data");
+    const std::string sent = patterned(3'000'000) + "QUIT";
+    client.socket.SendData(sent);
+    client.socket.Close();
+    client.socket.Close();
+    server.untilSaw("Close");
+    EXPECT_TRUE(server.data == sent);
+    EXPECT_FALSE(server.saw("Error"));
+    EXPECT_EQ(client.log, "Connect;Data;");
 }
 
-TEST(Sockets, DeliverWhatWasSentBeforeAClose) {
-    RealWorld world;
-    Connection both(world);
-    both.client.taking = false;
-    both.server.socket.SendData(
-        patterned(4 * 1024 * 1024));  // unread bytes must not turn the end into a reset
-    both.client.untilSaw("Data");
-    const std::string sent = patterned(3 * 1024 * 1024) + "QUIT";
-    both.client.socket.SendData(sent);
-    both.client.socket.Close();
-    both.client.socket.Close();
-    both.server.untilSaw("Close");
-    EXPECT_TRUE(both.server.data == sent);
-    EXPECT_FALSE(both.server.saw("Error"));
-    EXPECT_EQ(both.client.log, "Connect;Data;");
-}
-
-TEST(Sockets, MayBeClosedOrDestroyedInAnyEvent) {
-    for (const bool destroy : {false, true}) {
-        for (const std::string event : {"Connect", "Data", "Close", "Error"}) {
-            RealWorld world;
-            Endpoint door(world);
-            door.listen();
-            const int port = door.socket.BoundPort();
-            if (event == "Error") door.socket.Close();
-            Endpoint server(world);
-            auto client = std::make_unique<Endpoint>(world);
-            bool ended = false;
-            client->then = [&](const std::string& now) {
-                if (!now.starts_with(event)) return;
-                ended = true;
-                if (destroy) {
-                    client.reset();
-                } else {
-                    client->socket.Close();
-                }
-            };
-            door.then = [&](const std::string&) {
-                server.socket.Accept(door.socket);
-                server.socket.SendData("hello");
-                if (event == "Close") server.socket.Close();
-            };
-            client->connectTo("127.0.0.1", port);
-            RealWorld::until([&] { return ended; });
-            world.settle();
-            if (client) {
-                EXPECT_THAT(client->last, testing::StartsWith(event));
-            }
-        }
+TEST_F(Sockets, MayBeClosedOrDestroyedInAnyEvent) {
+    for (const std::string event :
+         {"Connect", "Data", "Close", "Error", "!Connect", "!Data", "!Close", "!Error"}) {
+        const bool destroy = event[0] == '!';
+        const std::string when = event.substr(destroy ? 1 : 0);
+        Endpoint door(world), accepted(world);
+        door.then = [&](const std::string&) {
+            accepted.socket.Accept(door.socket);
+            accepted.socket.SendData("hello");
+            if (when == "Close") accepted.socket.Close();
+        };
+        door.listen();
+        const int port = door.socket.BoundPort();
+        if (when == "Error") door.socket.Close();
+        auto caller = std::make_unique<Endpoint>(world);
+        bool ended = false;
+        caller->then = [&](const std::string& now) {
+            EXPECT_FALSE(ended) << now << " behind the end";
+            if (!now.starts_with(when)) return;
+            ended = true;
+            destroy ? caller.reset() : caller->socket.Close();
+        };
+        caller->connectTo("127.0.0.1", port);
+        RealWorld::until([&] { return ended; });
+        world.settle();
     }
 }
 
-TEST(Sockets, ConnectAgainAfterAClose) {
-    RealWorld world;
-    Connection both(world);
-    both.client.socket.Close();
-    both.client.log.clear();
-    both.client.last.clear();
-    both.client.connectTo("127.0.0.1", both.door.socket.BoundPort());
-    both.client.untilSaw("Connect");
-    EXPECT_EQ(both.client.log, "Connect;");
-}
-
-TEST(Listening, FaultsWhenThePortIsTaken) {
-    RealWorld world;
-    Endpoint first(world), second(world);
-    first.listen();
-    second.socket.LocalPort = first.socket.BoundPort();
-    try {
-        second.listen();
-        ADD_FAILURE() << "two listeners on one port";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.Number, SocketErrors::AddressInUse);
-    }
-    EXPECT_EQ(second.socket.State(), SocketState::Closed);
-}
-
-TEST(Listening, KeepsSixteenWaitingAndDropsTheRest) {
-    RealWorld world;
-    Endpoint door(world);
+TEST_F(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
+    Endpoint door(world), second(world);
     int requests = 0;
     door.then = [&](const std::string&) { ++requests; };
     door.listen();
-    std::vector<std::unique_ptr<Endpoint>> callers;
+    second.socket.LocalPort = door.socket.BoundPort();
+    EXPECT_EQ(faultOf([&] { second.listen(); }), SocketErrors::AddressInUse);
+    std::list<Endpoint> callers;
     for (int i = 0; i < 20; ++i) {
-        callers.push_back(std::make_unique<Endpoint>(world));
-        callers.back()->connectTo("127.0.0.1", door.socket.BoundPort());
-        callers.back()->untilSaw("Connect");
+        callers.emplace_back(world).connectTo("127.0.0.1", door.socket.BoundPort());
+        callers.back().untilSaw("Connect");
     }
-    callers.back()->untilSaw("Close");
+    callers.back().untilSaw("Close");
     RealWorld::until([&] { return requests == 16; });
     world.settle();
     EXPECT_EQ(requests, 16);
     for (int i = 0; i < 16; ++i) {
-        Endpoint server(world);
-        server.socket.Accept(door.socket);
-        server.socket.SendData("x");
-        callers[static_cast<std::size_t>(i)]->untilSaw("Data");
+        Endpoint accepted(world);
+        accepted.socket.Accept(door.socket);
+        accepted.socket.SendData("x");
+        callers.front().untilSaw("Data");
+        callers.pop_front();
     }
-    Endpoint server(world);
-    EXPECT_THROW(server.socket.Accept(door.socket), RuntimeError);
-    EXPECT_EQ(server.socket.State(), SocketState::Closed);
+    EXPECT_THROW(second.socket.Accept(door.socket), RuntimeError);
+    EXPECT_EQ(second.socket.State(), SocketState::Closed);
 }
 
+}  // namespace
 }  // namespace talvora::test

@@ -45,8 +45,9 @@ QStringList asideIn(const TemporaryFolder& folder) {
     return QDir(QString::fromStdString(folder.path())).entryList({"*.damaged-*"}, QDir::Files, QDir::Name);
 }
 
-TEST(SqliteSettings, AreFoundAgainByTheNextStart) {
+TEST(SqliteSettings, AreFoundAgainByTheNextStartOfTheirOwnerAlone) {
     const TemporaryFolder folder;
+    const mode_t before = ::umask(0);
     std::string every;
     for (int byte = 0; byte < 256; ++byte) every += static_cast<char>(byte);
     const std::map<std::string, std::string> values = {
@@ -57,29 +58,19 @@ TEST(SqliteSettings, AreFoundAgainByTheNextStart) {
         // "Anna" in Greek with an accent and a final sigma.
         store.save("TimeStamp_\xDC\xED\xED\xE1\xF2", "first");
         store.save("Timestamp_\xA2\xCD\xCD\xC1\xD3", "second");
+        EXPECT_EQ(folder.mode("a/b"), 0700);
+        EXPECT_EQ(folder.mode("a/b/settings.db"), 0600);
+        EXPECT_EQ(folder.mode("a/b/settings.db-wal"), 0600);
+        EXPECT_EQ(folder.mode("a/b/settings.db-shm"), -1);
     }
+    ::chmod(folder.path("a/b/settings.db").c_str(), 0664);
     const Store store(folder.path("a/b/settings.db"));
+    ::umask(before);
+    EXPECT_EQ(folder.mode("a/b/settings.db"), 0600);
     EXPECT_EQ(store.settings.Notice(), "");
     for (const auto& [key, value] : values) EXPECT_EQ(store.get(key), value);
     EXPECT_EQ(store.get("TIMESTAMP_\xDC\xCD\xED\xC1\xF3"), "second");
     EXPECT_EQ(store.get("Other"), "(none)");
-}
-
-TEST(SqliteSettings, BelongToTheirOwnerAlone) {
-    const TemporaryFolder folder;
-    const mode_t before = ::umask(0);
-    {
-        Store store(folder.path("config/settings.db"));
-        store.save("Pass", "secret");
-        EXPECT_EQ(folder.mode("config"), 0700);
-        EXPECT_EQ(folder.mode("config/settings.db"), 0600);
-        EXPECT_EQ(folder.mode("config/settings.db-wal"), 0600);
-        EXPECT_EQ(folder.mode("config/settings.db-shm"), -1);
-    }
-    ::chmod(folder.path("config/settings.db").c_str(), 0664);
-    const Store store(folder.path("config/settings.db"));
-    EXPECT_EQ(folder.mode("config/settings.db"), 0600);
-    ::umask(before);
 }
 
 TEST(SqliteSettings, ThatCannotBeUsedAreLeftAlone) {

@@ -1,9 +1,12 @@
 #pragma once
-// A folder of its own for a test of the real disk, gone with its owner, and a disk that is soon full.
+// A folder of its own for a test of the real disk, gone with its owner, and a disk that is soon full. The
+// folder is in memory where the system has such a place: what a killed process wrote is safe there too, and
+// it is quick.
 
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 #include <csignal>
 #include <fstream>
@@ -31,7 +34,7 @@ class TemporaryFolder {
     }
 
   private:
-    QTemporaryDir folder_;
+    QTemporaryDir folder_{(QFile::exists("/dev/shm") ? "/dev/shm" : QDir::tempPath()) + "/test-XXXXXX"};
 };
 
 // Runs `call` while no file may grow beyond so many bytes.

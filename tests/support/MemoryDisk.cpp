@@ -93,9 +93,21 @@ MemoryDisk::NodeOf MemoryDisk::look(const std::string& path) const {
     return node;
 }
 
-MemoryDisk::Node& MemoryDisk::folder(const std::string& path) const {
-    const NodeOf node = look(path);
+MemoryDisk::NodeOf MemoryDisk::existing(const std::string& path) const {
+    NodeOf node = look(path);
     if (!node) throw DiskFault(ENOENT);
+    return node;
+}
+
+MemoryDisk::NodeOf MemoryDisk::take(const std::string& path) {
+    change();
+    NodeOf node = existing(path);
+    folder(folderOf(path)).entries.erase(nameOf(path));
+    return node;
+}
+
+MemoryDisk::Node& MemoryDisk::folder(const std::string& path) const {
+    const NodeOf node = existing(path);
     if (node->kind != Kind::Folder) throw DiskFault(node->kind == Kind::Link ? ELOOP : ENOTDIR);
     return *node;
 }
@@ -110,12 +122,11 @@ MemoryDisk::Node& MemoryDisk::makeFolders(const std::string& path) {
 }
 
 void MemoryDisk::put(const std::string& path, std::string_view text) {
-    Node& parent = makeFolders(folderOf(path));
-    const auto node = std::make_shared<Node>(Kind::File);
-    node->content = text;
-    node->settle();
-    parent.entries[nameOf(path)] = node;
-    parent.settle();
+    makeFolders(path);
+    Node& node = *look(path);
+    node.kind = Kind::File;
+    node.content = text;
+    node.settle();
 }
 
 void MemoryDisk::makeLink(const std::string& path, const std::string& target) {
@@ -247,27 +258,17 @@ void MemoryDisk::makeFolder(const std::string& path) {
 }
 
 void MemoryDisk::rename(const std::string& from, const std::string& to) {
-    change();
-    const NodeOf node = look(from);
-    if (!node) throw DiskFault(ENOENT);
-    folder(folderOf(to)).entries[nameOf(to)] = node;
-    if (from != to) folder(folderOf(from)).entries.erase(nameOf(from));
+    Node& target = folder(folderOf(to));
+    target.entries[nameOf(to)] = take(from);
 }
 
 void MemoryDisk::remove(const std::string& path) {
-    change();
-    const NodeOf node = look(path);
-    if (!node) throw DiskFault(ENOENT);
-    if (node->kind == Kind::Folder) throw DiskFault(EISDIR);
-    folder(folderOf(path)).entries.erase(nameOf(path));
+    if (existing(path)->kind == Kind::Folder) throw DiskFault(EISDIR);
+    take(path);
 }
 
 void MemoryDisk::moveToWaste(const std::string& path) {
-    change();
-    const NodeOf node = look(path);
-    if (!node) throw DiskFault(ENOENT);
-    waste.push_back({path, node->content});
-    folder(folderOf(path)).entries.erase(nameOf(path));
+    waste.push_back({path, take(path)->content});
 }
 
 }  // namespace talvora

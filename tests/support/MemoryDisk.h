@@ -75,6 +75,8 @@ class MemoryDisk final : public DiskDriver {
     void change();
     Node& at(Handle file);
     NodeOf look(const std::string& path) const;
+    NodeOf existing(const std::string& path) const;
+    NodeOf take(const std::string& path);
     Node& folder(const std::string& path) const;
     Node& makeFolders(const std::string& path);
     Handle handleOf(NodeOf node);
