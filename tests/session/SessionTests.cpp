@@ -62,6 +62,16 @@ TEST(Session, TheRefreshAsksEachMinuteAndProbesTheRobot) {
     EXPECT_EQ(session.Label8.Caption.get(), "Loging in...") << "AutoRetry is forced at every ReConnect";
 }
 
+TEST(Session, AMonthOnLineOverflowsNoCounter) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    world.time.run(33'000min);  // beyond what 16 bits count
+    EXPECT_THAT(maria.around.questions.asked, IsEmpty());
+    EXPECT_EQ(maria.server.connections, 1);
+    says(world, maria, "PING :there?");
+    EXPECT_THAT(maria.server.heard(), Contains("PONG :there?"));
+}
+
 TEST(Session, TheSystemChannelsRefusalsAreComparedWithItsKey) {
     World world;
     Client& maria = world.loggedIn("Maria");

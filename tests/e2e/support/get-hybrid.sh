@@ -3,7 +3,7 @@
 # never installed; it runs from DIR, with DIR as its working folder.
 set -eu
 [ $# -eq 1 ] || { echo "usage: $0 DIR" >&2; exit 2; }
-dir=$1
+case $1 in /*) dir=$1 ;; *) dir=$(pwd)/$1 ;; esac
 [ ! -x "$dir/usr/sbin/ircd-hybrid" ] || exit 0
 
 mkdir -p "$(dirname "$dir")"
