@@ -34,10 +34,13 @@ void IRCServ::fillIn(std::string_view field, std::string_view text) {
 }
 
 void IRCServ::onWhoisUser(const ServerLine& line, Trap& step) {
-    step([&] { ReplyTarget = line.word(1); });
+    std::string user;
+    std::string host;
+    if (!step([&] { user = line.word(2), host = line.word(3); })) return;
+    ReplyTarget = line.word(1);
     if (!ReplyBuffer.assign(WhoisTemplate)) replyTooLong();
-    step([&] { fillIn("{NICK}", line.word(2)); });
-    step([&] { fillIn("{HOST}", line.word(3)); });
+    fillIn("{NICK}", user);
+    fillIn("{HOST}", host);
     fillIn("{REAL}", line.Tailing);
 }
 
@@ -50,8 +53,11 @@ void IRCServ::onWhoisOperator(const ServerLine& line, Trap&) {
 }
 
 void IRCServ::onWhoisIdle(const ServerLine& line, Trap& step) {
-    step([&] { fillIn("{IDLE}", line.word(2)); });
-    step([&] { fillIn("{SIGNON}", line.word(3)); });
+    step([&] {
+        const std::string& signOn = line.word(3);
+        fillIn("{IDLE}", line.word(2));
+        fillIn("{SIGNON}", signOn);
+    });
 }
 
 void IRCServ::onWhoisChannels(const ServerLine& line, Trap&) {

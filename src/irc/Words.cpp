@@ -115,22 +115,26 @@ void IRCServ::onMode(const ServerLine& line, Trap& step) {
         return;
     }
     if (target.empty() || target.front() != '#') return;
-    if (step.test([&] { return line.word(2).empty(); })) {
+    // All words at once: a line that is too short costs one report.
+    std::string letters;
+    std::string user;
+    if (!step([&] { letters = line.word(1), user = line.word(2); })) return;
+    const std::int32_t modes = DecodeModes(letters, 0);
+    if (user.empty()) {
         step([&] { RetriveChannelMode.raise(target, 0); });
-        const std::int32_t modes = DecodeModes(line.word(1), 0);
         step([&] { ChannelChangedMode.raise(target, modes); });
     } else {
-        step([&] { RetriveUserMode.raise(line.word(2), 0); });
-        const std::int32_t mode = DecodeModes(line.word(1), 0);
+        step([&] { RetriveUserMode.raise(user, 0); });
         // Told as the one who changed it is the word behind the target, mostly an empty one, and not the
         // sender.
-        step([&] { UserChangeMode.raise(line.word(2), line.word(3), mode); });
+        step([&] { UserChangeMode.raise(user, line.word(3), modes); });
     }
 }
 
 void IRCServ::onKick(const ServerLine& line, Trap& step) {
-    const std::string channel = step.value(std::string(), [&] { return line.word(0); });
-    const std::string victim = step.value(std::string(), [&] { return line.word(1); });
+    std::string channel;
+    std::string victim;
+    if (!step([&] { channel = line.word(0), victim = line.word(1); })) return;
     if (EqualText(victim, CurNick)) {
         step([&] { YouAreKicked.raise(channel, line.Tailing, line.Nick); });
         step([&] { YouPartChannel.raise(channel); });
