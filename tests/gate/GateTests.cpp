@@ -236,7 +236,8 @@ TEST_F(GateTest, ThePathIsTakenFromADeadProcessAlone) {
         {root + "/" + std::string(120, 'x'), "cannot be opened"},
     };
     for (const auto& [where, reason] : cases)
-        EXPECT_THAT([&] { Gate(database).Open(where); }, ThrowsMessage<GateError>(HasSubstr(reason)));
+        EXPECT_THAT([&, &place = where] { Gate(database).Open(place); },
+                    ThrowsMessage<GateError>(HasSubstr(reason)));
     EXPECT_EQ(fs::file_size(root + "/letter"), 4u);
     // What a dead process left is replaced by what only the owner can reach.
     gate.Close();

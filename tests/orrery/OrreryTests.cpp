@@ -140,7 +140,7 @@ TEST(PluginLoader, NumbersItsPlugInsAndNamesAWrongLibraryWithTheReason) {
         {beside + "no_plugin.so", "no OrreryCreatePlugin"},
     };
     for (const auto& [file, reason] : wrong)
-        EXPECT_THAT([&] { loader.Load(file, services); },
+        EXPECT_THAT([&, &library = file] { loader.Load(library, services); },
                     ThrowsMessage<PluginError>(AllOf(HasSubstr(file), HasSubstr(reason))));
     ASSERT_EQ(loader.Load(beside + "plugin.so", services), 1);
     ASSERT_EQ(loader.Load(beside + "plugin.so", services), 2);
