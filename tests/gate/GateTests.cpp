@@ -235,9 +235,10 @@ TEST_F(GateTest, ThePathIsTakenFromADeadProcessAlone) {
         {root + "/letter/gate", "cannot be"},
         {root + "/" + std::string(120, 'x'), "cannot be opened"},
     };
-    for (const auto& [where, reason] : cases)
-        EXPECT_THAT([&, &place = where] { Gate(database).Open(place); },
-                    ThrowsMessage<GateError>(HasSubstr(reason)));
+    for (const auto& [where, reason] : cases) {
+        const std::string& place = where;
+        EXPECT_THAT([&] { Gate(database).Open(place); }, ThrowsMessage<GateError>(HasSubstr(reason)));
+    }
     EXPECT_EQ(fs::file_size(root + "/letter"), 4u);
     // What a dead process left is replaced by what only the owner can reach.
     gate.Close();

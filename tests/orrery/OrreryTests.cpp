@@ -139,9 +139,11 @@ TEST(PluginLoader, NumbersItsPlugInsAndNamesAWrongLibraryWithTheReason) {
         {beside + "old_plugin.so", "made for version 0 of the host's interface"},
         {beside + "no_plugin.so", "no OrreryCreatePlugin"},
     };
-    for (const auto& [file, reason] : wrong)
-        EXPECT_THAT([&, &library = file] { loader.Load(library, services); },
-                    ThrowsMessage<PluginError>(AllOf(HasSubstr(file), HasSubstr(reason))));
+    for (const auto& [file, reason] : wrong) {
+        const std::string& library = file;
+        EXPECT_THAT([&] { loader.Load(library, services); },
+                    ThrowsMessage<PluginError>(AllOf(HasSubstr(library), HasSubstr(reason))));
+    }
     ASSERT_EQ(loader.Load(beside + "plugin.so", services), 1);
     ASSERT_EQ(loader.Load(beside + "plugin.so", services), 2);
     // Each is started alone, and the last is deleted first.
