@@ -5,20 +5,38 @@
 #include "platform/RuntimeError.h"
 
 namespace talvora {
+namespace {
 
-ListItem::ListItem(ListItems& owner, std::string key, std::string text)
-    : owner_(owner), key_(std::move(key)), text_(std::move(text)) {}
+[[noreturn]] void outOfBounds() {
+    throw RuntimeError(35600, "Index out of bounds");
+}
+
+}  // namespace
+
+ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot)
+    : owner_(owner), slot_(slot), key_(std::move(key)), text_(std::move(text)) {}
 
 const std::string& ListItem::SubItems(std::size_t column) const {
     static const std::string none;
     return column >= 1 && column <= subItems_.size() ? subItems_[column - 1] : none;
 }
 
+int ListItem::Index() const {
+    return static_cast<int>(owner_.order_.rankOf(slot_));
+}
+
 void ListItem::changed() {
     owner_.RowChanged.raise(*this);
 }
 
+void ListItem::SetText(std::string text) {
+    if (text == text_) return;
+    text_ = std::move(text);
+    changed();
+}
+
 void ListItem::SetSmallIcon(int icon) {
+    if (icon < 0 || icon > owner_.images_) outOfBounds();
     if (std::exchange(smallIcon_, icon) != icon) changed();
 }
 
@@ -35,23 +53,54 @@ void ListItem::SetSubItem(std::size_t column, std::string text) {
 }
 
 ListItem& ListItems::Add(std::string key, std::string text) {
-    rows_.push_back(std::unique_ptr<ListItem>(new ListItem(*this, std::move(key), std::move(text))));
+    ListItem& row = *slots_.emplace_back(new ListItem(*this, std::move(key), std::move(text), slots_.size()));
+    order_.append();
     RowInserted.raise(Count());
-    return *rows_.back();
+    return row;
+}
+
+void ListItems::Remove(const ListItem& row) {
+    if (row.slot_ >= slots_.size() || slots_[row.slot_].get() != &row) outOfBounds();
+    const int index = row.Index();
+    const std::unique_ptr<ListItem> removed = std::move(slots_[row.slot_]);
+    order_.vacate(row.slot_);
+    if (slots_.size() > 2 * order_.taken() + 16) closeHoles();
+    RowRemoved.raise(index, *removed);
+}
+
+// Done once in as many removals as there are rows, so that it costs none of them.
+void ListItems::closeHoles() {
+    std::erase(slots_, nullptr);
+    order_.clear();
+    for (std::size_t slot = 0; slot < slots_.size(); ++slot) {
+        slots_[slot]->slot_ = slot;
+        order_.append();
+    }
 }
 
 void ListItems::Clear() {
-    if (rows_.empty()) return;
+    if (Count() == 0) return;
     Cleared.raise();
-    rows_.clear();
+    order_.clear();
+    slots_.clear();
 }
 
 ListItem& ListItems::operator()(int index) const {
-    if (index < 1 || index > Count()) throw RuntimeError(35600, "Index out of bounds");
-    return *rows_[static_cast<std::size_t>(index) - 1];
+    if (index < 1 || index > Count()) outOfBounds();
+    return *slots_[order_.slotOf(static_cast<std::size_t>(index))];
 }
 
-ListView::ListView() : cleared_(ListItems.Cleared.connect([this] { SelectedItem = nullptr; })) {}
+ListView::ListView() {
+    on_ += ListItems.Cleared.connect([this] { SelectedItem = nullptr; });
+    on_ += ListItems.RowRemoved.connect([this](int, const ListItem& row) {
+        if (SelectedItem == &row) SelectedItem = nullptr;
+    });
+}
+
+void ListView::userClicks(ListItem& row) {
+    userSelects(row);
+    ItemClick.raise(row);
+}
 
 void ListView::userTicks(ListItem& row, bool checked) {
     if (row.Checked() == checked) return;

@@ -1,13 +1,16 @@
 #pragma once
 // The model of a list view: rows with an icon, sub-items and a check box. It tells its view which rows came,
-// changed or went, so that a list of ten thousand rows is never rebuilt for one.
+// changed or went, so that a list of ten thousand rows is never rebuilt for one. To reach, add or remove a
+// row costs hardly more in a long list than in a short one.
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/Property.h"
+#include "platform/RankTree.h"
 
 namespace talvora {
 
@@ -22,8 +25,14 @@ class ListItem {
     bool Checked() const { return checked_; }
     // Columns behind the first, counted from 1; an absent one is empty.
     const std::string& SubItems(std::size_t column) const;
+    // Which row of the list this is, counted from 1.
+    int Index() const;
 
+    // Neither is shown.
+    void SetKey(std::string key) { key_ = std::move(key); }
     void SetTag(std::string tag) { tag_ = std::move(tag); }
+    void SetText(std::string text);
+    // 0 is no icon. Faults with 35600 if the image list has no such image.
     void SetSmallIcon(int icon);
     // By code: raises no event of the list.
     void SetChecked(bool checked);
@@ -32,10 +41,11 @@ class ListItem {
   private:
     friend class ListItems;
     friend class ListView;
-    ListItem(ListItems& owner, std::string key, std::string text);
+    ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot);
     void changed();
 
     ListItems& owner_;
+    std::size_t slot_;
     std::string key_;
     std::string text_;
     std::string tag_;
@@ -48,18 +58,27 @@ class ListItem {
 class ListItems {
   public:
     ListItem& Add(std::string key, std::string text);
+    // Faults with 35600 if the row is not in the list.
+    void Remove(const ListItem& row);
     void Clear();
-    int Count() const { return static_cast<int>(rows_.size()); }
+    int Count() const { return static_cast<int>(order_.taken()); }
     // Faults with 35600 if there is no such row.
     ListItem& operator()(int index) const;
 
     Event<int> RowInserted;
     Event<const ListItem&> RowChanged;
+    // Where the row stood; it is out of the list, but lives until all handlers have returned.
+    Event<int, const ListItem&> RowRemoved;
     Event<> Cleared;
 
   private:
     friend class ListItem;
-    std::vector<std::unique_ptr<ListItem>> rows_;
+    friend class ListView;
+    void closeHoles();
+
+    std::vector<std::unique_ptr<ListItem>> slots_;  // in order, with holes where rows went
+    RankTree order_;
+    int images_ = std::numeric_limits<int>::max();
 };
 
 class ListView {
@@ -67,17 +86,25 @@ class ListView {
     talvora::ListItems ListItems;
     ListItem* SelectedItem = nullptr;  // nothing while no row is selected
 
+    Event<ListItem&> ItemClick;
     Event<ListItem&> ItemCheck;  // the user ticked or unticked a row
     Event<> DblClick;            // on the selected row
+    // Button 1 is the left, 2 the right, 4 the middle one; Shift adds up 1 Shift, 2 Ctrl and 4 Alt; X and Y
+    // are pixels from the list's upper left corner.
+    Event<int, int, int, int> MouseUp;
+
+    // How many images the list's image list has; as many as one likes unless it is told.
+    void SetSmallIcons(int images) { ListItems.images_ = images; }
 
     // What the user's hands do.
     void userSelects(ListItem& row) { SelectedItem = &row; }
+    void userClicks(ListItem& row);
     void userTicks(ListItem& row, bool checked);
 
     ListView();
 
   private:
-    Subscription cleared_;
+    Subscriptions on_;
 };
 
 }  // namespace talvora

@@ -73,6 +73,8 @@ TEST(ListView, TellsWhichRowsCameChangedAndWentAndRaisesNothingForCode) {
     Subscriptions on;
     on += list.ListItems.RowInserted.connect([&](int index) { told += "+" + std::to_string(index); });
     on += list.ListItems.RowChanged.connect([&](const ListItem& row) { told += "~" + row.Text(); });
+    on += list.ListItems.RowRemoved.connect(
+        [&](int index, const ListItem& gone) { told += "-" + std::to_string(index) + gone.Text(); });
     on += list.ListItems.Cleared.connect([&] { told += "!"; });
     on += list.ItemCheck.connect([&](ListItem& row) { told += "?" + row.Text(); });
     ListItem& row = list.ListItems.Add("", "a");
@@ -81,9 +83,16 @@ TEST(ListView, TellsWhichRowsCameChangedAndWentAndRaisesNothingForCode) {
     row.SetSubItem(2, "x");
     list.userTicks(row, true);
     list.userTicks(row, false);
+    ListItem& second = list.ListItems.Add("", "b");
+    second.SetText("c");
+    second.SetText("c");
     list.userSelects(row);
+    list.ListItems.Remove(row);
+    EXPECT_EQ(list.SelectedItem, nullptr);
+    EXPECT_EQ(second.Index(), 1);
+    list.userSelects(second);
     list.ListItems.Clear();
-    EXPECT_EQ(told, "+1~a~a~a?a!");
+    EXPECT_EQ(told, "+1~a~a~a?a+2~c-1a!");
     EXPECT_EQ(list.SelectedItem, nullptr);
     EXPECT_THROW(list.ListItems(1), RuntimeError);
 }

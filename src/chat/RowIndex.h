@@ -1,0 +1,36 @@
+#pragma once
+// Finds the rows of a list by a name, without regard to case. Several rows can have one name; the one that
+// stands first in the list is the one that is found.
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/ListView.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+class RowIndex {
+  public:
+    // Nothing if no row has the name.
+    ListItem* find(std::string_view name) const;
+    void enter(std::string_view name, ListItem& row);
+    // While the row is still in its list.
+    void leave(std::string_view name, const ListItem& row);
+    // Also of a row that is no more; it is compared only as an address.
+    bool holds(std::string_view name, const ListItem& row) const;
+    void clear() { rows_.clear(); }
+
+  private:
+    // In the list's order. A second row is rare and kept apart, so that the first needs no memory of its own.
+    struct Rows {
+        ListItem* first = nullptr;
+        std::vector<ListItem*> others;
+    };
+
+    std::unordered_map<std::string, Rows, TextHash, TextEqual> rows_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,78 @@
+#pragma once
+// The list of users in a chat window and in the main window: a row a user, keyed by the nick with its state,
+// showing the bare nick and the state in words, and standing for all channels in which the user is met. A row
+// keeps the description that it was given.
+//
+// All look-ups are without regard to case, and of rows of the same name the first one counts. They cost the
+// same however long the list is.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "chat/RowIndex.h"
+#include "chat/modNickDecode.h"
+#include "platform/ListView.h"
+
+namespace talvora {
+
+class UserList {
+  public:
+    using Text = const std::string&;
+
+    // The images of the states that come with the control, counted from 1.
+    static constexpr int StateImages = 8;
+
+    UserList(GlobError& globError, modNickDecode& nickDecode);
+
+    // Its rows are changed by the operations below alone. `Tag` holds the row's channels, each followed by
+    // "|".
+    ListView ListView1;
+    std::string SelectedNick;  // the key of the row last clicked
+
+    // Each with the row's key; the position is the list's with one pixel added.
+    Event<Text> Click;
+    Event<Text> DblClick;
+    Event<Text, int, int, int, int> MouseUp;  // Nickname, Button, Shift, X, Y
+
+    // One status mark in front of the nick is taken off.
+    void Add(Text Nick, Text Channel);
+    // Whatever channels the row stands for.
+    void Remove(Text Nick);
+    // Takes the channel out of the row, as plain text: that of "#a" cuts the end of "##a" too. A row without
+    // a channel goes.
+    void Part(Text Nick, Text Channel);
+    void Rename(Text OldNick, Text NewNick);
+    // The same for a user whose state may have changed meanwhile. True if a row was changed.
+    bool MatchRename(Text OldNick, Text NewNick);
+    void ListNames(const std::vector<std::string>& Names, Text Channel);
+    void MergeNames(const std::vector<std::string>& Names, Text Channel);
+    void Clear();
+    // The number of the row, counted from 1, or 0. A row beyond what 16 bits count is an overflow here and
+    // for nobody else.
+    std::int16_t GetUser(Text Nick);
+
+  private:
+    struct Shown {
+        std::string text;
+        int icon;
+    };
+    Shown shownFor(Text nick);
+    void enter(ListItem& row);
+    void leave(const ListItem& row);
+    void remove(const ListItem& row);
+    void clear();
+    bool appended(Text nick, Text entry);
+    void setIcon(Trap& step, Text key, ListItem& row, int icon);
+    void rename(Trap& step, const RowIndex& index, Text oldName, Text newNick, bool& changed);
+    void ListView1_ItemClick(const ListItem& row);
+    void ListView1_MouseUp(int button, int shift, int x, int y);
+
+    GlobError& globError_;
+    modNickDecode& nickDecode_;
+    RowIndex byKey_;
+    RowIndex byBareNick_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora
