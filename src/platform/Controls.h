@@ -31,6 +31,30 @@ class Image {
     Event<> Click;
 };
 
+// A box that text is typed in. Code and hands set `Text` alike; its `Changed` is the control's Change.
+class TextBox {
+  public:
+    Property<std::string> Text;
+    // The caret, and how much is selected behind it, in characters.
+    Property<std::size_t> SelStart;
+    Property<std::size_t> SelLength;
+
+    // A key that is about to be typed; a handler sets it to 0 to discard it.
+    Event<int&> KeyPress;
+    // The box has been given the keyboard.
+    Event<> GotFocus;
+    void SetFocus() { GotFocus.raise(); }
+
+    // What the user's hands do.
+    void userPresses(int key) { KeyPress.raise(key); }
+};
+
+namespace Key {
+inline constexpr int Return = 13;
+inline constexpr int LineFeed = 10;  // what Ctrl+Enter types
+inline constexpr int Escape = 27;
+}  // namespace Key
+
 class Menu {
   public:
     Property<std::string> Caption;

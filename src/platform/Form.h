@@ -8,6 +8,10 @@
 
 namespace talvora {
 
+class Menu;
+
+enum class FormState { Normal, Minimized };
+
 // Who asks a form to close.
 enum class CloseReason { UserClosesBox, Code };
 
@@ -23,6 +27,8 @@ class Form {
     Property<int> Width{0};
     Property<int> Height{0};
 
+    Property<FormState> WindowState{FormState::Normal};
+
     void Show() { Visible = true; }
     void Hide() { Visible = false; }
 
@@ -30,6 +36,9 @@ class Form {
     bool Unload(CloseReason reason = CloseReason::Code);
     bool IsUnloaded() const { return unloaded_; }
     Event<> Unloaded;
+
+    // A menu of the form is to open at the pointer.
+    Event<Menu&> PopupMenu;
 
   protected:
     // Sets `cancel` to keep the form.

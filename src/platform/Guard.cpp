@@ -18,6 +18,11 @@ RuntimeError CurrentFault() {
     }
 }
 
+void Guard::runWaiting() {
+    const auto calls = std::exchange(waiting_, {});
+    for (const auto& call : calls) run("Deferred call", call);
+}
+
 void Guard::stray(const char* where) noexcept {
     try {
         const RuntimeError error = CurrentFault();

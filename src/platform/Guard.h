@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/RuntimeError.h"
 
@@ -22,15 +23,25 @@ class Guard {
 
     template <class Call>
     void run(const char* where, Call&& call) {
+        ++depth_;
         try {
             std::forward<Call>(call)();
         } catch (...) {
             stray(where);
         }
+        if (--depth_ == 0 && !waiting_.empty()) runWaiting();
     }
+
+    // Runs `call` at the end of the outermost callback, when no handler of the component is on the stack any
+    // more: the place to destroy what a running handler may still stand in.
+    void WhenIdle(std::function<void()> call) { waiting_.push_back(std::move(call)); }
 
   private:
     void stray(const char* where) noexcept;
+    void runWaiting();
+
+    int depth_ = 0;  // callbacks on the stack; a question or a pump nests them
+    std::vector<std::function<void()>> waiting_;
 };
 
 }  // namespace talvora

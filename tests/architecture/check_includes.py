@@ -12,6 +12,7 @@ CORE = {
     "irc": {"irc", "host/common", "platform"},
     "host/profile": {"host/profile", "irc/wire", "host/common", "platform"},
     "chat": {"chat", "host/common", "platform"},
+    "extensions": {"extensions", "host/common", "platform"},
     "session": {"session", "irc", "chat", "host/common", "platform"},
     "host": {"host", "host/common", "host/profile", "session", "irc", "irc/wire", "chat", "platform"},
     "host/plugin": {"host"},
