@@ -50,7 +50,7 @@ void talk(IRCWin& window) {
     says(
         "<Eleni> \0034,8 red on yellow \003 \0030,2 white on blue \003\0031,0 and \0033green\017 back to "
         "normal");
-    own("<Maria> (K) (L) :-P ;-) and a code in the middle :-) of a line, twice :-) ");
+    own("<Maria> (rose) <3 :-P ;-) and a code in the middle :-) of a line, twice :-) ");
     window.AddIRCLine("A plug-in tells this.", colors.PluginForeColor, colors.PluginBackColor);
     window.AddIRCLine("* Eleni waves", colors.ActionForeColor, colors.ActionBackColor);
 }
