@@ -2,6 +2,7 @@
 // Models of the simple controls of a form: values plus change notices. They know no toolkit; a view binds
 // them.
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -63,6 +64,33 @@ class Menu {
     Property<bool> Enabled{true};
     Property<bool> Checked{false};
     Event<> Click;
+};
+
+// `Change` follows every new value that code sets; while the user drags it is `Scroll`, and `Change` comes
+// when he lets go.
+class VScrollBar {
+  public:
+    VScrollBar() {
+        own_ = Value.Changed.connect([this](int) { (dragged_ ? Scroll : Change).raise(); });
+    }
+
+    Property<int> Min{0};
+    Property<int> Max{32767};
+    Property<int> Value{0};
+    Property<bool> Enabled{true};
+    Event<> Change;
+    Event<> Scroll;
+
+    void userDrags(int value) {
+        dragged_ = true;
+        Value = std::clamp(value, Min.get(), std::max(Min.get(), Max.get()));
+        dragged_ = false;
+    }
+    void userLetsGo() { Change.raise(); }
+
+  private:
+    bool dragged_ = false;
+    Subscription own_;
 };
 
 // Controls of one name told apart by an index, which come and go while the form lives.

@@ -3,8 +3,10 @@
 // belongs to it alone: two components in one process have two platforms, perhaps on one loop.
 
 #include <memory>
+#include <string>
 
 #include "platform/Clock.h"
+#include "platform/Event.h"
 #include "platform/Guard.h"
 #include "platform/Loop.h"
 #include "platform/Questions.h"
@@ -13,7 +15,9 @@
 
 namespace talvora {
 
+class Clipboard;
 class Files;
+class Form;
 
 // Makes sockets.
 class Network {
@@ -28,13 +32,22 @@ class Network {
     virtual std::unique_ptr<SocketDriver> CreateSocket(const Security& security) = 0;
 };
 
-// What the desktop tells about itself.
+// What the desktop tells about itself, and what it does for its programs.
 class Desktop {
   public:
     virtual ~Desktop() = default;
     // In twips, 1440 to the inch.
     virtual int ScreenWidth() const = 0;
     virtual int ScreenHeight() const = 0;
+
+    // The form in whose window the user is working; nothing while that is a window of another program.
+    virtual const Form* ForegroundWindow() const = 0;
+    Event<> ForegroundChanged;
+
+    virtual Clipboard& TheClipboard() = 0;
+    // Hands a link to the default browser, as an argument of its own and never by a shell. Fault 5 for a link
+    // other than http, https and ftp, and if no browser can be started.
+    virtual void Open(const std::string& url) = 0;
 };
 
 struct Platform {

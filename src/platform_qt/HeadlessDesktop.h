@@ -1,7 +1,10 @@
 #pragma once
-// The desktop of a program without a screen: one of 1024 x 768 pixels, 15 twips a pixel.
+// The desktop of a program without a screen: one of 1024 x 768 pixels, 15 twips a pixel, where nobody looks
+// at a window and no browser can be started.
 
+#include "platform/MemoryClipboard.h"
 #include "platform/Platform.h"
+#include "platform/RuntimeError.h"
 
 namespace talvora {
 
@@ -9,6 +12,12 @@ class HeadlessDesktop final : public Desktop {
   public:
     int ScreenWidth() const override { return 1024 * 15; }
     int ScreenHeight() const override { return 768 * 15; }
+    const Form* ForegroundWindow() const override { return nullptr; }
+    Clipboard& TheClipboard() override { return clipboard_; }
+    void Open(const std::string&) override { throw RuntimeError(Fault::InvalidProcedureCall); }
+
+  private:
+    MemoryClipboard clipboard_;
 };
 
 }  // namespace talvora

@@ -7,18 +7,21 @@ import sys
 
 CORE = {
     "platform": {"platform"},
+    "platform/rich": {"platform/rich", "platform"},
     "host/common": {"host/common", "platform"},
     "irc/wire": {"irc/wire", "platform"},
     "irc": {"irc", "host/common", "platform"},
     "host/profile": {"host/profile", "irc/wire", "host/common", "platform"},
-    "chat": {"chat", "host/common", "platform"},
     "extensions": {"extensions", "host/common", "platform"},
+    "chat": {"chat", "extensions", "host/common", "platform/rich", "platform"},
+    "notify": {"notify", "chat", "host/common", "platform/rich", "platform"},
     "session": {"session", "irc", "chat", "host/common", "platform"},
     "host": {"host", "host/common", "host/profile", "session", "irc", "irc/wire", "chat", "platform"},
     "host/plugin": {"host"},
 }
 ABOVE = {
     "platform_qt": {"platform_qt", "platform"},
+    "desktop": {"desktop", "chat", "host/common", "platform_qt", "platform/rich", "platform"},
     "gate": {"gate", "host/common", "platform_qt", "platform"},
     "orrery": {"orrery", "gate", "host/common", "host/profile", "platform_qt", "platform"},
 }

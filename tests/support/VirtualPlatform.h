@@ -3,6 +3,7 @@
 // network that several components may share.
 
 #include "platform/Files.h"
+#include "platform/MemoryClipboard.h"
 #include "platform/Platform.h"
 #include "support/MemoryDisk.h"
 #include "support/MemorySettings.h"
@@ -28,10 +29,29 @@ class VirtualClock final : public Clock {
     VirtualTime& time_;
 };
 
+// A desktop that does as it is told, and remembers the links that it was given.
 class VirtualScreen final : public Desktop {
   public:
     int ScreenWidth() const override { return 15360; }
     int ScreenHeight() const override { return 11520; }
+    const Form* ForegroundWindow() const override { return foreground_; }
+    Clipboard& TheClipboard() override { return clipboard; }
+    void Open(const std::string& url) override {
+        if (!hasBrowser) throw RuntimeError(Fault::InvalidProcedureCall);
+        opened.push_back(url);
+    }
+
+    void works(const Form* form) {
+        foreground_ = form;
+        ForegroundChanged.raise();
+    }
+
+    MemoryClipboard clipboard;
+    bool hasBrowser = true;
+    std::vector<std::string> opened;
+
+  private:
+    const Form* foreground_ = nullptr;
 };
 
 struct VirtualPlatform {

@@ -18,7 +18,7 @@ namespace talvora {
 struct NetworkProfile;
 
 // Raised with every change of what stands in this header or is reached from it.
-constexpr int HostPluginVersion = 1;
+constexpr int HostPluginVersion = 2;
 
 struct HostServices {
     Platform& ThePlatform;          // outlives the plug-in, and is its alone

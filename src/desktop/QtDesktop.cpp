@@ -1,0 +1,101 @@
+#include "desktop/QtDesktop.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QProcess>
+#include <QScreen>
+#include <QStandardPaths>
+#include <QUrl>
+#include <QWindow>
+#include <algorithm>
+
+#include "desktop/QtText.h"
+#include "platform/RuntimeError.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr int kTwipsPerInch = 1440;
+constexpr int kInch = 96;  // of the pixels that the system counts in
+constexpr std::size_t kMaxLink = 8192;
+
+}  // namespace
+
+bool isOpenableLink(const std::string& url) {
+    if (url.size() > kMaxLink) return false;
+    const auto isControl = [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte <= ' ' || (byte >= 0x7F && byte <= 0x9F);
+    };
+    if (std::any_of(url.begin(), url.end(), isControl)) return false;
+    const std::string lower = LCase(url);
+    for (const std::string_view scheme : {"http://", "https://", "ftp://"}) {
+        if (lower.starts_with(scheme) && url.size() > scheme.size()) return true;
+    }
+    return false;
+}
+
+QtDesktop::QtDesktop(Guard& guard) : guard_(guard) {
+    focus_ =
+        QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, qGuiApp, [this] { focusMoved(); });
+}
+
+QtDesktop::~QtDesktop() {
+    QObject::disconnect(focus_);
+}
+
+void QtDesktop::Register(const Form& form, QWidget& window) {
+    Forget(form);
+    std::erase_if(shown_, [](const Shown& one) { return one.Window.isNull(); });
+    shown_.push_back({&form, &window});
+    focusMoved();
+}
+
+void QtDesktop::Forget(const Form& form) {
+    std::erase_if(shown_, [&](const Shown& one) { return one.What == &form; });
+    if (foreground_ == &form) foreground_ = nullptr;
+}
+
+int QtDesktop::ScreenWidth() const {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->size().width() * kTwipsPerInch / kInch : 0;
+}
+
+int QtDesktop::ScreenHeight() const {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->size().height() * kTwipsPerInch / kInch : 0;
+}
+
+const Form* QtDesktop::ForegroundWindow() const {
+    const QWidget* active = QApplication::activeWindow();
+    // A menu or a box in front of a window counts as that window.
+    for (; active != nullptr; active = active->parentWidget() ? active->parentWidget()->window() : nullptr) {
+        const auto found = std::find_if(shown_.begin(), shown_.end(), [&](const Shown& one) {
+            return !one.Window.isNull() && one.Window->window() == active;
+        });
+        if (found != shown_.end()) return found->What;
+    }
+    return nullptr;
+}
+
+void QtDesktop::focusMoved() {
+    const Form* now = ForegroundWindow();
+    if (now == foreground_) return;
+    foreground_ = now;
+    guard_.run("ForegroundChanged", [this] { ForegroundChanged.raise(); });
+}
+
+void QtDesktop::Open(const std::string& url) {
+    if (!isOpenableLink(url)) throw RuntimeError(Fault::InvalidProcedureCall);
+    const QUrl link(toQString(url), QUrl::TolerantMode);
+    if (!link.isValid()) throw RuntimeError(Fault::InvalidProcedureCall);
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    const QString text = QString::fromLatin1(link.toEncoded());
+    const bool started =
+        opener.isEmpty() ? QDesktopServices::openUrl(link) : QProcess::startDetached(opener, {text});
+    if (!started) throw RuntimeError(Fault::InvalidProcedureCall);
+}
+
+}  // namespace talvora

@@ -1,0 +1,51 @@
+#pragma once
+// The desktop of a person at a screen: which of the component's windows is worked in, the clipboard, and
+// links for the browser. Needs a QGuiApplication, which outlives it.
+
+#include <QMetaObject>
+#include <QPointer>
+#include <QWidget>
+#include <vector>
+
+#include "desktop/QtClipboard.h"
+#include "platform/Platform.h"
+
+namespace talvora {
+
+class QtDesktop final : public Desktop {
+  public:
+    // `guard` takes faults of those who hear ForegroundChanged, and outlives the desktop.
+    explicit QtDesktop(Guard& guard);
+    QtDesktop(const QtDesktop&) = delete;
+    QtDesktop& operator=(const QtDesktop&) = delete;
+    ~QtDesktop() override;
+
+    // The window that shows a form, until either ends. A view says so once.
+    void Register(const Form& form, QWidget& window);
+    void Forget(const Form& form);
+
+    int ScreenWidth() const override;
+    int ScreenHeight() const override;
+    const Form* ForegroundWindow() const override;
+    Clipboard& TheClipboard() override { return clipboard_; }
+    void Open(const std::string& url) override;
+
+  private:
+    struct Shown {
+        const Form* What;
+        QPointer<QWidget> Window;
+    };
+
+    void focusMoved();
+
+    Guard& guard_;
+    QtClipboard clipboard_;
+    std::vector<Shown> shown_;
+    const Form* foreground_ = nullptr;
+    QMetaObject::Connection focus_;
+};
+
+// Whether a link may be handed to a browser: http, https or ftp, and nothing in it that isn't text.
+bool isOpenableLink(const std::string& url);
+
+}  // namespace talvora
