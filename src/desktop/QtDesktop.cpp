@@ -20,6 +20,7 @@ namespace {
 constexpr int kTwipsPerInch = 1440;
 constexpr int kInch = 96;  // of the pixels that the system counts in
 constexpr std::size_t kMaxLink = 8192;
+constexpr int kBetweenBeeps = 500;  // milliseconds
 
 }  // namespace
 
@@ -78,6 +79,39 @@ const Form* QtDesktop::ForegroundWindow() const {
         if (found != shown_.end()) return found->What;
     }
     return nullptr;
+}
+
+QWidget* QtDesktop::windowOf(const Form& form) const {
+    const auto found = std::find_if(shown_.begin(), shown_.end(), [&](const Shown& one) {
+        return one.What == &form && !one.Window.isNull();
+    });
+    return found != shown_.end() ? found->Window->window() : nullptr;
+}
+
+void QtDesktop::SetForegroundWindow(Form& form) {
+    QWidget* window = windowOf(form);
+    if (window == nullptr) return;
+    window->raise();
+    window->activateWindow();
+}
+
+void QtDesktop::SetTopMost(Form& form, bool onTop) {
+    QWidget* window = windowOf(form);
+    if (window == nullptr) return;
+    const bool visible = window->isVisible();
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    if (visible) window->show();
+}
+
+void QtDesktop::FlashWindow(Form& form, bool invert) {
+    QWidget* window = windowOf(form);
+    if (window != nullptr && invert) QApplication::alert(window);
+}
+
+void QtDesktop::Beep() {
+    if (lastBeep_.isValid() && lastBeep_.elapsed() < kBetweenBeeps) return;
+    lastBeep_.start();
+    QApplication::beep();
 }
 
 void QtDesktop::focusMoved() {

@@ -2,6 +2,7 @@
 // The desktop of a person at a screen: which of the component's windows is worked in, the clipboard, and
 // links for the browser. Needs a QGuiApplication, which outlives it.
 
+#include <QElapsedTimer>
 #include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
@@ -27,6 +28,10 @@ class QtDesktop final : public Desktop {
     int ScreenWidth() const override;
     int ScreenHeight() const override;
     const Form* ForegroundWindow() const override;
+    void SetForegroundWindow(Form& form) override;
+    void SetTopMost(Form& form, bool onTop) override;
+    void FlashWindow(Form& form, bool invert) override;
+    void Beep() override;
     Clipboard& TheClipboard() override { return clipboard_; }
     void Open(const std::string& url) override;
 
@@ -37,12 +42,14 @@ class QtDesktop final : public Desktop {
     };
 
     void focusMoved();
+    QWidget* windowOf(const Form& form) const;
 
     Guard& guard_;
     QtClipboard clipboard_;
     std::vector<Shown> shown_;
     const Form* foreground_ = nullptr;
     QMetaObject::Connection focus_;
+    QElapsedTimer lastBeep_;
 };
 
 // Whether a link may be handed to a browser: http, https or ftp, and nothing in it that isn't text.

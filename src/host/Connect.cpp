@@ -12,7 +12,9 @@ Connect::Connect(const HostServices& services)
     : services_(services),
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
-      gate_(settings_) {
+      gate_(settings_),
+      chats_(services.ThePlatform, globError_, settings_, gate_) {
+    chats_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -92,6 +94,7 @@ void Connect::startUp() {
         account_.gSettingsChanged = true;
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
+        chats_.LoadTables(step);
         step([&] { loadMainWindow(); });
         gStarted = true;
     });
@@ -113,8 +116,10 @@ void Connect::loadMainWindow() {
     // Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
     if (MainWindow() == nullptr) {
         const Form1::Surroundings around{
-            services_.ThePlatform, globError_, settings_, gate_, account_, random_, handovers_};
+            services_.ThePlatform, globError_, settings_,     gate_, account_, random_,
+            chats_.Nicks,          handovers_, &chats_.Tables};
         form1_ = std::make_unique<Form1>(around, ircSocket());
+        chats_.Attach(form1_.get());
     }
     form1_->SetMailInterval(CInt(Val(minutes)));
     form1_->Form_Load();
@@ -145,6 +150,7 @@ void Connect::Class_Terminate() {
         if (text.empty()) text = "Bye bye!";
         form1_->IRCServ1.Disconnect(text);
         form1_->Unload();
+        chats_.UnloadAll();
     });
 }
 

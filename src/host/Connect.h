@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "host/ChatDesk.h"
 #include "host/common/GlobError.h"
 #include "host/common/HostGate.h"
 #include "host/common/HostPlugin.h"
@@ -30,6 +31,7 @@ class Connect final : public HostPlugin {
     bool Started() const { return gStarted; }
     // The main window; nothing before message 1 and after the end.
     Form1* MainWindow() const;
+    ChatDesk& Chats() { return chats_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -47,6 +49,7 @@ class Connect final : public HostPlugin {
     HostGate gate_;
     Random random_;
     Account account_;
+    ChatDesk chats_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     std::unique_ptr<Form1> form1_;

@@ -32,6 +32,22 @@ class Image {
     Event<> Click;
 };
 
+// Setting `Value` and ticking it by hand both raise Click, if it differs.
+class CheckBox {
+  public:
+    explicit CheckBox(bool value = false) : Value(value) {
+        own_ = Value.Changed.connect([this](const bool&) { Click.raise(); });
+    }
+
+    Property<std::string> Caption;
+    Property<bool> Value;
+    Property<bool> Visible{true};
+    Event<> Click;
+
+  private:
+    Subscription own_;
+};
+
 // A box that text is typed in. Code and hands set `Text` alike; its `Changed` is the control's Change.
 class TextBox {
   public:

@@ -18,6 +18,7 @@ namespace talvora {
 class Clipboard;
 class Files;
 class Form;
+class PluginLibraries;
 
 // Makes sockets.
 class Network {
@@ -43,6 +44,13 @@ class Desktop {
     // The form in whose window the user is working; nothing while that is a window of another program.
     virtual const Form* ForegroundWindow() const = 0;
     Event<> ForegroundChanged;
+    virtual void SetForegroundWindow(Form& form) = 0;
+    // Keeps the form above all others, or no longer.
+    virtual void SetTopMost(Form& form, bool onTop) = 0;
+    // Calls for attention in the task bar, or stops it.
+    virtual void FlashWindow(Form& form, bool invert) = 0;
+    // However often it is called, it is no noise that a person could not bear.
+    virtual void Beep() = 0;
 
     virtual Clipboard& TheClipboard() = 0;
     // Hands a link to the default browser, as an argument of its own and never by a shell. Fault 5 for a link
@@ -58,6 +66,8 @@ struct Platform {
     Files& ProgramFiles;
     SettingsStore& Settings;
     Desktop& Screen;
+    // The user's own plug-ins of the chat windows; null if they are not to be looked for.
+    PluginLibraries* Libraries = nullptr;
     Guard Guarded{};
 };
 

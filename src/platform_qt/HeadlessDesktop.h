@@ -13,6 +13,10 @@ class HeadlessDesktop final : public Desktop {
     int ScreenWidth() const override { return 1024 * 15; }
     int ScreenHeight() const override { return 768 * 15; }
     const Form* ForegroundWindow() const override { return nullptr; }
+    void SetForegroundWindow(Form&) override {}
+    void SetTopMost(Form&, bool) override {}
+    void FlashWindow(Form&, bool) override {}
+    void Beep() override {}
     Clipboard& TheClipboard() override { return clipboard_; }
     void Open(const std::string&) override { throw RuntimeError(Fault::InvalidProcedureCall); }
 

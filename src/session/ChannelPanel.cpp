@@ -25,7 +25,7 @@ void appendEntry(std::string& list, const std::string& entry) {
 
 ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
                            IRCServ& engine, const Account& account, SessionPanel& session,
-                           const Handovers& to)
+                           UserList& userList1, const Handovers& to)
     : tmrRefreshUsers(platform, 5000),
       tmrDisplayKeyChans(platform, 5000),
       platform_(platform),
@@ -34,6 +34,7 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
       IRCServ1(engine),
       account_(account),
       session_(session),
+      UserList1(userList1),
       to_(to) {
     using Text = IRCServ::Text;
     on_ += IRCServ1.YouJoinChannel.connect([this](Text channel) { IRCServ1_YouJoinChannel(channel); });
@@ -63,7 +64,7 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
 
 void ChannelPanel::CreateChannelList(const std::string& list) {
     trapped(globError_, "CreateChannelList", [&](Trap& step) {
-        if (to_.Users != nullptr) to_.Users->Clear();
+        UserList1.Clear();
         redraw();
         step([&] { leaveOrAskNames(list); });
         step([&] { joinAll(list); });

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "chat/UserList.h"
 #include "host/common/Settings.h"
 #include "host/common/Trap.h"
 #include "irc/IRCServ.h"
@@ -20,7 +21,7 @@ namespace talvora {
 class ChannelPanel {
   public:
     ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
-                 const Account& account, SessionPanel& session, const Handovers& to);
+                 const Account& account, SessionPanel& session, UserList& userList1, const Handovers& to);
 
     ListView ListView2;  // one row a channel: name, users, topic; ticked if joined
     Menu popChanJoin;
@@ -62,6 +63,7 @@ class ChannelPanel {
     IRCServ& IRCServ1;
     const Account& account_;
     SessionPanel& session_;
+    UserList& UserList1;
     const Handovers& to_;
     std::string JoinedChans;
     StringArray ChanCache;     // the last list of the server, for redrawing

@@ -13,22 +13,30 @@ constexpr int DesignHeight = 9000;
 }  // namespace
 
 Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
-    : IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
+    : UserList1(around.Reporter, around.Nicks),
+      UserList3(around.Reporter, around.Nicks),
+      IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
       Session(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.To),
       Channels(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Session,
-               around.To),
-      Users(around.Reporter, IRCServ1, around.TheAccount, around.Gate, around.To),
-      Presence(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount),
+               UserList1, around.To),
+      Users(around.Reporter, IRCServ1, around.TheAccount, around.Gate, UserList1, around.To),
+      Presence(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Users,
+               UserList3),
       Texts(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.Gate, Presence,
             around.To),
       platform_(around.ThePlatform),
       globError_(around.Reporter),
       settings_(around.Settings),
-      account_(around.TheAccount) {
+      account_(around.TheAccount),
+      to_(around.To) {
     Caption = "Talvora";
     Width = DesignWidth;
     Height = DesignHeight;
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
+    on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
+    connectUserList(UserList1);
+    connectUserList(UserList3);
+    if (around.Windows != nullptr) Windows.emplace(around.ThePlatform, around.Reporter, *around.Windows);
 }
 
 void Form1::Form_Load() {
@@ -40,6 +48,16 @@ void Form1::Form_Load() {
             std::string(), [&] { return settings_.Get(Section::Settings, "ChanList", "#thessaloniki"); });
         Channels.CreateChannelList(channels);
         placeAtRightEdge();
+    });
+}
+
+void Form1::connectUserList(UserList& list) {
+    on_ += list.MouseUp.connect([this](const std::string& nick, int button, int, int, int) {
+        Presence.SelectedNick = nick;
+        if (button == 2) PopupMenu.raise(popUserList);
+    });
+    on_ += list.DblClick.connect([this](const std::string& nick) {
+        if (to_.Privates != nullptr) to_.Privates->StartPM(nick);
     });
 }
 

@@ -3,8 +3,10 @@
 // to panels of one subject each.
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "chat/UserList.h"
 #include "host/common/HostGate.h"
 #include "host/common/Settings.h"
 #include "host/common/Trap.h"
@@ -17,6 +19,7 @@
 #include "session/SessionPanel.h"
 #include "session/TextDispatch.h"
 #include "session/UsersPanel.h"
+#include "session/WindowsPanel.h"
 
 namespace talvora {
 
@@ -30,7 +33,10 @@ class Form1 final : public Form {
         HostGate& Gate;
         Account& TheAccount;
         Random& Chance;
+        modNickDecode& Nicks;
         const Handovers& To;
+        // The chat windows; without them the program has no list of windows.
+        ChatWindowTables* Windows = nullptr;
     };
 
     // `ircSocket` is what the engine speaks through.
@@ -43,12 +49,16 @@ class Form1 final : public Form {
     // Minutes between two checks of mail, as read at start-up.
     void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
 
+    UserList UserList1;  // the users of all joined channels
+    UserList UserList3;  // the ignored
     IRCServ IRCServ1;
     SessionPanel Session;
     ChannelPanel Channels;
     UsersPanel Users;
     PresencePanel Presence;
     TextDispatch Texts;
+    std::optional<WindowsPanel> Windows;
+    Menu popUserList;  // of a row in a user list
     Menu popULRefresh;
 
   protected:
@@ -57,12 +67,14 @@ class Form1 final : public Form {
     void Form_Unload() override;
 
   private:
+    void connectUserList(UserList& list);
     void placeAtRightEdge();
 
     Platform& platform_;
     GlobError& globError_;
     ComponentSettings& settings_;
     Account& account_;
+    const Handovers& to_;
     Subscriptions on_;
 };
 

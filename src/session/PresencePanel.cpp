@@ -1,5 +1,7 @@
 #include "session/PresencePanel.h"
 
+#include <algorithm>
+
 #include "chat/modNickDecode.h"
 #include "host/common/FlatList.h"
 #include "platform/Files.h"
@@ -16,15 +18,20 @@ constexpr char IgnoreSeparator = '@';
 }  // namespace
 
 PresencePanel::PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
-                             IRCServ& engine, const Account& account)
+                             IRCServ& engine, const Account& account, const UsersPanel& users,
+                             UserList& userList3)
     : imgState(OnlinePicture),
       platform_(platform),
       globError_(globError),
       settings_(settings),
       IRCServ1(engine),
-      account_(account) {
+      account_(account),
+      users_(users),
+      UserList3(userList3) {
     popStat.Load(0).Visible = false;  // the template
     on_ += popOnline.Click.connect([this] { popOnline_Click(); });
+    on_ += mnuIgnore.Click.connect([this] { mnuIgnore_Click(); });
+    on_ += mnuUnignore.Click.connect([this] { mnuUnignore_Click(); });
 }
 
 void PresencePanel::RefreshSettings() {
@@ -85,6 +92,43 @@ void PresencePanel::popStat_Click(int index) {
         IRCServ1.SetNickname(account_.gNickname + "[" + tag + "]");
         doNotDisturb_ = UCase(tag) == "DND";
     });
+}
+
+// ---- Ignored users
+
+void PresencePanel::mnuIgnore_Click() {
+    trapped(globError_, "mnuIgnore_Click", [&](Trap& step) {
+        if (IsIgnored(SelectedNick)) return;
+        gIgnoreList += TruncNick(SelectedNick) + IgnoreSeparator;
+        step([&] { settings_.Save(Section::Settings, "IgnoreList", gIgnoreList); });
+        RefreshIgnore();
+    });
+}
+
+// The nick is cut out as plain text, also from the end of a longer one.
+void PresencePanel::mnuUnignore_Click() {
+    trapped(globError_, "mnuUnignore_Click", [&](Trap& step) {
+        gIgnoreList = Replace(gIgnoreList, TruncNick(SelectedNick) + IgnoreSeparator, "");
+        step([&] { settings_.Save(Section::Settings, "IgnoreList", gIgnoreList); });
+        RefreshIgnore();
+    });
+}
+
+void PresencePanel::RefreshIgnore() {
+    trapped(globError_, "RefreshIgnore", [&](Trap& step) {
+        UserList3.Clear();
+        for (const std::string& entry : Split(gIgnoreList, "@")) {
+            if (entry.empty()) break;
+            step([&] { UserList3.Add(shownName(entry), "@friend"); });
+        }
+    });
+}
+
+std::string PresencePanel::shownName(const std::string& ignored) const {
+    const StringArray& bare = users_.OnlineNicks();
+    const auto found = std::ranges::find_if(bare, [&](const auto& nick) { return EqualText(nick, ignored); });
+    if (found == bare.end()) return ignored + "[Offline]";
+    return users_.OnlineRaw()[static_cast<std::size_t>(found - bare.begin())];
 }
 
 bool PresencePanel::IsIgnored(const std::string& nick) const {

@@ -4,23 +4,34 @@
 
 #include <string>
 
+#include "chat/UserList.h"
 #include "host/common/Settings.h"
 #include "host/common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "session/Account.h"
+#include "session/UsersPanel.h"
 
 namespace talvora {
 
 class PresencePanel {
   public:
     PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
-                  const Account& account);
+                  const Account& account, const UsersPanel& users, UserList& userList3);
 
     Menu popOnline;
     ControlArray<Menu> popStat;  // one entry a state: description, and in Tag its icon, "|" and its tag
     Image imgState;              // the picture of the state
     Label Label18;               // the name of the state
+
+    Menu mnuIgnore;
+    Menu mnuUnignore;
+
+    // The nick last picked in a user list; what the two menus act on.
+    std::string SelectedNick;
+
+    // Draws the list of ignored users, those on line with their state.
+    void RefreshIgnore();
 
     void popOnline_Click();
     void popStat_Click(int index);
@@ -34,6 +45,9 @@ class PresencePanel {
     bool IsIgnored(const std::string& nick) const;
 
   private:
+    void mnuIgnore_Click();
+    void mnuUnignore_Click();
+    std::string shownName(const std::string& ignored) const;
     void rebuildMenu();
     void loadState(int index, const std::string& line);
 
@@ -42,6 +56,8 @@ class PresencePanel {
     ComponentSettings& settings_;
     IRCServ& IRCServ1;
     const Account& account_;
+    const UsersPanel& users_;
+    UserList& UserList3;
     bool doNotDisturb_ = false;
     std::string gIgnoreList;  // bare nicks, each followed by "@"
     Subscriptions on_;

@@ -6,8 +6,8 @@
 namespace talvora {
 
 UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate,
-                       const Handovers& to)
-    : globError_(globError), IRCServ1(engine), account_(account), gate_(gate), to_(to) {
+                       UserList& userList1, const Handovers& to)
+    : globError_(globError), IRCServ1(engine), account_(account), gate_(gate), UserList1(userList1), to_(to) {
     on_ += IRCServ1.NamesReceived.connect(
         [this](Text channel, const StringArray& names) { IRCServ1_NamesReceived(channel, names); });
     on_ += IRCServ1.UserJoinChannel.connect(
@@ -28,8 +28,7 @@ UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, 
 void UsersPanel::IRCServ1_NamesReceived(Text channel, const StringArray& names) {
     trapped(globError_, "IRCServ1_NamesReceived", [&](Trap& step) {
         if (to_.Channels != nullptr) step([&] { to_.Channels->NamesChan(channel, names); });
-        if (to_.Users == nullptr) return;
-        for (const std::string& name : names) step([&] { to_.Users->Add(name, channel); });
+        step([&] { UserList1.MergeNames(names, channel); });
     });
 }
 
@@ -37,7 +36,7 @@ void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserJoinChannel", [&](Trap& step) {
         if (to_.Privates != nullptr) step([&] { to_.Privates->EnterPM(nick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->JoinChan(channel, nick); });
-        if (to_.Users != nullptr) step([&] { to_.Users->Add(nick, channel); });
+        step([&] { UserList1.Add(nick, channel); });
         step([&] { gate_.Broadcast(1008, HostArray{channel, nick}); });
     });
 }
@@ -45,14 +44,14 @@ void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
 void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserPartChannel", [&](Trap& step) {
         if (to_.Channels != nullptr) step([&] { to_.Channels->PartChan(channel, nick); });
-        if (to_.Users != nullptr) step([&] { to_.Users->Part(nick, channel); });
+        step([&] { UserList1.Part(nick, channel); });
         step([&] { gate_.Broadcast(1009, HostArray{channel, nick}); });
     });
 }
 
 void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
     trapped(globError_, "IRCServ1_UserQuit", [&](Trap& step) {
-        if (to_.Users != nullptr) step([&] { to_.Users->Remove(nick); });
+        step([&] { UserList1.Remove(nick); });
         if (to_.Privates != nullptr) step([&] { to_.Privates->QuitPM(nick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->QuitChan(nick); });
         step([&] { gate_.Broadcast(1010, HostArray{nick, message}); });
@@ -61,7 +60,7 @@ void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
 
 void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
     trapped(globError_, "IRCServ1_UserChangeNick", [&](Trap& step) {
-        if (to_.Users != nullptr) step([&] { to_.Users->Rename(oldNick, newNick); });
+        step([&] { UserList1.Rename(oldNick, newNick); });
         if (to_.Privates != nullptr) step([&] { to_.Privates->RenamePM(oldNick, newNick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->RenameChan(oldNick, newNick); });
         step([&] { gate_.Broadcast(1011, HostArray{oldNick, newNick}); });
@@ -79,6 +78,7 @@ void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
         onlineRaw_.clear();
         if (to_.Directory != nullptr) to_.Directory->Clear();
         for (const std::string& line : list) step([&] { enterOnline(line); });
+        OnlineChanged.raise();
         if (to_.Directory == nullptr) return;
         step([&] { to_.Directory->RefreshFriends(); });
         Label21.Caption = "Online: " + std::to_string(to_.Directory->Count());

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "chat/UserList.h"
 #include "host/common/HostGate.h"
 #include "host/common/Trap.h"
 #include "irc/IRCServ.h"
@@ -15,9 +16,13 @@ namespace talvora {
 
 class UsersPanel {
   public:
-    UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate, const Handovers& to);
+    UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate, UserList& userList1,
+               const Handovers& to);
 
     Label Label21;  // "Online:" and the number of users
+
+    // A WHO reply has been taken.
+    Event<> OnlineChanged;
 
     // The nicks of the last WHO reply, bare and as they came, side by side.
     const StringArray& OnlineNicks() const { return onlineNicks_; }
@@ -40,6 +45,7 @@ class UsersPanel {
     IRCServ& IRCServ1;
     Account& account_;
     HostGate& gate_;
+    UserList& UserList1;
     const Handovers& to_;
     StringArray onlineNicks_;
     StringArray onlineRaw_;

@@ -15,8 +15,8 @@ CORE = {
     "extensions": {"extensions", "host/common", "platform"},
     "chat": {"chat", "extensions", "host/common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "host/common", "platform/rich", "platform"},
-    "session": {"session", "irc", "chat", "host/common", "platform"},
-    "host": {"host", "host/common", "host/profile", "session", "irc", "irc/wire", "chat", "platform"},
+    "session": {"session", "irc", "notify", "chat", "host/common", "platform"},
+    "host": {"host", "host/common", "host/profile", "session", "irc", "irc/wire", "notify", "chat", "platform"},
     "host/plugin": {"host"},
 }
 ABOVE = {

@@ -163,6 +163,7 @@ TEST(Presence, ATableOfSixtyStatesGivesFiftyEntriesAndABadLineOneReport) {
 // ---- The channel panel
 
 struct Windows : KeyPrompt, NoteBox, ChannelWindows {
+    void JoinNew() override {}
     void ExecList(const std::string& list) override { told.push_back("keys " + list); }
     void Display(const std::string& text, const std::string& title, int) override {
         told.push_back(title + ": " + text);
@@ -223,8 +224,10 @@ class ChannelPanelTest : public testing::Test {
     Account account;
     Random random;
     Windows windows;
+    modNickDecode nicks{globError, around.files};
     Handovers to;
-    Form1 form{{around.platform, globError, settings, gate, account, random, to}, network.CreateSocket({})};
+    Form1 form{{around.platform, globError, settings, gate, account, random, nicks, to},
+               network.CreateSocket({})};
     ChannelPanel& panel = form.Channels;
     ListView& list = panel.ListView2;
 };

@@ -41,6 +41,11 @@ class VirtualScreen final : public Desktop {
         opened.push_back(url);
     }
 
+    void SetForegroundWindow(Form& form) override { works(&form); }
+    void SetTopMost(Form&, bool onTop) override { topMost += onTop ? 1 : 0; }
+    void FlashWindow(Form&, bool invert) override { flashes += invert ? 1 : 0; }
+    void Beep() override { ++beeps; }
+
     void works(const Form* form) {
         foreground_ = form;
         ForegroundChanged.raise();
@@ -48,6 +53,9 @@ class VirtualScreen final : public Desktop {
 
     MemoryClipboard clipboard;
     bool hasBrowser = true;
+    int beeps = 0;
+    int flashes = 0;
+    int topMost = 0;
     std::vector<std::string> opened;
 
   private:

@@ -42,6 +42,8 @@ Client::Client(VirtualTime& time, VirtualNetwork& network, const std::string& na
     profile.SysChanKey = "syskey";
     profile.Wire = WireProfile::plain();
     around.disk.put("System/perflix.lst", "DND|Do not disturb|5\r\n\r\naway|Away|4\r\n");
+    around.disk.put("System/emoticons.dat", "(sun):=:{\\i sun}\r\n");
+    around.disk.put("System/plugin.lst", "\r\n");
     around.settings.SaveSetting("Talvora", "Settings", "Nickname", nick);
     component = std::make_unique<Connect>(HostServices{around.platform, profile});
     component->Init(host, 1);

@@ -18,7 +18,7 @@ namespace talvora {
 struct NetworkProfile;
 
 // Raised with every change of what stands in this header or is reached from it.
-constexpr int HostPluginVersion = 2;
+constexpr int HostPluginVersion = 3;
 
 struct HostServices {
     Platform& ThePlatform;          // outlives the plug-in, and is its alone

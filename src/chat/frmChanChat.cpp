@@ -1,0 +1,239 @@
+#include "chat/frmChanChat.h"
+
+#include "chat/modChanWinManager.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
+    : ChatWindow(around),
+      UserList1(around.Reporter, around.Nicks),
+      Timer1(around.ThePlatform, 1000),
+      manager_(manager) {
+    mnuChkshow.Caption = "Show form on incoming messages";
+    mnuChkBeep.Caption = "Beep on incoming messages";
+    mnuChkFlash.Caption = "Flash on incoming messages";
+    mnuNoFocus.Caption = "Do not take focus";
+    mnuPopup.Caption = "Popup messages when hidden";
+    mnuTimeStamp.Caption = "Time stamp";
+    mnuPM.Caption = "Start Private &Chat";
+    mnuInfo.Caption = "&Info";
+    mnuCmd.Caption = "(No commands)";
+    mnuPart.Caption = "&Part channel";
+    mnuClose.Caption = "&Close window";
+    mnuHide.Caption = "&Hide window";
+    connectMenus();
+    connectUsers();
+    on_ += Timer1.Tick.connect([this] { around_.ThePlatform.Screen.FlashWindow(*this, true); });
+    Slots.InstallAll(around.Plugins.ChannelPlugins());
+}
+
+void frmChanChat::connectMenus() {
+    const auto section = Section::ChanSettings;
+    keepCheck(mnuChkshow, section, "Show_");
+    keepCheck(mnuChkBeep, section, "Beep_");
+    keepCheck(mnuChkFlash, section, "Flash_");
+    keepCheck(mnuNoFocus, section, "NoFocus_");
+    keepCheck(mnuPopup, section, "Popup_");
+    keepCheck(mnuTimeStamp, section, "TimeStamp_");
+    on_ += mnuPart.Click.connect([this] { leave(true); });
+    on_ += mnuClose.Click.connect([this] { leave(false); });
+}
+
+void frmChanChat::connectUsers() {
+    on_ += UserList1.DblClick.connect([this](const std::string& nick) {
+        if (around_.Privates != nullptr) around_.Privates->StartPM(nick);
+    });
+    on_ += UserList1.MouseUp.connect([this](const std::string& nick, int button, int, int, int) {
+        SelectedNick = nick;
+        if (button == 2) PopupMenu.raise(pop);
+    });
+    on_ += mnuPM.Click.connect([this] {
+        if (around_.Privates != nullptr) around_.Privates->StartPM(SelectedNick);
+    });
+    on_ += mnuInfo.Click.connect([this] { around_.Session.SendIRC("WHOIS " + SelectedNick); });
+}
+
+// ---- Start and end
+
+void frmChanChat::Start(const std::string& channel, bool) {
+    trapped(around_.Reporter, "Start", [&](Trap& step) {
+        ChannelName = ProperCase(channel);
+        Caption = "Talking in " + ChannelName;
+        showNote("*** You are now talking in " + ChannelName + " ***");
+        std::string line = "CON|" + channel;
+        Broadcast(line, -1);
+        WinIndex = manager_.RegisterChan(*this);
+        if (WinIndex < 0) {
+            Unload();
+            return;
+        }
+        Show();
+        step([&] { loadSettings(); });
+        step([&] { around_.Session.SendIRC("NAMES " + channel); });
+    });
+}
+
+void frmChanChat::loadSettings() {
+    const auto section = Section::ChanSettings;
+    loadCheck(mnuChkshow, section, "Show_", true);
+    loadCheck(mnuChkBeep, section, "Beep_", false);
+    loadCheck(mnuChkFlash, section, "Flash_", true);
+    loadCheck(mnuNoFocus, section, "NoFocus_", true);
+    loadCheck(mnuPopup, section, "Popup_", true);
+    loadCheck(mnuTimeStamp, section, "TimeStamp_", true);
+}
+
+void frmChanChat::Remove() {
+    trapped(around_.Reporter, "Remove", [&](Trap&) {
+        manager_.UnregisterChan(WinIndex);
+        Unload();
+    });
+}
+
+void frmChanChat::leave(bool part) {
+    trapped(around_.Reporter, part ? "mnuPart_Click" : "mnuClose_Click", [&](Trap& step) {
+        manager_.UnregisterChan(WinIndex);
+        if (part) step([&] { around_.Session.SendIRC("PART " + ChannelName); });
+        Unload();
+    });
+}
+
+void frmChanChat::Form_QueryUnload(bool& cancel, CloseReason reason) {
+    if (reason != CloseReason::UserClosesBox) return;
+    cancel = true;
+    Hide();
+}
+
+void frmChanChat::Form_Unload() {
+    Timer1.Enabled = false;
+    ChatWindow::Form_Unload();
+}
+
+// ---- What arrives
+
+void frmChanChat::PMArrived(const std::string& nick, const std::string& text, const std::string& command) {
+    trapped(around_.Reporter, "PMArrived", [&](Trap&) {
+        std::string author = "USR|" + nick;
+        Broadcast(author, -1);
+        std::string line = incomingLine(text, command);
+        Broadcast(line, -1);
+        if (isShown(command)) DisplayIRCCommand(line, nick);
+    });
+}
+
+void frmChanChat::DisplayIRCCommand(const std::string& data, const std::string& nick) {
+    trapped(around_.Reporter, "DisplayIRCCommand", [&](Trap& step) {
+        const std::string payload = payloadOf(data);
+        if (!payload.empty()) showSpeech(payload, nick);
+        // A line that a plug-in has emptied still calls the user.
+        step([&] { callAttention(); });
+    });
+}
+
+void frmChanChat::showSpeech(const std::string& payload, const std::string& nick) {
+    const ChatColors& colors = around_.Colors;
+    showSaid(nick, payload, colors.ChatForeColor, colors.ChatBackColor, colors.ActionForeColor,
+             colors.ActionBackColor);
+    LastText = nick + ": " + payload;
+    noteNews();
+    if (!HasFocus) tellHost(NoticeKind::ChannelText, ChannelName, ChannelName + ": " + LastText);
+    if (!mnuNoFocus.Checked) takeForeground();
+}
+
+bool frmChanChat::setting(const char* key, const char* byDefault) const {
+    return around_.Settings.Get(Section::ChanSettings, key + ChannelName, byDefault) == "T";
+}
+
+// The settings of the channel are read anew for each line.
+void frmChanChat::callAttention() {
+    if (setting("Show_", "T")) Show();
+    if (setting("Beep_", "F") && !HasFocus) around_.ThePlatform.Screen.Beep();
+    if (setting("Flash_", "T") && Visible && !HasFocus) Flash();
+    if (!setting("NoFocus_", "T")) {
+        Show();
+        takeForeground();
+    }
+}
+
+void frmChanChat::ShowPluginLine(const std::string& text) {
+    trapped(around_.Reporter, "ShowPluginLine", [&](Trap& step) {
+        step([&] { callAttention(); });
+        IRCWin1.AddIRCLine(text, around_.Colors.PluginForeColor, around_.Colors.PluginBackColor);
+        LastText = text;
+        noteNews();
+        if (!HasFocus) tellHost(NoticeKind::ChannelText, ChannelName, ChannelName + ": " + text);
+    });
+}
+
+void frmChanChat::SendData(const std::string& data) {
+    trapped(around_.Reporter, "SendData", [&](Trap& step) { step([&] { sendOn(ChannelName, data); }); });
+}
+
+// ---- Who comes and goes
+
+void frmChanChat::happened(const std::string& nick, const std::string& what, const std::string& lastText) {
+    showNote("*** User " + nick + what + " ***");
+    LastText = lastText;
+    noteNews();
+}
+
+void frmChanChat::UserJoin(const std::string& nick) {
+    trapped(around_.Reporter, "UserJoin", [&](Trap& step) {
+        step([&] { UserList1.Add(nick, ChannelName); });
+        happened(nick, " has joined this channel", "Join::" + nick);
+    });
+}
+
+void frmChanChat::UserLeft(const std::string& nick) {
+    trapped(around_.Reporter, "UserLeft", [&](Trap& step) {
+        step([&] { UserList1.Remove(nick); });
+        happened(nick, " has left this channel", "Part::" + nick);
+    });
+}
+
+void frmChanChat::UserQuit(const std::string& nick) {
+    trapped(around_.Reporter, "UserQuit", [&](Trap& step) {
+        step([&] { UserList1.Remove(nick); });
+        happened(nick, " has quited IRC", "Quit::" + nick);
+    });
+}
+
+void frmChanChat::UserRename(const std::string& oldNick, const std::string& newNick) {
+    trapped(around_.Reporter, "UserRename", [&](Trap& step) {
+        step([&] { UserList1.Rename(oldNick, newNick); });
+        happened(oldNick, " has changed to " + newNick, "Rename::" + oldNick + " -> " + newNick);
+    });
+}
+
+void frmChanChat::NamesRespond(const NameList& names) {
+    trapped(around_.Reporter, "NamesRespond", [&](Trap& step) {
+        step([&] { UserList1.Clear(); });
+        step([&] { UserList1.ListNames(names, ChannelName); });
+    });
+}
+
+// ---- Focus and flashing
+
+void frmChanChat::seen() {
+    if (!HasNews) return;
+    StopFlash();
+    around_.Session.RefreshWindows();
+}
+
+void frmChanChat::Flash() {
+    trapped(around_.Reporter, "Flash", [&](Trap&) {
+        Timer1.Enabled = true;
+        noteNews();
+    });
+}
+
+void frmChanChat::StopFlash() {
+    trapped(around_.Reporter, "StopFlash", [&](Trap& step) {
+        Timer1.Enabled = false;
+        step([&] { around_.ThePlatform.Screen.FlashWindow(*this, false); });
+        HasNews = false;
+    });
+}
+
+}  // namespace talvora

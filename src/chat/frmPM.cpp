@@ -1,0 +1,166 @@
+#include "chat/frmPM.h"
+
+#include "chat/modWinManager.h"
+#include "platform/Text.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr auto section = Section::PMSettings;
+
+}  // namespace
+
+frmPM::frmPM(ChatSurroundings& around, modWinManager& manager) : ChatWindow(around), manager_(manager) {
+    mnuPopup.Caption = "Popup messages when closed";
+    mnuNoFocus.Caption = "Do not take focus";
+    mnuTimeStamp.Caption = "Timestamp";
+    mnuStopPM.Caption = "&Stop Private chat";
+    mnuHide.Caption = "&Hide";
+    keepCheck(mnuPopup, section, "Popup_");
+    // Written under one key and read under another: each new window starts with the check set.
+    keepCheck(mnuNoFocus, section, "NoFocus_");
+    keepCheck(mnuTimeStamp, section, "TimeStamp_");
+    on_ += mnuStopPM.Click.connect([this] { stop(); });
+    Slots.InstallAll(around.Plugins.PrivatePlugins());
+}
+
+// ---- Start and end
+
+void frmPM::Start(const std::string& nick) {
+    trapped(around_.Reporter, "Start", [&](Trap& step) {
+        UserName = ProperCase(nick);
+        Caption = "Private chat with " + UserName;
+        showNote("*** You are now talking in private with user " + UserName + " ***");
+        offerName(nick);
+        WinIndex = manager_.RegisterPM(*this);
+        if (WinIndex < 0) {
+            Unload();
+            return;
+        }
+        Show();
+        step([&] { loadSettings(); });
+    });
+}
+
+void frmPM::loadSettings() {
+    loadCheck(mnuPopup, section, "Popup_", true);
+    loadCheck(mnuNoFocus, section, "Focus_", true);
+    loadCheck(mnuTimeStamp, section, "Timestamp_", true);
+}
+
+void frmPM::stop() {
+    trapped(around_.Reporter, "mnuStopPM_Click", [&](Trap&) {
+        manager_.UnregisterPM(WinIndex);
+        Unload();
+    });
+}
+
+void frmPM::Form_QueryUnload(bool& cancel, CloseReason reason) {
+    if (reason != CloseReason::UserClosesBox) return;
+    cancel = true;
+    if (around_.gHideInactive) {
+        Hide();
+        return;
+    }
+    // The question stands already.
+    if (asksToClose_) return;
+    MessageBox box{"This action will terminate your Personal Conversation. Do you want to minimize instead?",
+                   "Close", Buttons::YesNoCancel, MessageIcon::Question};
+    asksToClose_ = true;
+    const Answer answer = around_.ThePlatform.Asking.Ask(box);
+    asksToClose_ = false;
+    if (IsUnloaded()) return;
+    if (answer == Answer::Yes) WindowState = FormState::Minimized;
+    if (answer != Answer::No) return;
+    manager_.UnregisterPM(WinIndex);
+    cancel = false;
+}
+
+// ---- What arrives
+
+void frmPM::PMArrived(const std::string& text, const std::string& command) {
+    trapped(around_.Reporter, "PMArrived", [&](Trap&) {
+        std::string line = incomingLine(text, command);
+        Broadcast(line, -1);
+        if (isShown(command)) DisplayIRCCommand(line, UserName);
+        noteNews();
+    });
+}
+
+void frmPM::DisplayIRCCommand(const std::string& data, const std::string& nick) {
+    trapped(around_.Reporter, "DisplayIRCCommand", [&](Trap&) {
+        const std::string payload = payloadOf(data);
+        if (payload.empty()) return;
+        const ChatColors& colors = around_.Colors;
+        showSaid(nick, payload, colors.ChatForeColor, colors.ChatBackColor, colors.ActionForeColor,
+                 colors.ActionBackColor);
+        arrived(withoutActionMark(payload));
+    });
+}
+
+void frmPM::arrived(const std::string& text) {
+    LastText = text;
+    noteNews();
+    if (!HasFocus) tellHost(NoticeKind::PrivateText, UserName, UserName + ": " + LastText);
+    if (!mnuNoFocus.Checked) takeForeground();
+}
+
+void frmPM::ShowPluginLine(const std::string& text) {
+    trapped(around_.Reporter, "ShowPluginLine", [&](Trap&) {
+        IRCWin1.AddIRCLine(text, around_.Colors.PluginForeColor, around_.Colors.PluginBackColor);
+        arrived(text);
+    });
+}
+
+// A text that begins with "\" is a script command: it is neither shown nor sent.
+void frmPM::SendData(const std::string& data) {
+    trapped(around_.Reporter, "SendData", [&](Trap& step) {
+        if (!data.starts_with('\\')) step([&] { sendOn(UserName, data); });
+    });
+}
+
+// ---- The peer
+
+void frmPM::offerName(const std::string& nick) {
+    std::string line = "CON|" + nick;
+    Broadcast(line, -1);
+}
+
+void frmPM::Rename(const std::string& newNick) {
+    trapped(around_.Reporter, "Rename", [&](Trap&) {
+        const std::string name = ProperCase(newNick);
+        showNote("*** User " + UserName + " changed to " + name + " ***");
+        noteNews();
+        UserName = name;
+        Caption = "Private chat with " + UserName;
+        offerName(newNick);
+    });
+}
+
+void frmPM::UserQuit() {
+    trapped(around_.Reporter, "UserQuit", [&](Trap&) {
+        showNote("*** User " + UserName + " has quit IRC!", 4);
+        noteNews();
+        std::string line = "QIT";
+        Broadcast(line, -1);
+        UserGone = true;
+    });
+}
+
+void frmPM::UserEnter() {
+    trapped(around_.Reporter, "UserEnter", [&](Trap&) {
+        showNote("*** User " + UserName + " has entered again IRC!");
+        noteNews();
+        offerName(UserName);
+        UserGone = false;
+    });
+}
+
+void frmPM::unNotice() {
+    if (!HasNews) return;
+    HasNews = false;
+    around_.Session.RefreshWindows();
+}
+
+}  // namespace talvora

@@ -1,0 +1,88 @@
+#include "notify/frmChanKey.h"
+
+#include <utility>
+
+#include "platform/Text.h"
+
+namespace talvora {
+
+frmChanKey::frmChanKey(GlobError& reporter, ComponentSettings& settings, Sender sendIRC)
+    : globError_(reporter), settings_(settings), sendIRC_(std::move(sendIRC)) {
+    Caption = "Channel key";
+    on_ += Picture1[0].Click.connect([this] { Picture1_Click(0); });
+    on_ += Picture1[1].Click.connect([this] { Picture1_Click(1); });
+    on_ += Text1.KeyPress.connect([this](int& key) {
+        if (key != Key::Return && key != Key::Escape) return;
+        Picture1_Click(key == Key::Return ? 0 : 1);
+        key = 0;
+    });
+}
+
+void frmChanKey::ExecList(const std::string& list) {
+    trapped(globError_, "ExecList", [&](Trap&) {
+        // Channels that are still to be asked for keep their turn.
+        if (Visible && !NewChanMode) {
+            ChanList += list;
+            return;
+        }
+        ChanList = list;
+        Display();
+    });
+}
+
+void frmChanKey::Display() {
+    trapped(globError_, "Display", [&](Trap& step) {
+        if (ChanList.empty()) {
+            Unload();
+            return;
+        }
+        const auto pieces = Split(ChanList, "|", 2);
+        CurrentChan = pieces[0];
+        ChanList = pieces.size() > 1 ? pieces[1] : std::string();
+        Label1.Caption = "Please enter the key for channel " + CurrentChan;
+        step([&] { Text1.Text = settings_.Get(Section::ChanKeys, CurrentChan, ""); });
+        ask();
+    });
+}
+
+void frmChanKey::ask() {
+    Show();
+    Text1.SetFocus();
+    Text1.SelStart = 0;
+    Text1.SelLength = Text1.Text.get().size();
+}
+
+void frmChanKey::JoinNew() {
+    trapped(globError_, "JoinNew", [&](Trap&) {
+        NewChanMode = true;
+        Label1.Caption = "Please enter the new channel name:";
+        Caption = "Create new channel";
+        Image2.Visible = false;
+        Image3.Visible = true;
+        Show();
+        Text1.SetFocus();
+    });
+}
+
+void frmChanKey::Picture1_Click(int index) {
+    trapped(globError_, "Picture1_Click", [&](Trap& step) {
+        if (index == 0) accept(step);
+        if (NewChanMode) {
+            Unload();
+        } else {
+            Display();
+        }
+    });
+}
+
+void frmChanKey::accept(Trap& step) {
+    const std::string typed = Text1.Text;
+    if (NewChanMode) {
+        step([&] { sendIRC_("JOIN #" + Replace(typed, "#", "")); });
+        return;
+    }
+    step([&] { sendIRC_("JOIN " + CurrentChan + " " + typed); });
+    step([&] { settings_.Save(Section::ChanKeys, CurrentChan, typed); });
+}
+
+}  // namespace talvora
