@@ -191,12 +191,14 @@ class LineTranslator {
         }
     }
 
-    // A colour that is no byte is a fault, by which the old colour stays.
+    // A colour that is no byte is a fault, by which the old colour stays. A line is reported once, however
+    // many of them it holds.
     void take(std::uint8_t& colour, unsigned number) {
-        step_([&] {
+        if (number > 255 && reported_) return;
+        reported_ = !step_([&] {
             if (number > 255) keepText();
             colour = CByte(number);
-        });
+        }) || reported_;
     }
 
     // The report of a fault lets other events run, and the caller's text may be gone behind it.
@@ -219,6 +221,7 @@ class LineTranslator {
     bool underline_ = false;
     bool strike_ = false;
     bool italic_ = false;
+    bool reported_ = false;
     std::string& out_;
 };
 

@@ -63,11 +63,9 @@ void frmEmoticons::Reload() {
 
 void frmEmoticons::showEntry(Cell& cell, std::size_t number) {
     const auto& entries = emotions_.EmotionList();
-    if (number >= entries.size()) {
-        cell.SetText("");
-        cell.Tag = "";
-        return;
-    }
+    cell.SetText("");
+    cell.Tag = "";
+    if (number >= entries.size()) return;
     const auto fields = Split(entries[number], std::string(1, modEmotions::Separator), 2);
     std::string rtf(CellHead);
     rtf += Replace(elementOf(fields, 1), modEmotions::LineEndMark, "\r\n");

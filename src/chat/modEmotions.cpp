@@ -24,8 +24,8 @@ struct Emotion {
 
 }  // namespace
 
-// The table made ready for searching: a code can only end where a blank stands, and for each character there
-// is a list of the codes that end in it.
+// The table made ready for searching: a code can only end where a blank stands, so the codes are kept as a
+// tree of their characters from the last to the first.
 class modEmotions::Table {
   public:
     explicit Table(std::vector<std::string> entries);
@@ -36,6 +36,10 @@ class modEmotions::Table {
 
   private:
     using Numbers = std::vector<std::size_t>;  // of emotions, ascending
+    struct Node {
+        std::vector<std::pair<unsigned char, std::size_t>> Before;  // upper-case characters, and their nodes
+        Numbers Codes;                                              // that begin here
+    };
     // What the passes over one text use in turn.
     struct Buffers {
         std::vector<std::size_t> Blanks;
@@ -43,6 +47,9 @@ class modEmotions::Table {
     };
 
     void add(const std::string& entry);
+    std::size_t nodeBefore(std::size_t node, unsigned char upper) const;
+    std::size_t lowestAt(std::string_view text, std::size_t blank, std::size_t from,
+                         std::size_t lowest) const;
     bool endsIn(const Emotion& emotion, std::string_view text, std::size_t end) const;
     std::size_t lowestMatch(std::string_view text, std::size_t from) const;
     std::size_t nextBlank(const Emotion& emotion, std::string_view text, std::size_t from) const;
@@ -50,8 +57,8 @@ class modEmotions::Table {
 
     std::array<unsigned char, 256> upper_{};
     std::vector<Emotion> emotions_;
-    std::array<Numbers, 256> endingIn_;  // those without a code are in all lists
-    Numbers withoutCode_;
+    std::vector<Node> nodes_{1};           // the first is that of all codes' ends
+    std::array<std::size_t, 256> last_{};  // the node of a last character, 0 if no code ends so
     Numbers withoutRTF_;
 };
 
@@ -62,6 +69,7 @@ modEmotions::Table::Table(std::vector<std::string> entries) : Entries(std::move(
     for (std::size_t c = 0; c < all.size(); ++c) upper_[c] = static_cast<unsigned char>(all[c]);
     for (const std::string& entry : Entries)
         if (!entry.empty()) add(entry);
+    for (std::size_t c = 0; c < last_.size(); ++c) last_[c] = nodeBefore(0, upper_[c]);
 }
 
 void modEmotions::Table::add(const std::string& entry) {
@@ -74,14 +82,27 @@ void modEmotions::Table::add(const std::string& entry) {
     if (!emotion.HasRTF) {
         withoutRTF_.push_back(number);
     } else {
-        if (emotion.Code.empty()) withoutCode_.push_back(number);
-        for (std::size_t c = 0; c < endingIn_.size(); ++c) {
-            const bool ends =
-                emotion.Code.empty() || upper_[c] == static_cast<unsigned char>(emotion.Code.back());
-            if (ends) endingIn_[c].push_back(number);
+        std::size_t node = 0;
+        for (std::size_t i = emotion.Code.size(); i > 0; --i) {
+            const auto upper = static_cast<unsigned char>(emotion.Code[i - 1]);
+            std::size_t next = nodeBefore(node, upper);
+            if (next == 0) {
+                next = nodes_.size();
+                nodes_.emplace_back();
+                nodes_[node].Before.emplace_back(upper, next);
+            }
+            node = next;
         }
+        nodes_[node].Codes.push_back(number);
     }
     emotions_.push_back(std::move(emotion));
+}
+
+// The node of the codes that go on so; 0 if there is none.
+std::size_t modEmotions::Table::nodeBefore(std::size_t node, unsigned char upper) const {
+    for (const auto& [character, next] : nodes_[node].Before)
+        if (character == upper) return next;
+    return 0;
 }
 
 // Whether the emotion's code stands right before `end`.
@@ -101,12 +122,25 @@ std::size_t modEmotions::Table::lowestMatch(std::string_view text, std::size_t f
     std::size_t lowest = emotions_.size();
     for (std::size_t at = text.find(' '); at != std::string_view::npos && lowest > from;
          at = text.find(' ', at + 1)) {
-        const Numbers& possible =
-            at == 0 ? withoutCode_ : endingIn_[static_cast<unsigned char>(text[at - 1])];
-        for (const std::size_t number : possible) {
-            if (number >= lowest) break;
-            if (number >= from && endsIn(emotions_[number], text, at)) lowest = number;
-        }
+        lowest = lowestAt(text, at, from, lowest);
+    }
+    return lowest;
+}
+
+// The same for the codes in front of one blank, if it is lower than `lowest`.
+std::size_t modEmotions::Table::lowestAt(std::string_view text, std::size_t blank, std::size_t from,
+                                         std::size_t lowest) const {
+    const auto take = [&](const Numbers& codes) {
+        const auto found = std::lower_bound(codes.begin(), codes.end(), from);
+        if (found != codes.end()) lowest = std::min(lowest, *found);
+    };
+    take(nodes_[0].Codes);
+    if (blank == 0) return lowest;
+    std::size_t node = last_[static_cast<unsigned char>(text[blank - 1])];
+    for (std::size_t at = blank - 1; node != 0; --at) {
+        take(nodes_[node].Codes);
+        if (at == 0) break;
+        node = nodeBefore(node, upper_[static_cast<unsigned char>(text[at - 1])]);
     }
     return lowest;
 }

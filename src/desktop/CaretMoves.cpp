@@ -1,6 +1,7 @@
 #include "desktop/CaretMoves.h"
 
 #include <QChar>
+#include <algorithm>
 
 #include "platform/CodePage1253.h"
 
@@ -34,7 +35,7 @@ Place characterRight(const RichDocument& document, Place place) {
 Place wordLeft(const RichDocument& document, Place place) {
     if (place.Offset == 0) return characterLeft(document, place);
     const std::string& text = document.At(place.Paragraph).Text;
-    std::uint32_t at = place.Offset;
+    auto at = std::min(place.Offset, static_cast<std::uint32_t>(text.size()));
     while (at > 0 && kindOf(text[at - 1]) == Kind::Blank) --at;
     if (at == 0) return {place.Paragraph, 0};
     const Kind kind = kindOf(text[at - 1]);

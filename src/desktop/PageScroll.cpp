@@ -34,7 +34,10 @@ void PageScroll::reveal(Place place) {
     const auto bottom = static_cast<std::int64_t>(caret.bottom());
     const std::optional<QRectF> seen = caretRect(place);
     if (seen && seen->top() >= 0 && seen->bottom() <= height_) return;
-    const bool above = seen ? seen->top() < 0 : place.Paragraph <= top_;
+    // What doesn't fit is shown by its lower edge, where the caret's letter is.
+    const bool tooTall = bottom - top + kMargin > height_;
+    if (seen && tooTall && seen->bottom() >= 0 && seen->bottom() <= height_) return;
+    const bool above = tooTall ? false : seen ? seen->top() < 0 : place.Paragraph <= top_;
     follows_ = false;
     top_ = place.Paragraph;
     offset_ = above ? top - kMargin : bottom + kMargin - height_;

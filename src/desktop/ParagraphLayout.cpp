@@ -20,6 +20,7 @@ constexpr qsizetype kMaxFormats = 16384;
 constexpr int kMinLineWidth = 40;
 constexpr int kTabTwips = 720;
 // Where the unfinished last line of a stretch is put, which the next stretch shows.
+constexpr int kTallest = 1 << 28;  // pixels of a paragraph; further lines lie on one another
 constexpr double kOutOfSight = 1e7;
 
 Qt::Alignment toolkitAlignment(Alignment alignment) {
@@ -230,7 +231,7 @@ int ParagraphLayout::place(QTextLine line, std::uint32_t begin, int top, double 
     made.Baseline = static_cast<float>(top + baseline);
     line.setPosition({x, top - chunks_.back().Top + baseline - line.ascent()});
     lines_.push_back(made);
-    return made.Height;
+    return std::min(made.Height, std::max(0, kTallest - height_));
 }
 
 double ParagraphLayout::dropOf(const Shown& picture) const {

@@ -52,9 +52,12 @@ void RichPainter::paintSelection(const ParagraphLayout& layout, const ParagraphL
 }
 
 void RichPainter::paintText(const ParagraphLayout& layout) {
-    for (const ParagraphLayout::Chunk& chunk : layout.Chunks()) {
+    const auto& chunks = layout.Chunks();
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        const ParagraphLayout::Chunk& chunk = chunks[i];
         const QPointF at = at_ + QPointF(0, chunk.Top);
         if (at.y() > clip_.bottom()) break;
+        if (i + 1 < chunks.size() && at_.y() + chunks[i + 1].Top < clip_.top()) continue;
         const auto length = static_cast<std::uint32_t>(chunk.Text->text().size());
         const std::uint32_t begin = std::clamp(selectedBegin_, chunk.Begin, chunk.Begin + length);
         const std::uint32_t end = std::clamp(selectedEnd_, chunk.Begin, chunk.Begin + length);

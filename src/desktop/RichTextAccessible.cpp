@@ -3,6 +3,7 @@
 #include <QPoint>
 #include <QRect>
 #include <algorithm>
+#include <optional>
 
 #include "desktop/QtText.h"
 
@@ -61,7 +62,8 @@ int RichTextAccessible::cursorPosition() const {
 }
 
 void RichTextAccessible::setCursorPosition(int position) {
-    view().Model().userSelects(placeAt(position), placeAt(position));
+    view().HandsGuard().run("RichTextView",
+                            [&] { view().Model().userSelects(placeAt(position), placeAt(position)); });
 }
 
 void RichTextAccessible::selection(int index, int* begin, int* end) const {
@@ -85,13 +87,19 @@ void RichTextAccessible::removeSelection(int index) {
 }
 
 void RichTextAccessible::setSelection(int index, int begin, int end) {
-    if (index == 0) view().Model().userSelects(placeAt(begin), placeAt(end));
+    if (index != 0) return;
+    view().HandsGuard().run("RichTextView",
+                            [&] { view().Model().userSelects(placeAt(begin), placeAt(end)); });
 }
 
 QRect RichTextAccessible::characterRect(int offset) const {
-    const auto left = view().caretRect(placeAt(offset));
+    std::optional<QRectF> left;
+    std::optional<QRectF> right;
+    view().HandsGuard().run("RichTextView", [&] {
+        left = view().caretRect(placeAt(offset));
+        right = view().caretRect(placeAt(offset + 1));
+    });
     if (!left) return {};
-    const auto right = view().caretRect(placeAt(offset + 1));
     QRectF rect = *left;
     if (right && right->top() == left->top()) rect.setRight(right->left());
     const QRect aligned = rect.toAlignedRect();
@@ -100,11 +108,15 @@ QRect RichTextAccessible::characterRect(int offset) const {
 
 int RichTextAccessible::offsetAtPoint(const QPoint& point) const {
     const QPoint inside = view().viewport()->mapFromGlobal(point);
-    return static_cast<int>(document().PositionOf(view().placeAt(QPointF(inside))));
+    int offset = -1;
+    view().HandsGuard().run("RichTextView", [&] {
+        offset = static_cast<int>(document().PositionOf(view().placeAt(QPointF(inside))));
+    });
+    return offset;
 }
 
 void RichTextAccessible::scrollToSubstring(int begin, int) {
-    view().reveal(placeAt(begin));
+    view().HandsGuard().run("RichTextView", [&] { view().reveal(placeAt(begin)); });
 }
 
 QString RichTextAccessible::attributes(int offset, int* begin, int* end) const {

@@ -61,7 +61,7 @@ void RichTextView::bind() {
         touch();
     });
     on_ += document.HeadChanged.connect([this] {
-        page_.headChanged();
+        headChanged_ = true;
         touch();
     });
     on_ += model_.SelChange.connect([this] {
@@ -167,19 +167,20 @@ void RichTextView::timerEvent(QTimerEvent* event) {
 void RichTextView::frame() {
     glide();
     dragBeyondEdges();
+    announce();
     if (!dirty_ || !isVisible()) {
         frames_.stop();
         return;
     }
     holdSelection();
     settle();
-    announce();
-    viewport()->update();
     if (!frames_.isActive()) frames_.start(kFrame, Qt::PreciseTimer, this);
 }
 
 void RichTextView::settle() {
     dirty_ = false;
+    // A table of fonts or colours grows entry by entry: its rows are estimated once for all of them.
+    if (std::exchange(headChanged_, false)) page_.headChanged();
     resynchronize();
     page_.setScale(zoom_, logicalDpiY());
     page_.setWidth(std::max(1, viewport()->width() - 2 * PageScroll::kMargin));
@@ -191,6 +192,8 @@ void RichTextView::settle() {
         scroll_.settle(held);
     }
     updateScrollBar();
+    if (scroll_.AtEnd()) scrolledUp_ = false;
+    viewport()->update();
 }
 
 void RichTextView::updateScrollBar() {
@@ -211,6 +214,7 @@ void RichTextView::barMoved(int value) {
     guard_.run("RichTextView", [&] {
         glide_ = 0;
         if (dirty_) settle();
+        if (value >= verticalScrollBar()->maximum()) return scrollToEnd();
         scroll_.scrollTo(std::int64_t{value} << barShift_);
         scrolledUp_ = !scroll_.AtEnd();
         touch();
@@ -259,6 +263,15 @@ int RichTextView::lineStep() {
 bool RichTextView::event(QEvent* event) {
     bool done = false;
     guard_.run("RichTextView", [&] {
+        switch (event->type()) {
+            case QEvent::WindowBlocked:
+            case QEvent::Hide:
+            case QEvent::EnabledChange:
+                drag_ = Drag::None;  // no release will come
+                break;
+            default:
+                break;
+        }
         if (event->type() == QEvent::ShortcutOverride && isOwnKey(static_cast<QKeyEvent*>(event))) {
             event->accept();
             done = true;

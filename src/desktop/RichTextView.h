@@ -53,6 +53,8 @@ class RichTextView final : public QAbstractScrollArea {
     std::optional<QRectF> caretRect(Place place);
     Place placeAt(QPointF point);
     void scrollToEnd();
+    // What calls the view past its events runs in here.
+    Guard& HandsGuard() const { return guard_; }
     // Scrolls as little as is needed for the place to be seen.
     void reveal(Place place);
 
@@ -142,6 +144,7 @@ class RichTextView final : public QAbstractScrollArea {
     QBasicTimer frames_;
     bool framePosted_ = false;
     bool dirty_ = true;
+    bool headChanged_ = false;
     bool selectionChanged_ = true;
     bool scrolledUp_ = false;  // by the user
     bool movingBar_ = false;
@@ -155,6 +158,7 @@ class RichTextView final : public QAbstractScrollArea {
 
     enum class Drag { None, Armed, Selecting };
     Drag drag_ = Drag::None;
+    Qt::MouseButton dragButton_ = Qt::NoButton;  // that began it, and ends it
     Place dragAnchor_;
     Place dragCaret_;
     QPointF dragPoint_;

@@ -75,6 +75,7 @@ bool RichTextView::isOwnKey(QKeyEvent* event) const {
 void RichTextView::keyPressEvent(QKeyEvent* event) {
     if (dirty_) settle();
     holdSelection();
+    if (editable()) drag_ = Drag::None;  // from here on the keys move the caret
     const bool done = commonKey(event) || selectKey(event) ||
                       (editable() ? moveKey(event) || editKey(event) : scrollKey(event));
     event->setAccepted(done);

@@ -42,6 +42,7 @@ void RichTextView::mousePressEvent(QMouseEvent* event) {
     const Place place = placeAt(event->position());
     dragPoint_ = event->position();
     dragAnchor_ = dragCaret_ = place;
+    dragButton_ = event->button();
     if (event->button() == Qt::LeftButton) {
         if (event->modifiers() & Qt::ShiftModifier) dragAnchor_ = model_.Anchor();
         drag_ = Drag::Selecting;
@@ -69,7 +70,7 @@ void RichTextView::mouseMoveEvent(QMouseEvent* event) {
 
 void RichTextView::dragTo(QPointF point) {
     dragPoint_ = point;
-    const QPointF inside(point.x(), std::clamp(point.y(), 0.0, viewport()->height() - 1.0));
+    const QPointF inside(point.x(), std::clamp(point.y(), 0.0, std::max(0.0, viewport()->height() - 1.0)));
     dragCaret_ = placeAt(inside);
     holdSelection();
 }
@@ -96,12 +97,14 @@ void RichTextView::holdSelection() {
 
 void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
     event->accept();
-    if (drag_ == Drag::Selecting) {
-        holdSelection();
-        offerPrimary();
+    if (event->button() == dragButton_) {
+        if (drag_ == Drag::Selecting) {
+            holdSelection();
+            offerPrimary();
+        }
+        drag_ = Drag::None;
+        touch();
     }
-    drag_ = Drag::None;
-    touch();
     const auto button = modelButton(event->button());
     if (!button) return;
     if (*button == MouseButton::Middle && editable()) pastePrimary(placeAt(event->position()));
@@ -114,7 +117,7 @@ void RichTextView::mouseDoubleClickEvent(QMouseEvent* event) {
     const Place place = placeAt(event->position());
     drag_ = Drag::None;
     model_.userSelects(place, place);
-    if (!model_.DblClick.hasHandlers()) return selectWord(place);
+    if (!model_.DblClick.hasHandlers()) return selectWord(model_.Caret());
     model_.DblClick.raise();
 }
 
@@ -133,14 +136,16 @@ void RichTextView::selectWord(Place place) {
 void RichTextView::offerPrimary() const {
     QClipboard& clipboard = *QGuiApplication::clipboard();
     if (!clipboard.supportsSelection() || model_.Anchor() == model_.Caret()) return;
-    clipboard.setText(toQString(model_.SelText()).replace(QChar(kLineBreak), QChar('\n')),
-                      QClipboard::Selection);
+    QString text = toQString(model_.SelText());
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QChar(kLineBreak), QChar('\n'));
+    clipboard.setText(text, QClipboard::Selection);
 }
 
 void RichTextView::pastePrimary(Place place) {
     const QClipboard& clipboard = *QGuiApplication::clipboard();
     if (!clipboard.supportsSelection()) return;
-    const std::string text = fromQString(clipboard.text(QClipboard::Selection));
+    const std::string text =
+        fromQString(clipboard.text(QClipboard::Selection).left(RichTextBox::kMaxTextByHand));
     model_.userSelects(place, place);
     model_.userTypes(text);
 }

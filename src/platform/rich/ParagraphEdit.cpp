@@ -33,7 +33,7 @@ bool hasPlace(char c) {
 void fill(Paragraph& paragraph, std::string_view text, const CharFormat& format) {
     paragraph.Text.reserve(text.size());
     std::ranges::copy_if(text, std::back_inserter(paragraph.Text), hasPlace);
-    if (!paragraph.Text.empty()) paragraph.Runs.push_back({0, format});
+    if (!paragraph.Text.empty() && paragraph.Runs.empty()) paragraph.Runs.push_back({0, format});
 }
 
 }  // namespace
@@ -80,7 +80,11 @@ std::vector<Paragraph> plainParagraphs(std::string_view text, const CharFormat& 
     std::vector<Paragraph> paragraphs;
     for (std::size_t begin = 0;;) {
         const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
-        paragraphs.push_back({{}, {}, {}, paragraphFormat});
+        if (paragraphs.size() < kMaxParagraphs) {
+            paragraphs.push_back({{}, {}, {}, paragraphFormat});
+        } else {
+            paragraphs.back().Text += kLineBreak;
+        }
         fill(paragraphs.back(), text.substr(begin, end - begin), format);
         if (end == text.size()) return paragraphs;
         begin = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);

@@ -1,8 +1,10 @@
 #include "platform/rich/RichDocument.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/RuntimeError.h"
+#include "platform/rich/ParagraphEdit.h"
 #include "platform/rich/PictureStore.h"
 #include "platform/rich/RichShown.h"
 #include "platform/rich/RtfReader.h"
@@ -16,17 +18,6 @@ void appendPlain(std::string& to, std::string_view text) {
     const std::size_t begin = to.size();
     to += text;
     std::replace(to.begin() + static_cast<std::ptrdiff_t>(begin), to.end(), kPictureMark, ' ');
-}
-
-Paragraph plainParagraph(std::string_view text, const RichHead& head) {
-    Paragraph paragraph;
-    paragraph.Format = head.BaseParagraph;
-    for (const char c : text) {
-        const bool control = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
-        if (!control || c == '\t' || c == kLineBreak) paragraph.Text += c;
-    }
-    if (!paragraph.Text.empty()) paragraph.Runs.push_back({0, head.Base});
-    return paragraph;
 }
 
 // Whether text that was read under one head would be the same under another.
@@ -112,14 +103,8 @@ void RichDocument::Read(std::string_view rtf) {
 }
 
 void RichDocument::ReadPlain(std::string_view text) {
-    std::deque<Paragraph> paragraphs;
-    for (;;) {
-        const std::size_t end = text.find_first_of("\r\n");
-        paragraphs.push_back(plainParagraph(text.substr(0, end), head_));
-        if (end == std::string_view::npos) break;
-        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
-    }
-    replaceAll(head_, std::move(paragraphs));
+    auto read = plainParagraphs(text, head_.Base, head_.BaseParagraph);
+    replaceAll(head_, {std::make_move_iterator(read.begin()), std::make_move_iterator(read.end())});
 }
 
 void RichDocument::replaceAll(RichHead head, std::deque<Paragraph> paragraphs) {

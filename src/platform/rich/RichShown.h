@@ -28,7 +28,7 @@ class RichShown {
 
     // Whether the body is the one read before, and something of that is still there.
     bool Continues(const RichBody& body) const;
-    bool HeadIs(std::string_view head) const { return headText_ == head; }
+    bool HeadIs(std::string_view head) const { return reader_ != nullptr && headText_ == head; }
     // Texts as these are read by from now on; what has been read stays.
     void SetHead(std::string_view text, const RichHead& head);
 

@@ -106,6 +106,11 @@ struct RichHead {
     bool operator==(const RichHead&) const = default;
 };
 
+// What one reading makes at most; further paragraph ends become line breaks. An empty paragraph takes a
+// hundred times the memory of the word that makes it.
+constexpr std::size_t kMaxParagraphs = 200'000;         // of a document or plain text
+constexpr std::size_t kMaxParagraphsOfFragment = 1000;  // of one fragment
+
 constexpr std::size_t kMaxFonts = 1024;
 constexpr std::size_t kMaxColors = 4096;
 

@@ -89,12 +89,12 @@ void RichUndo::dropUndone() {
 }
 
 void RichUndo::bound() {
-    while (!steps_.empty() && (steps_.size() > kMaxSteps || bytes_ > kMaxBytes)) {
+    // The newest step is kept, however large it is.
+    while (steps_.size() > kMaxSteps || (steps_.size() > 1 && bytes_ > kMaxBytes)) {
         bytes_ -= bytesOf(steps_.front());
         steps_.pop_front();
     }
     done_ = steps_.size();
-    if (steps_.empty()) Forget();
 }
 
 }  // namespace talvora

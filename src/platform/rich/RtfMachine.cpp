@@ -30,6 +30,7 @@ void RtfMachine::Read(std::string_view input, std::deque<Paragraph>& paragraphs)
     paragraphs_ = &paragraphs;
     open_ = &paragraphs.back();
     state_ = base_;
+    ended_ = 0;
     endOfCharacter();
     pictures_.BeginReading();
     run();
@@ -196,6 +197,7 @@ void RtfMachine::append(std::string_view text) {
 
 void RtfMachine::endParagraph() {
     if (state_.Destination != RtfDestination::Body) return;
+    if (++ended_ >= (fragments_ ? kMaxParagraphsOfFragment : kMaxParagraphs)) return append({&kLineBreak, 1});
     if (!baseKnown_) noteBase();
     if (!fragments_ && open_->Text.empty()) open_->Format = state_.Block;
     open_ = &paragraphs_->emplace_back();
@@ -237,13 +239,17 @@ void RtfMachine::ownByte(char byte) {
 }
 
 void RtfMachine::binary(std::string_view bytes) {
-    if (state_.Destination == RtfDestination::Picture) picture_.AddBytes(bytes);
+    if (state_.Destination != RtfDestination::Picture) return;
+    // How far it reaches depends on what stands behind the group: its words alone aren't the picture.
+    pictureWords_ = {};
+    picture_.AddBytes(bytes);
 }
 
 // What stands behind it for readers that don't know it is left out.
 void RtfMachine::unicode(std::int32_t number) {
     auto code = static_cast<char32_t>(number < 0 ? number + 0x10000 : number);
     const char32_t high = highSurrogate_;
+    if (state_.Destination == RtfDestination::Picture) pictureWords_ = {};
     endOfCharacter();
     toSkip_ = state_.UnicodeSkip;
     if (isHighSurrogate(code)) {

@@ -99,6 +99,7 @@ class RtfMachine {
     Paragraph* open_ = nullptr;  // the last one
     State state_;
     std::vector<State> stack_;
+    std::size_t ended_ = 0;        // paragraphs of this reading
     std::size_t flattened_ = 0;    // groups below the deepest that is kept
     std::size_t skippedFrom_ = 0;  // which of these, counted from 1, has begun to be skipped
     int toSkip_ = 0;               // characters behind a \u that stand for it

@@ -102,8 +102,11 @@ TEST(RichTextBox, StepsAreTakenBackAsTheyWereDone) {
     for (; box.CanUndo(); ++steps) box.userUndoes();
     EXPECT_EQ(steps, RichUndo::kMaxSteps);
     box.userTypes("y");
+    const std::string before = box.Text();
     box.SetSelText(std::string(RichUndo::kMaxBytes, 'z'));
-    EXPECT_FALSE(box.CanUndo()) << "too large to be remembered";
+    box.userUndoes();
+    EXPECT_TRUE(box.Text() == before) << "the newest step is kept, however large";
+    EXPECT_FALSE(box.CanUndo());
 }
 
 TEST(RichTextBox, TheClipboardCarriesFormatsIntoAnotherDocument) {

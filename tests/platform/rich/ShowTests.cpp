@@ -164,5 +164,18 @@ TEST(Show, IsWhatReadingAnewWouldGive) {
     }
 }
 
+TEST(Show, AFloodOfParagraphEndsCostsOneLineAFewAndTheOthersNothing) {
+    RichBody body;
+    std::string flood;
+    for (int i = 0; i < 5000; ++i) flood += "\\par";
+    body.Append(flood + " x");
+    body.Append("\\par\r\n ");
+    body.Append("next");
+    RichDocument document;
+    document.Show("{\\rtf1 ", body, "\r\n\\par }");
+    EXPECT_EQ(document.EndNumber() - document.FirstNumber(), kMaxParagraphsOfFragment + 2);
+    EXPECT_TRUE(document.Text().ends_with("\vx\r\n next\r\n"));
+}
+
 }  // namespace
 }  // namespace talvora::test
