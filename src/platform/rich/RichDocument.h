@@ -100,7 +100,6 @@ class RichDocument {
     std::vector<Paragraph> Copy(Place begin, Place end) const;
     // Calls `edit` with each format from `begin` up to `end`.
     void Reformat(Place begin, Place end, const std::function<void(CharFormat&)>& edit);
-    void ReformatParagraphs(Place begin, Place end, const std::function<void(ParagraphFormat&)>& edit);
     // The format of the character in front of a place, or behind it at a paragraph's start; the base format
     // in an empty paragraph.
     CharFormat FormatAt(Place place) const;

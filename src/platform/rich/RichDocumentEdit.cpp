@@ -89,18 +89,6 @@ void RichDocument::Reformat(Place begin, Place end, const std::function<void(Cha
     if (changed) Splice(begin, end, std::move(paragraphs));
 }
 
-void RichDocument::ReformatParagraphs(Place begin, Place end,
-                                      const std::function<void(ParagraphFormat&)>& edit) {
-    auto paragraphs = Copy(begin, end);
-    bool changed = false;
-    for (Paragraph& paragraph : paragraphs) {
-        const ParagraphFormat before = paragraph.Format;
-        edit(paragraph.Format);
-        changed = changed || paragraph.Format != before;
-    }
-    if (changed) Splice(begin, end, std::move(paragraphs));
-}
-
 CharFormat RichDocument::FormatAt(Place place) const {
     place = Within(place);
     const Paragraph& paragraph = At(place.Paragraph);
