@@ -116,14 +116,14 @@ void ChatWindow::Image1_MouseUp(int x, int y) {
     around_.Picker.Load().Display(*this, x, y);
 }
 
-void ChatWindow::sendOn(const std::string& to, const std::string& data) {
+void ChatWindow::sendOn(Trap& step, const std::string& to, const std::string& data) {
     const ChatColors& colors = around_.Colors;
     const bool special = data.starts_with('$');
     if (!special || data.starts_with(actionMark)) {
         showSaid(around_.Session.Nickname(), data, colors.OwnForeColor, colors.OwnBackColor,
                  colors.OwnForeColor, colors.OwnBackColor);
     }
-    around_.Session.SendPM(to, special ? data.substr(1) : data, special);
+    step([&] { around_.Session.SendPM(to, special ? data.substr(1) : data, special); });
 }
 
 // ---- The view

@@ -73,7 +73,7 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     void tellHost(NoticeKind kind, const std::string& name, const std::string& text);
     void takeForeground();
     // Sends to the channel or the peer; the part of SendData that both kinds of window share.
-    void sendOn(const std::string& to, const std::string& data);
+    void sendOn(Trap& step, const std::string& to, const std::string& data);
 
     // A check of the window's menu, kept in the settings under `key` and the window's name.
     void loadCheck(Menu& menu, std::string_view section, const std::string& key, bool byDefault);

@@ -95,7 +95,10 @@ class WindowTable {
     };
 
     void retire(Window& window) {
-        std::replace(slots_.begin(), slots_.end(), &window, static_cast<Window*>(nullptr));
+        // A window that a stale index has left on the table goes now, so that no slot is lost for good.
+        const auto kept = std::remove(slots_.begin(), slots_.begin() + count_, &window);
+        std::fill(kept, slots_.begin() + count_, nullptr);
+        count_ = static_cast<std::int16_t>(kept - slots_.begin());
         const auto found = std::find_if(loaded_.begin(), loaded_.end(),
                                         [&](const auto& entry) { return entry->window.get() == &window; });
         if (found == loaded_.end()) return;

@@ -167,7 +167,7 @@ void frmChanChat::ShowPluginLine(const std::string& text) {
 }
 
 void frmChanChat::SendData(const std::string& data) {
-    trapped(around_.Reporter, "SendData", [&](Trap& step) { step([&] { sendOn(ChannelName, data); }); });
+    trapped(around_.Reporter, "SendData", [&](Trap& step) { sendOn(step, ChannelName, data); });
 }
 
 // ---- Who comes and goes

@@ -116,7 +116,7 @@ void frmPM::ShowPluginLine(const std::string& text) {
 // A text that begins with "\" is a script command: it is neither shown nor sent.
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (!data.starts_with('\\')) step([&] { sendOn(UserName, data); });
+        if (!data.starts_with('\\')) sendOn(step, UserName, data);
     });
 }
 

@@ -8,7 +8,7 @@ namespace talvora {
 
 frmChanKey::frmChanKey(GlobError& reporter, ComponentSettings& settings, Sender sendIRC)
     : globError_(reporter), settings_(settings), sendIRC_(std::move(sendIRC)) {
-    Caption = "Channel key";
+    dress();
     on_ += Picture1[0].Click.connect([this] { Picture1_Click(0); });
     on_ += Picture1[1].Click.connect([this] { Picture1_Click(1); });
     on_ += Text1.KeyPress.connect([this](int& key) {
@@ -18,11 +18,17 @@ frmChanKey::frmChanKey(GlobError& reporter, ComponentSettings& settings, Sender 
     });
 }
 
+void frmChanKey::dress() {
+    Caption = NewChanMode ? "Create new channel" : "Channel key";
+    Image2.Visible = !NewChanMode;
+    Image3.Visible = NewChanMode;
+}
+
 void frmChanKey::ExecList(const std::string& list) {
     trapped(globError_, "ExecList", [&](Trap&) {
         // Channels that are still to be asked for keep their turn.
-        if (Visible && !NewChanMode) {
-            ChanList += list;
+        if (Visible) {
+            if (ChanList.size() + list.size() < kLongestList) ChanList += list;
             return;
         }
         ChanList = list;
@@ -37,6 +43,7 @@ void frmChanKey::Display() {
             return;
         }
         const auto pieces = Split(ChanList, "|", 2);
+        dress();
         CurrentChan = pieces[0];
         ChanList = pieces.size() > 1 ? pieces[1] : std::string();
         Label1.Caption = "Please enter the key for channel " + CurrentChan;
@@ -54,11 +61,12 @@ void frmChanKey::ask() {
 
 void frmChanKey::JoinNew() {
     trapped(globError_, "JoinNew", [&](Trap&) {
+        // A key that is being asked for gets its turn again.
+        if (Visible && !NewChanMode) ChanList = CurrentChan + "|" + ChanList;
         NewChanMode = true;
         Label1.Caption = "Please enter the new channel name:";
-        Caption = "Create new channel";
-        Image2.Visible = false;
-        Image3.Visible = true;
+        dress();
+        Text1.Text = "";
         Show();
         Text1.SetFocus();
     });
@@ -67,11 +75,8 @@ void frmChanKey::JoinNew() {
 void frmChanKey::Picture1_Click(int index) {
     trapped(globError_, "Picture1_Click", [&](Trap& step) {
         if (index == 0) accept(step);
-        if (NewChanMode) {
-            Unload();
-        } else {
-            Display();
-        }
+        NewChanMode = false;
+        Display();
     });
 }
 

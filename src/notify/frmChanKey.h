@@ -35,7 +35,11 @@ class frmChanKey final : public Form {
     void Display();
     void Picture1_Click(int index);
 
+    // A server that goes on refusing cannot make the round longer than this.
+    static constexpr std::size_t kLongestList = 64 * 1024;
+
   private:
+    void dress();
     void accept(Trap& step);
     void ask();
 

@@ -65,6 +65,8 @@ Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, Sto
     disk_ = std::make_unique<PosixDisk>(folders_.Data);
     files_ = std::make_unique<Files>(*disk_);
     platform_ = std::make_unique<QtPlatform>(*files_, *settings_, line.ReportAnswer);
+    libraries_ = std::make_unique<PosixPluginLibraries>(folders_.Data);
+    platform_->platform().Libraries = libraries_.get();
 }
 
 Orrery::~Orrery() = default;

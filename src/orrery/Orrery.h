@@ -15,6 +15,7 @@
 #include "orrery/StopSignals.h"
 #include "platform/Files.h"
 #include "platform_qt/PosixDisk.h"
+#include "platform_qt/PosixPluginLibraries.h"
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/SqliteSettings.h"
 
@@ -53,6 +54,7 @@ class Orrery {
     std::unique_ptr<SqliteSettings> settings_;
     std::unique_ptr<PosixDisk> disk_;
     std::unique_ptr<Files> files_;
+    std::unique_ptr<PosixPluginLibraries> libraries_;
     std::unique_ptr<QtPlatform> platform_;
     PluginLoader plugins_{database_};
     bool ending_ = false;

@@ -242,6 +242,12 @@ std::string Join(const std::vector<std::string>& pieces, std::string_view separa
     return result;
 }
 
+std::string OneLine(std::string_view text) {
+    std::string line(text);
+    std::erase_if(line, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+    return line;
+}
+
 std::string Trim(std::string_view text) {
     return std::string(withoutLeading(withoutTrailing(text)));
 }

@@ -77,6 +77,9 @@ const T& elementOf(const std::vector<T>& list, std::size_t index) {
     return list[index];
 }
 
+// Without CR, LF and NUL: what may go into one line of a protocol.
+std::string OneLine(std::string_view text);
+
 // Only blanks are trimmed, no other white space.
 std::string Trim(std::string_view text);
 std::string LTrim(std::string_view text);

@@ -34,6 +34,9 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     Height = DesignHeight;
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
     on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
+    for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
+        on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
+    }
     connectUserList(UserList1);
     connectUserList(UserList3);
     if (around.Windows != nullptr) Windows.emplace(around.ThePlatform, around.Reporter, *around.Windows);
@@ -96,6 +99,7 @@ void Form1::Form_Unload() {
                          &Channels.tmrRefreshUsers, &Channels.tmrDisplayKeyChans}) {
         timer->Enabled = false;
     }
+    Texts.Stop();
     IRCServ1.Stop();
 }
 

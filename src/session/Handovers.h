@@ -40,6 +40,14 @@ class AnnouncementService {
     virtual void HandleAnnData(const std::string& text) = 0;
 };
 
+// Who waits for the address of somebody to whom a file is to go.
+class AddressResolver {
+  public:
+    virtual ~AddressResolver() = default;
+    virtual bool IsResolving() const = 0;
+    virtual void ResolveIP(const std::string& address) = 0;
+};
+
 struct Handovers {
     ChannelWindows* Channels = nullptr;
     PrivateWindows* Privates = nullptr;
@@ -49,6 +57,7 @@ struct Handovers {
     NoteBox* Notes = nullptr;
     UserInformation* Whois = nullptr;
     MailService* Mail = nullptr;
+    AddressResolver* Resolver = nullptr;
     AnnouncementService* Announcements = nullptr;
 };
 

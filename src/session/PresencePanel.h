@@ -19,6 +19,7 @@ class PresencePanel {
     PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
                   const Account& account, const UsersPanel& users, UserList& userList3);
 
+    Menu popState;  // opens from the picture and the name of the state, with these entries:
     Menu popOnline;
     ControlArray<Menu> popStat;  // one entry a state: description, and in Tag its icon, "|" and its tag
     Image imgState;              // the picture of the state

@@ -1,5 +1,7 @@
 #include "session/TextDispatch.h"
 
+#include <algorithm>
+
 #include "host/common/Version.h"
 #include "platform/Text.h"
 
@@ -7,14 +9,11 @@ namespace talvora {
 
 namespace {
 
+constexpr int AddressServerPort = 37183;
+constexpr std::size_t LongestAddress = 255;
+
 bool isChannelName(const std::string& name) {
     return !name.empty() && name.front() == '#';
-}
-
-// What somebody else wrote goes back on one line, and no other.
-std::string oneLine(std::string text) {
-    std::erase_if(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
-    return text;
 }
 
 HostArray copyOf(const StringArray& texts) {
@@ -31,8 +30,10 @@ TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& en
       account_(account),
       gate_(gate),
       presence_(presence),
-      to_(to) {
+      to_(to),
+      gIPSock(platform.Guarded, platform.Sockets.CreateSocket({})) {
     connectText();
+    on_ += gIPSock.DataArrival.connect([this] { gIPSock_DataArrival(); });
     on_ += IRCServ1.ServerRespond.connect(
         [this](std::int32_t number, const StringArray& parameters, Text tailing) {
             gate_.Broadcast(1012, HostArray{number, copyOf(parameters), tailing});
@@ -60,7 +61,8 @@ void TextDispatch::connectText() {
 }
 
 void TextDispatch::SendPM(const std::string& nick, const std::string& text, bool special) {
-    IRCServ1.SendText(nick, text, special);
+    // What a plug-in made of a line, perhaps of somebody else's, stays one line.
+    IRCServ1.SendText(OneLine(nick), OneLine(text), special);
 }
 
 // ---- Private text
@@ -68,11 +70,11 @@ void TextDispatch::SendPM(const std::string& nick, const std::string& text, bool
 // Busy stands before ignored: an ignored nick hears "busy" meanwhile.
 bool TextDispatch::turnedAway(Text nick) {
     if (presence_.DoNotDisturb()) {
-        IRCServ1.SendText(oneLine(nick), "ACTION is busy and doesn't want to be disturbed", true);
+        IRCServ1.SendText(OneLine(nick), "ACTION is busy and doesn't want to be disturbed", true);
         return true;
     }
     if (presence_.IsIgnored(nick)) {
-        IRCServ1.SendText(oneLine(nick), "ACTION ignores you", true);
+        IRCServ1.SendText(OneLine(nick), "ACTION ignores you", true);
         return true;
     }
     return false;
@@ -94,7 +96,10 @@ void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text t
     trapped(globError_, "IRCServ1_PMSpecialTextArrived", [&](Trap& step) {
         if (turnedAway(nick)) return;
         bool done = false;
-        step([&] { done = answerQuery(nick, command, text) || handleVerb(nick, command, text); });
+        step([&] {
+            done = answerQuery(nick, command, text) || handleVerb(nick, command, text) ||
+                   findAddress(nick, command, text);
+        });
         if (done) return;
         if (isChannelName(nick)) {
             step([&] { distributeChannel(nick, nick, text, command); });
@@ -108,7 +113,7 @@ void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text t
 bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     std::string answer;
     if (command == "PING") {
-        answer = "PING " + oneLine(text);
+        answer = "PING " + OneLine(text);
     } else if (command == "VERSION") {
         answer = "VERSION Talvchat v" + Version::text() + " " + Version::Author;
     } else if (command == "TIME") {
@@ -118,7 +123,7 @@ bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     } else {
         return false;
     }
-    IRCServ1.SendNotice(oneLine(nick), answer, true);
+    IRCServ1.SendNotice(OneLine(nick), answer, true);
     return true;
 }
 
@@ -134,6 +139,52 @@ bool TextDispatch::handleVerb(Text nick, Text command, Text text) {
     if (mail && to_.Mail != nullptr) to_.Mail->HandleMailCmd(text);
     if (announcement && to_.Announcements != nullptr) to_.Announcements->HandleAnnData(text);
     return true;
+}
+
+// ---- Addresses
+
+// Somebody wants to send a file, and asks for this machine's address: the robot knows the server that knows
+// it.
+bool TextDispatch::findAddress(Text nick, Text command, Text text) {
+    if (command == "WIP") {
+        IRCServ1.SendText("OrreryServ", "INFO IP " + OneLine(nick), true);
+    } else if (command == "IP") {
+        if (fromRobot(nick)) askAddressServer(text);
+    } else if (command == "GIP") {
+        if (text != "-" && to_.Resolver != nullptr && to_.Resolver->IsResolving())
+            to_.Resolver->ResolveIP(text);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void TextDispatch::askAddressServer(Text text) {
+    const auto pieces = Split(text, " ", 2);
+    const std::string address = elementOf(pieces, 0);
+    // One nick: whoever wrote the verb could put a text of his own behind it.
+    const std::string nick = elementOf(pieces, 1).substr(0, pieces[1].find_first_of(" ,"));
+    if (address == "-") return;
+    gIPSock.Close();
+    gIPSock.RemoteHost = address;
+    gIPSock.RemotePort = AddressServerPort;
+    gIPSock.Tag = OneLine(nick);
+    addressTold_ = false;
+    gIPSock.Connect();
+}
+
+// The server's first words are the answer; nobody's server makes the user say more.
+void TextDispatch::gIPSock_DataArrival() {
+    trapped(globError_, "gIPSock_DataArrival", [&](Trap& step) {
+        std::string data;
+        step([&] { gIPSock.GetData(data); });
+        const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' '; };
+        data.erase(std::ranges::find_if(data, isControl), data.end());
+        if (data.size() > LongestAddress) data.resize(LongestAddress);
+        if (addressTold_ || data.empty()) return;
+        addressTold_ = true;
+        step([&] { IRCServ1.SendText(gIPSock.Tag, "GIP " + data, true); });
+    });
 }
 
 void TextDispatch::distributePrivate(Text nick, Text text, Text command) {

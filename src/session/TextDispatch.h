@@ -8,6 +8,7 @@
 #include "host/common/HostGate.h"
 #include "host/common/Trap.h"
 #include "irc/IRCServ.h"
+#include "platform/Winsock.h"
 #include "session/Account.h"
 #include "session/Handovers.h"
 #include "session/PresencePanel.h"
@@ -21,6 +22,8 @@ class TextDispatch {
 
     // The one gate for private text from the windows.
     void SendPM(const std::string& nick, const std::string& text, bool special);
+    // Closes what is still open to an address server.
+    void Stop() { gIPSock.Close(); }
 
   private:
     using Text = const std::string&;
@@ -36,6 +39,9 @@ class TextDispatch {
     bool fromRobot(Text nick) const;
     bool answerQuery(Text nick, Text command, Text text);
     bool handleVerb(Text nick, Text command, Text text);
+    bool findAddress(Text nick, Text command, Text text);
+    void askAddressServer(Text text);
+    void gIPSock_DataArrival();
     void distributePrivate(Text nick, Text text, Text command);
     void distributeChannel(Text channel, Text nick, Text text, Text command);
     void broadcastVerb(std::int32_t msgID, Text command, Text nick, Text text);
@@ -47,6 +53,8 @@ class TextDispatch {
     HostGate& gate_;
     const PresencePanel& presence_;
     const Handovers& to_;
+    Winsock gIPSock;  // to the address server; its Tag is the nick that asked
+    bool addressTold_ = false;
     Subscriptions on_;
 };
 

@@ -31,11 +31,13 @@ void WindowsPanel::RefreshWindows() {
 void WindowsPanel::redraw() {
     trapped(globError_, "RefreshWindows", [&](Trap&) {
         int row = 0;
-        for (const frmPM* window : privates_.Table().Windows()) {
+        for (frmPM* window : privates_.Table().Windows()) {
+            window->Caption = "Chat - " + (window->UserGone ? "Disconnected" : window->UserName);
             put(++row, *window, "Chat - " + window->UserName,
                 window->HasNews ? WindowPicture::PrivateNews : WindowPicture::Private);
         }
-        for (const frmChanChat* window : channels_.Table().Windows()) {
+        for (frmChanChat* window : channels_.Table().Windows()) {
+            window->Caption = "Channel - " + window->ChannelName;
             put(++row, *window, "Channel - " + window->ChannelName,
                 window->HasNews ? WindowPicture::ChannelNews : WindowPicture::Channel);
         }

@@ -33,8 +33,8 @@ class WindowsPanel {
     ListView ListView1;  // the name of a window, and in column 1 its last text
     CheckBox Check1;     // "Hide inactive windows": a private window's close box only hides it
 
-    // Redraws the list before the user could see that it is old. However many lines arrive, it is done at
-    // most once in a while.
+    // Redraws the list and the windows' title bars before the user could see that it is old. However many
+    // lines arrive, it is done at most once in a while.
     void RefreshWindows();
     Timer tmrRedraw;
 

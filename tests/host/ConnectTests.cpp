@@ -105,7 +105,8 @@ TEST(Connect, TwoClientsLiveInOneProcess) {
     maria.host.send(1006, HostArray{"Nikos", "hello"});
     for (const std::string& line : maria.server.heard()) nikos.server.says(":Maria!m@h " + line);
     world.time.run(10ms);
-    EXPECT_THAT(nikos.host.take(), ElementsAre("1007(Maria, hello)"));
+    EXPECT_THAT(nikos.host.take(), ElementsAre("9(Chat, Maria: hello, 1, Maria, , imgChat, False, False)",
+                                               "1007(Maria, hello)"));
     EXPECT_THAT(maria.host.take(), IsEmpty());
 }
 

@@ -97,9 +97,11 @@ TEST(Session, NewsOfOthersReachTheHost) {
           ":a!b@c PRIVMSG Maria :\1_move e4\1", ":a!b@c PRIVMSG Maria :\1ACTION waves\1"}) {
         says(world, maria, line);
     }
-    EXPECT_THAT(maria.host.take(),
-                ElementsAre("1008(#x, a)", "1011(a, d)", "1009(#x, d)", "1010(e, gone)", "1005(#x, a, hi)",
-                            "1007(a, psst)", "1001(calc, a, 1 2)", "1004(move, a, e4)"));
+    EXPECT_THAT(
+        maria.host.take(),
+        ElementsAre("1008(#x, a)", "1011(a, d)", "1009(#x, d)", "1010(e, gone)", "1005(#x, a, hi)",
+                    "9(Chat, A: psst, 1, A, , imgChat, False, False)", "1007(a, psst)", "1001(calc, a, 1 2)",
+                    "1004(move, a, e4)", "9(Chat, A: waves, 1, A, , imgChat, False, False)"));
 }
 
 TEST(Session, QueriesAreAnsweredOnOneLineEach) {
