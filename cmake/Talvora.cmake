@@ -40,6 +40,15 @@ function(talvora_core name folder)
     target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
+# talvora_test_options(NAME): a test is compiled more often than it runs. What it tests is built with both
+# sanitizers; its own code goes without the slower of them to compile, and without optimization.
+function(talvora_test_options name)
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
+    if(TALVORA_SANITIZE)
+        target_compile_options(${name} PRIVATE -fno-sanitize=undefined)
+    endif()
+endfunction()
+
 # talvora_test(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
 function(talvora_test name folder)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
@@ -48,6 +57,7 @@ function(talvora_test name folder)
     endif()
     add_executable(${name} ${sources})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    talvora_test_options(${name})
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gmock)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
