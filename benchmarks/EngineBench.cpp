@@ -5,17 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "irc/IRCServ.h"
+#include "EngineAccess.h"
 #include "irc/wire/WireAdapter.h"
 #include "support/VirtualPlatform.h"
 
 namespace talvora {
-
-// Reaches the line reader below the socket.
-class IRCServBench {
-  public:
-    static void handle(IRCServ& engine, const std::string& line) { engine.HandleData(line); }
-};
 
 namespace {
 

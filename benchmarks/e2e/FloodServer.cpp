@@ -69,6 +69,7 @@ void FloodServer::serve(e2e::Milliseconds time) {
 
 void FloodServer::flood(std::string_view bytes, std::string_view answer) {
     stream_ = bytes;
+    last_.clear();
     pump([&] { return last_.starts_with(answer); }, patience, "the answer to the flood");
 }
 

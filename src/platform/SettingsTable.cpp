@@ -21,9 +21,9 @@ SettingName SettingsTable::namesOf(const Address& address) {
 
 std::size_t SettingsTable::Hash::operator()(const SettingName& name) const {
     constexpr std::size_t mix = 0x9E3779B97F4A7C15;
-    const TextHash hash;
-    // Application and section are nearly the same for all: the key has to spread.
-    return (hash(name.app) * mix + hash(name.section)) * mix + hash(name.key);
+    // Application and section are nearly the same for all, and their lengths tell them apart: the key has to
+    // spread.
+    return (name.app.size() * mix + name.section.size()) * mix + TextHash()(name.key);
 }
 
 bool SettingsTable::Equal::operator()(const SettingName& a, const SettingName& b) const {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/common/HostArrays.h"
+
 namespace talvora {
 
 void HostGate::Attach(MessageDatabase& db, std::int32_t id) {
@@ -26,8 +28,8 @@ void HostGate::NotifyHost(const Notice& notice) {
                                                                      : nullptr;
     if (key != nullptr && settings_.Get(Section::Settings, key, "T") == "F") return;
     Broadcast(9,
-              HostArray{notice.Title, notice.Text, static_cast<std::int32_t>(notice.Kind), notice.Window,
-                        notice.Line, notice.Value, notice.First, notice.Second},
+              ArrayOf(notice.Title, notice.Text, static_cast<std::int32_t>(notice.Kind), notice.Window,
+                      notice.Line, notice.Value, notice.First, notice.Second),
               HostAddress::Everybody, "IRC Plugin");
 }
 
