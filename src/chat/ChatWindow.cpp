@@ -1,5 +1,7 @@
 #include "chat/ChatWindow.h"
 
+#include <utility>
+
 #include "platform/Text.h"
 
 namespace talvora {
@@ -38,19 +40,20 @@ void ChatWindow::connectHands() {
 
 void ChatWindow::Form_Unload() {
     focusTimer_.Enabled = false;
+    Slots.Close();
 }
 
 // ---- Plug-ins
 
-void ChatWindow::Broadcast(std::string& line, int exclude) {
-    Slots.Broadcast(line, exclude);
+bool ChatWindow::Broadcast(std::string& line, int exclude) {
+    return Slots.Broadcast(line, exclude);
 }
 
-std::string ChatWindow::payloadOf(std::string_view line) {
+std::string_view ChatWindow::payloadOf(std::string_view line) {
     const auto bar = line.find('|');
     if (bar == std::string_view::npos) return {};
     const std::string_view kind = line.substr(0, bar);
-    return kind == "IRC" || kind == "MSG" ? std::string(line.substr(bar + 1)) : std::string();
+    return kind == "IRC" || kind == "MSG" ? line.substr(bar + 1) : std::string_view();
 }
 
 std::string ChatWindow::incomingLine(const std::string& text, const std::string& command) {
@@ -70,8 +73,8 @@ std::string ChatWindow::withoutActionMark(const std::string& payload) {
 void ChatWindow::SendText(const std::string& text, bool isAction) {
     trapped(around_.Reporter, "SendText", [&](Trap&) {
         std::string line = (isAction ? "MSG|$ACTION " : "MSG|") + text;
-        Broadcast(line, -1);
-        const std::string payload = payloadOf(line);
+        if (!Broadcast(line, -1)) return;
+        const std::string payload(payloadOf(line));
         if (!payload.empty()) SendData(payload);
     });
 }
@@ -152,11 +155,11 @@ void ChatWindow::noteNews() {
     around_.Session.RefreshWindows();
 }
 
-void ChatWindow::tellHost(NoticeKind kind, const std::string& name, const std::string& text) {
+void ChatWindow::tellHost(NoticeKind kind, const std::string& name, std::string text) {
     if (!mnuPopup.Checked) return;
     Notice notice;
     notice.Title = "Chat";
-    notice.Text = text;
+    notice.Text = std::move(text);
     notice.Kind = kind;
     notice.Window = name;
     notice.Value = "imgChat";
@@ -164,6 +167,8 @@ void ChatWindow::tellHost(NoticeKind kind, const std::string& name, const std::s
 }
 
 void ChatWindow::takeForeground() {
+    if (IsUnloaded()) return;  // by the host, which has just been told of the line
+    Show();
     around_.ThePlatform.Screen.SetForegroundWindow(*this);
 }
 

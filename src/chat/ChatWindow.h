@@ -53,11 +53,12 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     static constexpr int kPluginsFolded = 1;
 
   protected:
-    // Offers a line to all plug-ins but the one at `exclude`; -1 excludes none.
-    void Broadcast(std::string& line, int exclude);
+    // Offers a line to all plug-ins but the one at `exclude`; -1 excludes none. False if the window has been
+    // unloaded, perhaps meanwhile: it then does nothing more.
+    bool Broadcast(std::string& line, int exclude);
     void SendText(const std::string& text, bool isAction);
-    // The text behind the first "|", if the kind in front of it is "IRC" or "MSG".
-    static std::string payloadOf(std::string_view line);
+    // The text behind the first "|", within the line, if the kind in front of it is "IRC" or "MSG".
+    static std::string_view payloadOf(std::string_view line);
     // The line of an incoming text; a verb other than ACTION is for plug-ins only.
     static std::string incomingLine(const std::string& text, const std::string& command);
     static bool isShown(const std::string& command);
@@ -70,7 +71,8 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     void showNote(const std::string& text, std::uint8_t fore = 5);
     // There is something new; unless the user is looking, it counts as news.
     void noteNews();
-    void tellHost(NoticeKind kind, const std::string& name, const std::string& text);
+    void tellHost(NoticeKind kind, const std::string& name, std::string text);
+    // A hidden window shows itself, too.
     void takeForeground();
     // Sends to the channel or the peer; the part of SendData that both kinds of window share.
     void sendOn(Trap& step, const std::string& to, const std::string& data);
@@ -92,7 +94,6 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
 
   private:
     void connectHands();
-    void installPlugins(const std::vector<std::string>& list);
     void Text1_KeyPress(int& key);
     void Text1_Change();
     void sendTyped(bool isAction);

@@ -25,7 +25,10 @@ frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     connectMenus();
     connectUsers();
     on_ += Timer1.Tick.connect([this] { around_.ThePlatform.Screen.FlashWindow(*this, true); });
-    Slots.InstallAll(around.Plugins.ChannelPlugins());
+}
+
+void frmChanChat::Form_Load() {
+    Slots.InstallAll(around_.Plugins.ChannelPlugins());
 }
 
 void frmChanChat::connectMenus() {
@@ -51,7 +54,10 @@ void frmChanChat::connectUsers() {
     on_ += mnuPM.Click.connect([this] {
         if (around_.Privates != nullptr) around_.Privates->StartPM(SelectedNick);
     });
-    on_ += mnuInfo.Click.connect([this] { around_.Session.SendIRC("WHOIS " + SelectedNick); });
+    on_ += mnuInfo.Click.connect([this] {
+        trapped(around_.Reporter, "mnuInfo_Click",
+                [&](Trap& step) { step([&] { around_.Session.SendIRC("WHOIS " + SelectedNick); }); });
+    });
 }
 
 // ---- Start and end
@@ -62,7 +68,7 @@ void frmChanChat::Start(const std::string& channel, bool) {
         Caption = "Talking in " + ChannelName;
         showNote("*** You are now talking in " + ChannelName + " ***");
         std::string line = "CON|" + channel;
-        Broadcast(line, -1);
+        if (!Broadcast(line, -1)) return;
         WinIndex = manager_.RegisterChan(*this);
         if (WinIndex < 0) {
             Unload();
@@ -85,6 +91,7 @@ void frmChanChat::loadSettings() {
 }
 
 void frmChanChat::Remove() {
+    if (IsUnloaded()) return;
     trapped(around_.Reporter, "Remove", [&](Trap&) {
         manager_.UnregisterChan(WinIndex);
         Unload();
@@ -92,6 +99,7 @@ void frmChanChat::Remove() {
 }
 
 void frmChanChat::leave(bool part) {
+    if (IsUnloaded()) return;  // its slot is another window's now
     trapped(around_.Reporter, part ? "mnuPart_Click" : "mnuClose_Click", [&](Trap& step) {
         manager_.UnregisterChan(WinIndex);
         if (part) step([&] { around_.Session.SendIRC("PART " + ChannelName); });
@@ -115,49 +123,47 @@ void frmChanChat::Form_Unload() {
 void frmChanChat::PMArrived(const std::string& nick, const std::string& text, const std::string& command) {
     trapped(around_.Reporter, "PMArrived", [&](Trap&) {
         std::string author = "USR|" + nick;
-        Broadcast(author, -1);
+        if (!Broadcast(author, -1)) return;
         std::string line = incomingLine(text, command);
-        Broadcast(line, -1);
+        if (!Broadcast(line, -1)) return;
         if (isShown(command)) DisplayIRCCommand(line, nick);
     });
 }
 
 void frmChanChat::DisplayIRCCommand(const std::string& data, const std::string& nick) {
     trapped(around_.Reporter, "DisplayIRCCommand", [&](Trap& step) {
-        const std::string payload = payloadOf(data);
+        const std::string_view payload = payloadOf(data);
         if (!payload.empty()) showSpeech(payload, nick);
         // A line that a plug-in has emptied still calls the user.
         step([&] { callAttention(); });
     });
 }
 
-void frmChanChat::showSpeech(const std::string& payload, const std::string& nick) {
+void frmChanChat::showSpeech(std::string_view payload, const std::string& nick) {
     const ChatColors& colors = around_.Colors;
     showSaid(nick, payload, colors.ChatForeColor, colors.ChatBackColor, colors.ActionForeColor,
              colors.ActionBackColor);
-    LastText = nick + ": " + payload;
+    LastText.assign(nick).append(": ").append(payload);
     noteNews();
     if (!HasFocus) tellHost(NoticeKind::ChannelText, ChannelName, ChannelName + ": " + LastText);
     if (!mnuNoFocus.Checked) takeForeground();
 }
 
-bool frmChanChat::setting(const char* key, const char* byDefault) const {
-    return around_.Settings.Get(Section::ChanSettings, key + ChannelName, byDefault) == "T";
+std::string frmChanChat::setting(const char* key, const char* byDefault) const {
+    return around_.Settings.Get(Section::ChanSettings, key + ChannelName, byDefault);
 }
 
 // The settings of the channel are read anew for each line.
 void frmChanChat::callAttention() {
-    if (setting("Show_", "T")) Show();
-    if (setting("Beep_", "F") && !HasFocus) around_.ThePlatform.Screen.Beep();
-    if (setting("Flash_", "T") && Visible && !HasFocus) Flash();
-    if (!setting("NoFocus_", "T")) {
-        Show();
-        takeForeground();
-    }
+    if (IsUnloaded()) return;  // by the host, which has just been told of the line
+    if (setting("Show_", "T") == "T") Show();
+    if (setting("Beep_", "F") == "T" && !HasFocus) around_.ThePlatform.Screen.Beep();
+    if (setting("Flash_", "T") == "T" && Visible && !HasFocus) Flash();
+    if (setting("NoFocus_", "T") == "F") takeForeground();
 }
 
 void frmChanChat::ShowPluginLine(const std::string& text) {
-    trapped(around_.Reporter, "ShowPluginLine", [&](Trap& step) {
+    trapped(around_.Reporter, "plugins_DataBroadcast", [&](Trap& step) {
         step([&] { callAttention(); });
         IRCWin1.AddIRCLine(text, around_.Colors.PluginForeColor, around_.Colors.PluginBackColor);
         LastText = text;

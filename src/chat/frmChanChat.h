@@ -2,6 +2,7 @@
 // The window of one channel: the talk, its users, and what the user may do with them.
 
 #include <string>
+#include <string_view>
 
 #include "chat/ChatWindow.h"
 #include "chat/UserList.h"
@@ -30,6 +31,8 @@ class frmChanChat final : public ChatWindow {
 
     Timer Timer1;  // the flashing
 
+    // Installs the plug-ins. By the table, once the window is its own.
+    void Form_Load();
     void Start(const std::string& channel, bool byPM);
     // `command` is empty for plain text, else the verb of a special message.
     void PMArrived(const std::string& nick, const std::string& text, const std::string& command);
@@ -58,9 +61,9 @@ class frmChanChat final : public ChatWindow {
     void connectUsers();
     void loadSettings();
     void DisplayIRCCommand(const std::string& data, const std::string& nick);
-    void showSpeech(const std::string& payload, const std::string& nick);
+    void showSpeech(std::string_view payload, const std::string& nick);
     void callAttention();
-    bool setting(const char* key, const char* byDefault) const;
+    std::string setting(const char* key, const char* byDefault) const;
     void happened(const std::string& nick, const std::string& what, const std::string& lastText);
     void leave(bool part);
 

@@ -22,7 +22,10 @@ frmPM::frmPM(ChatSurroundings& around, modWinManager& manager) : ChatWindow(arou
     keepCheck(mnuNoFocus, section, "NoFocus_");
     keepCheck(mnuTimeStamp, section, "TimeStamp_");
     on_ += mnuStopPM.Click.connect([this] { stop(); });
-    Slots.InstallAll(around.Plugins.PrivatePlugins());
+}
+
+void frmPM::Form_Load() {
+    Slots.InstallAll(around_.Plugins.PrivatePlugins());
 }
 
 // ---- Start and end
@@ -32,7 +35,7 @@ void frmPM::Start(const std::string& nick) {
         UserName = ProperCase(nick);
         Caption = "Private chat with " + UserName;
         showNote("*** You are now talking in private with user " + UserName + " ***");
-        offerName(nick);
+        if (!offerName(nick)) return;
         WinIndex = manager_.RegisterPM(*this);
         if (WinIndex < 0) {
             Unload();
@@ -50,6 +53,7 @@ void frmPM::loadSettings() {
 }
 
 void frmPM::stop() {
+    if (IsUnloaded()) return;  // its slot is another window's now
     trapped(around_.Reporter, "mnuStopPM_Click", [&](Trap&) {
         manager_.UnregisterPM(WinIndex);
         Unload();
@@ -82,7 +86,7 @@ void frmPM::Form_QueryUnload(bool& cancel, CloseReason reason) {
 void frmPM::PMArrived(const std::string& text, const std::string& command) {
     trapped(around_.Reporter, "PMArrived", [&](Trap&) {
         std::string line = incomingLine(text, command);
-        Broadcast(line, -1);
+        if (!Broadcast(line, -1)) return;
         if (isShown(command)) DisplayIRCCommand(line, UserName);
         noteNews();
     });
@@ -90,7 +94,7 @@ void frmPM::PMArrived(const std::string& text, const std::string& command) {
 
 void frmPM::DisplayIRCCommand(const std::string& data, const std::string& nick) {
     trapped(around_.Reporter, "DisplayIRCCommand", [&](Trap&) {
-        const std::string payload = payloadOf(data);
+        const std::string payload(payloadOf(data));
         if (payload.empty()) return;
         const ChatColors& colors = around_.Colors;
         showSaid(nick, payload, colors.ChatForeColor, colors.ChatBackColor, colors.ActionForeColor,
@@ -107,7 +111,7 @@ void frmPM::arrived(const std::string& text) {
 }
 
 void frmPM::ShowPluginLine(const std::string& text) {
-    trapped(around_.Reporter, "ShowPluginLine", [&](Trap&) {
+    trapped(around_.Reporter, "plugins_DataBroadcast", [&](Trap&) {
         IRCWin1.AddIRCLine(text, around_.Colors.PluginForeColor, around_.Colors.PluginBackColor);
         arrived(text);
     });
@@ -122,9 +126,9 @@ void frmPM::SendData(const std::string& data) {
 
 // ---- The peer
 
-void frmPM::offerName(const std::string& nick) {
+bool frmPM::offerName(const std::string& nick) {
     std::string line = "CON|" + nick;
-    Broadcast(line, -1);
+    return Broadcast(line, -1);
 }
 
 void frmPM::Rename(const std::string& newNick) {

@@ -19,6 +19,8 @@ class frmPM final : public ChatWindow {
 
     Menu mnuStopPM;
 
+    // Installs the plug-ins. By the table, once the window is its own.
+    void Form_Load();
     void Start(const std::string& nick);
     // `command` is empty for plain text, else the verb of a special message.
     void PMArrived(const std::string& text, const std::string& command);
@@ -40,7 +42,7 @@ class frmPM final : public ChatWindow {
     void loadSettings();
     void DisplayIRCCommand(const std::string& data, const std::string& nick);
     void arrived(const std::string& text);
-    void offerName(const std::string& nick);
+    bool offerName(const std::string& nick);
     void stop();
 
     modWinManager& manager_;

@@ -16,7 +16,8 @@ frmChanChat* modChanWinManager::Window(const std::string& channel) const {
 
 frmChanChat& modChanWinManager::load() {
     frmChanChat& window = table_.Own(std::make_unique<frmChanChat>(around_, *this));
-    Loaded.raise(window);
+    window.Form_Load();
+    if (!window.IsUnloaded()) Loaded.raise(window);
     return window;
 }
 

@@ -16,7 +16,8 @@ frmPM* modWinManager::Window(const std::string& nick) const {
 
 frmPM& modWinManager::load() {
     frmPM& window = table_.Own(std::make_unique<frmPM>(around_, *this));
-    Loaded.raise(window);
+    window.Form_Load();
+    if (!window.IsUnloaded()) Loaded.raise(window);
     return window;
 }
 

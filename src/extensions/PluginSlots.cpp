@@ -43,6 +43,10 @@ PluginSlots::PluginSlots(PluginWindow& window, const PluginFactories& factories,
 }
 
 PluginSlots::~PluginSlots() {
+    Close();
+}
+
+void PluginSlots::Close() {
     state_->alive = false;
 }
 
@@ -80,6 +84,7 @@ void PluginSlots::InstallAll(const std::vector<std::string>& entries) {
 }
 
 bool PluginSlots::Broadcast(std::string& Data, int FromIndex) {
+    if (!state_->alive) return false;
     const std::shared_ptr<State> state = state_;
     GlobError& globError = globError_;
     const Level level(*state);
@@ -106,6 +111,7 @@ bool PluginSlots::Broadcast(std::string& Data, int FromIndex) {
 }
 
 void PluginSlots::plugins_DataBroadcast(int Index, const std::string& Data) {
+    if (!state_->alive) return;
     trapped(globError_, "plugins_DataBroadcast", [&](Trap&) {
         const std::vector<std::string> fields = Split(Data, "|", 2);
         const std::string& kind = elementOf(fields, 0);

@@ -48,6 +48,8 @@ class PluginSlots {
     // the caller. False if the window has gone meanwhile.
     bool Broadcast(std::string& Data, int FromIndex);
     void plugins_DataBroadcast(int Index, const std::string& Data);
+    // The window is unloaded, and perhaps destroyed later: nothing goes over the bus any more.
+    void Close();
     // Puts the visible slots one below the other.
     void plugins_Resize();
 

@@ -1,5 +1,7 @@
 #include "host/Connect.h"
 
+#include <utility>
+
 #include "host/common/Trap.h"
 #include "host/profile/NetworkProfile.h"
 #include "irc/wire/AdaptedSocket.h"
@@ -42,7 +44,7 @@ void Connect::handle(const HostMessage& message) {
             startUp();
             break;
         case 3:
-            if (gStarted && data == HostValue(1)) MainWindow()->Show();
+            if (gStarted && MainWindow() != nullptr && data == HostValue(1)) MainWindow()->Show();
             break;
         case 4:
             gate_.Broadcast(5, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
@@ -118,11 +120,23 @@ void Connect::loadMainWindow() {
         const Form1::Surroundings around{
             services_.ThePlatform, globError_, settings_,     gate_, account_, random_,
             chats_.Nicks,          handovers_, &chats_.Tables};
+        retireMainWindow();
         form1_ = std::make_unique<Form1>(around, ircSocket());
         chats_.Attach(form1_.get());
     }
     form1_->SetMailInterval(CInt(Val(minutes)));
     form1_->Form_Load();
+}
+
+// An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
+// the component while it hears of a line.
+void Connect::retireMainWindow() {
+    if (form1_ == nullptr) return;
+    std::shared_ptr<Form1> old = std::move(form1_);
+    Platform& platform = services_.ThePlatform;
+    platform.Guarded.WhenIdle([old]() mutable { old.reset(); });
+    // The loop turns once more, so that there is a callback to end.
+    platform.TheLoop.Defer([] {});
 }
 
 std::unique_ptr<SocketDriver> Connect::ircSocket() {
@@ -143,6 +157,8 @@ void Connect::LoadSettings() {
 
 // The window is only unloaded here, since this may run inside one of its own handlers.
 void Connect::Class_Terminate() {
+    // Saying QUIT lets other messages in, also this one.
+    if (std::exchange(ending_, true)) return;
     trapped(globError_, "Class_Terminate", [&](Trap&) {
         gStarted = false;
         if (MainWindow() == nullptr) return;
@@ -151,7 +167,9 @@ void Connect::Class_Terminate() {
         form1_->IRCServ1.Disconnect(text);
         form1_->Unload();
         chats_.UnloadAll();
+        chats_.Attach(nullptr);
     });
+    gStarted = ending_ = false;
 }
 
 Form1* Connect::MainWindow() const {

@@ -38,6 +38,7 @@ class Connect final : public HostPlugin {
     void startUp();
     void readAccount();
     void loadMainWindow();
+    void retireMainWindow();
     void handle(const HostMessage& message);
     void sendPlain(const HostValue& data);
     void sendSpecial(const std::string& to, const HostValue& data);
@@ -52,6 +53,7 @@ class Connect final : public HostPlugin {
     ChatDesk chats_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
+    bool ending_ = false;
     std::unique_ptr<Form1> form1_;
     Subscription sink_;
 };

@@ -47,7 +47,9 @@ void frmChanKey::Display() {
         CurrentChan = pieces[0];
         ChanList = pieces.size() > 1 ? pieces[1] : std::string();
         Label1.Caption = "Please enter the key for channel " + CurrentChan;
-        step([&] { Text1.Text = settings_.Get(Section::ChanKeys, CurrentChan, ""); });
+        // Never the key of the channel before.
+        Text1.Text =
+            step.value(std::string(), [&] { return settings_.Get(Section::ChanKeys, CurrentChan, ""); });
         ask();
     });
 }
@@ -61,18 +63,21 @@ void frmChanKey::ask() {
 
 void frmChanKey::JoinNew() {
     trapped(globError_, "JoinNew", [&](Trap&) {
-        // A key that is being asked for gets its turn again.
-        if (Visible && !NewChanMode) ChanList = CurrentChan + "|" + ChanList;
+        if (Visible && !NewChanMode) {
+            // A key that is being asked for gets its turn again.
+            ChanList = CurrentChan + "|" + ChanList;
+            Text1.Text = "";
+        }
         NewChanMode = true;
         Label1.Caption = "Please enter the new channel name:";
         dress();
-        Text1.Text = "";
         Show();
         Text1.SetFocus();
     });
 }
 
 void frmChanKey::Picture1_Click(int index) {
+    if (IsUnloaded()) return;
     trapped(globError_, "Picture1_Click", [&](Trap& step) {
         if (index == 0) accept(step);
         NewChanMode = false;

@@ -35,6 +35,12 @@ void frmMsgBox::Display(const std::string& text, const std::string& title, int i
     });
 }
 
+void frmMsgBox::Form_QueryUnload(bool& cancel, CloseReason reason) {
+    if (reason != CloseReason::UserClosesBox || MsgQueue.empty()) return;
+    cancel = true;
+    showNext();
+}
+
 void frmMsgBox::showNext() {
     trapped(globError_, "ShowNext", [&](Trap& step) {
         if (MsgQueue.empty()) {

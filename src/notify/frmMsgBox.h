@@ -32,6 +32,8 @@ class frmMsgBox final : public Form {
     static constexpr std::size_t kLongestQueue = 256 * 1024;
 
   protected:
+    // The close box acknowledges the note; those that wait are not lost with it.
+    void Form_QueryUnload(bool& cancel, CloseReason reason) override;
     void Form_Unload() override { Timer1.Enabled = false; }
 
   private:

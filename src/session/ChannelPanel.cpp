@@ -14,6 +14,7 @@ constexpr char FieldSeparator = '\5';
 constexpr int OpenChannelIcon = 6;
 constexpr int KeyedChannelIcon = 7;
 constexpr int JoinErrorIcon = 1;
+constexpr int RedrawDelay = 40;  // milliseconds
 // A server cannot make the flat lists of channels longer than this.
 constexpr std::size_t MaxListText = 1 << 16;
 
@@ -28,6 +29,7 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
                            UserList& userList1, const Handovers& to)
     : tmrRefreshUsers(platform, 5000),
       tmrDisplayKeyChans(platform, 5000),
+      tmrRedraw(platform, RedrawDelay),
       platform_(platform),
       globError_(globError),
       settings_(settings),
@@ -54,6 +56,8 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
     on_ += popChanPart.Click.connect([this] { tickSelected(true); });
     on_ += popChanKey.Click.connect([this] { popChanKey_Click(); });
     on_ += tmrDisplayKeyChans.Tick.connect([this] { tmrDisplayKeyChans_Timer(); });
+    on_ +=
+        tmrRedraw.Tick.connect([this] { trapped(globError_, "tmrRedraw_Timer", [&](Trap&) { redraw(); }); });
     on_ += tmrRefreshUsers.Tick.connect([this] {
         CreateChannelList(CheckedChans);
         tmrRefreshUsers.Enabled = false;
@@ -69,6 +73,8 @@ void ChannelPanel::CreateChannelList(const std::string& list) {
         step([&] { leaveOrAskNames(list); });
         step([&] { joinAll(list); });
         JoinedChans.clear();
+        // A menu that applies the ticks before the user has ticked anything leaves no channel.
+        CheckedChans = list;
         step([&] { settings_.Save(Section::Settings, "ChanList", list); });
     });
 }
@@ -99,7 +105,7 @@ void ChannelPanel::IRCServ1_YouJoinChannel(const std::string& channel) {
             return;
         }
         if (!HoldsEntry(JoinedChans, channel, ListSeparator)) appendEntry(JoinedChans, channel);
-        redraw();
+        tmrRedraw.Enabled = true;
     });
 }
 
@@ -108,7 +114,7 @@ void ChannelPanel::IRCServ1_YouPartChannel(const std::string& channel) {
         if (EqualText(channel, account_.gSysChannel)) session_.SysErr(4);
         if (to_.Channels != nullptr) step([&] { to_.Channels->RemoveChan(channel); });
         RemoveEntry(JoinedChans, channel, ListSeparator);
-        redraw();
+        tmrRedraw.Enabled = true;
     });
 }
 
@@ -181,6 +187,7 @@ ListItem& ChannelPanel::addRow(const std::string& channel, bool joined) {
 }
 
 void ChannelPanel::redraw() {
+    tmrRedraw.Enabled = false;
     ListView2.ListItems.Clear();
     std::unordered_map<std::string, ListItem*> rows;
     for (const std::string& channel : Entries(JoinedChans, ListSeparator)) {

@@ -29,6 +29,9 @@ class ChannelPanel {
     Menu popChanKey;
     Timer tmrRefreshUsers;
     Timer tmrDisplayKeyChans;
+    // Draws the list anew after channels were joined or left. However many there are, it is done at most once
+    // in a while.
+    Timer tmrRedraw;
 
     // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
     void CreateChannelList(const std::string& list);

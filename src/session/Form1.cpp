@@ -96,9 +96,10 @@ void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
 
 void Form1::Form_Unload() {
     for (Timer* timer : {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh,
-                         &Channels.tmrRefreshUsers, &Channels.tmrDisplayKeyChans}) {
+                         &Channels.tmrRefreshUsers, &Channels.tmrDisplayKeyChans, &Channels.tmrRedraw}) {
         timer->Enabled = false;
     }
+    if (Windows) Windows->tmrRedraw.Enabled = false;
     Texts.Stop();
     IRCServ1.Stop();
 }

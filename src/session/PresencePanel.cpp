@@ -15,6 +15,19 @@ constexpr int OnlinePicture = 3;
 constexpr int MaxStates = 50;
 constexpr char IgnoreSeparator = '@';
 
+// The nick is cut out as plain text, also from the end of a longer one; what is left of that one keeps its
+// separator, or it would be glued to the next.
+std::string withoutNick(const std::string& list, const std::string& nick) {
+    const std::string entry = nick + IgnoreSeparator;
+    std::string left;
+    std::size_t begin = 0;
+    for (std::size_t at; (at = list.find(entry, begin)) != std::string::npos; begin = at + entry.size()) {
+        left.append(list, begin, at - begin);
+        if (!left.empty() && left.back() != IgnoreSeparator) left += IgnoreSeparator;
+    }
+    return left.append(list, begin);
+}
+
 }  // namespace
 
 PresencePanel::PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
@@ -47,17 +60,21 @@ void PresencePanel::rebuildMenu() {
         states_.clear();
         for (int i = popStat.UBound(); i > 0; --i) popStat.Unload(i);
         File states;
-        if (!step([&] { states = platform_.ProgramFiles.Open("System\\perflix.lst", FileMode::Input); }))
-            return;
-        int index = 1;
-        while (index <= MaxStates && step.test([&] { return !states.AtEnd(); })) {
-            std::string line;
-            if (!step([&] { line = Trim(states.ReadLine()); })) continue;
-            if (line.empty()) continue;
-            if (step([&] { loadState(index, line); })) ++index;
+        if (step([&] { states = platform_.ProgramFiles.Open("System\\perflix.lst", FileMode::Input); })) {
+            loadStates(step, states);
         }
         popStat(0).Visible = false;
     });
+}
+
+void PresencePanel::loadStates(Trap& step, File& states) {
+    int index = 1;
+    while (index <= MaxStates && step.test([&] { return !states.AtEnd(); })) {
+        std::string line;
+        if (!step([&] { line = Trim(states.ReadLine()); })) continue;
+        if (line.empty()) continue;
+        if (step([&] { loadState(index, line); })) ++index;
+    }
 }
 
 void PresencePanel::loadState(int index, const std::string& line) {
@@ -105,10 +122,9 @@ void PresencePanel::mnuIgnore_Click() {
     });
 }
 
-// The nick is cut out as plain text, also from the end of a longer one.
 void PresencePanel::mnuUnignore_Click() {
     trapped(globError_, "mnuUnignore_Click", [&](Trap& step) {
-        gIgnoreList = Replace(gIgnoreList, TruncNick(SelectedNick) + IgnoreSeparator, "");
+        gIgnoreList = withoutNick(gIgnoreList, TruncNick(SelectedNick));
         step([&] { settings_.Save(Section::Settings, "IgnoreList", gIgnoreList); });
         RefreshIgnore();
     });

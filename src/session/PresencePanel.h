@@ -14,6 +14,8 @@
 
 namespace talvora {
 
+class File;
+
 class PresencePanel {
   public:
     PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
@@ -50,6 +52,7 @@ class PresencePanel {
     void mnuUnignore_Click();
     std::string shownName(const std::string& ignored) const;
     void rebuildMenu();
+    void loadStates(Trap& step, File& states);
     void loadState(int index, const std::string& line);
 
     Platform& platform_;

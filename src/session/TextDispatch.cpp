@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/common/HostArrays.h"
 #include "host/common/Version.h"
 #include "platform/Text.h"
 
@@ -14,6 +15,15 @@ constexpr std::size_t LongestAddress = 255;
 
 bool isChannelName(const std::string& name) {
     return !name.empty() && name.front() == '#';
+}
+
+// One nick: whoever wrote the verb could put a text of his own behind it, or a channel in its place. Empty if
+// it is none.
+std::string oneNick(std::string_view text) {
+    std::string nick = OneLine(text.substr(0, text.find_first_of(" ,")));
+    if (!nick.empty() && std::string_view("#&+!$@%~:").find(nick.front()) != std::string_view::npos)
+        nick.clear();
+    return nick;
 }
 
 HostArray copyOf(const StringArray& texts) {
@@ -36,10 +46,10 @@ TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& en
     on_ += gIPSock.DataArrival.connect([this] { gIPSock_DataArrival(); });
     on_ += IRCServ1.ServerRespond.connect(
         [this](std::int32_t number, const StringArray& parameters, Text tailing) {
-            gate_.Broadcast(1012, HostArray{number, copyOf(parameters), tailing});
+            gate_.Broadcast(1012, ArrayOf(number, copyOf(parameters), tailing));
         });
     on_ += IRCServ1.ServerStrRespond.connect([this](Text cmd, const StringArray& parameters, Text tailing) {
-        gate_.Broadcast(1013, HostArray{cmd, copyOf(parameters), tailing});
+        gate_.Broadcast(1013, ArrayOf(cmd, copyOf(parameters), tailing));
     });
 }
 
@@ -88,14 +98,15 @@ void TextDispatch::IRCServ1_PMTextArrived(Text nick, Text text) {
             return;
         }
         step([&] { distributePrivate(nick, text, ""); });
-        step([&] { gate_.Broadcast(1007, HostArray{nick, text}); });
+        step([&] { gate_.Broadcast(1007, ArrayOf(nick, text)); });
     });
 }
 
 void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text) {
     trapped(globError_, "IRCServ1_PMSpecialTextArrived", [&](Trap& step) {
         if (turnedAway(nick)) return;
-        bool done = false;
+        // A verb that failed is not shown as a text either.
+        bool done = true;
         step([&] {
             done = answerQuery(nick, command, text) || handleVerb(nick, command, text) ||
                    findAddress(nick, command, text);
@@ -113,7 +124,7 @@ void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text t
 bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     std::string answer;
     if (command == "PING") {
-        answer = "PING " + OneLine(text);
+        answer = "PING " + text;
     } else if (command == "VERSION") {
         answer = "VERSION Talvchat v" + Version::text() + " " + Version::Author;
     } else if (command == "TIME") {
@@ -123,7 +134,7 @@ bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     } else {
         return false;
     }
-    IRCServ1.SendNotice(OneLine(nick), answer, true);
+    IRCServ1.SendNotice(OneLine(nick), OneLine(answer), true);
     return true;
 }
 
@@ -162,13 +173,12 @@ bool TextDispatch::findAddress(Text nick, Text command, Text text) {
 void TextDispatch::askAddressServer(Text text) {
     const auto pieces = Split(text, " ", 2);
     const std::string address = elementOf(pieces, 0);
-    // One nick: whoever wrote the verb could put a text of his own behind it.
-    const std::string nick = elementOf(pieces, 1).substr(0, pieces[1].find_first_of(" ,"));
-    if (address == "-") return;
+    const std::string nick = oneNick(elementOf(pieces, 1));
+    if (address == "-" || nick.empty()) return;
     gIPSock.Close();
     gIPSock.RemoteHost = address;
     gIPSock.RemotePort = AddressServerPort;
-    gIPSock.Tag = OneLine(nick);
+    gIPSock.Tag = nick;
     addressTold_ = false;
     gIPSock.Connect();
 }
@@ -201,7 +211,7 @@ void TextDispatch::IRCServ1_TextArrived(Text nick, Text channel, Text text) {
     trapped(globError_, "IRCServ1_TextArrived", [&](Trap& step) {
         if (presence_.IsIgnored(nick) || isSystemChannel(channel)) return;
         step([&] { distributeChannel(channel, nick, text, ""); });
-        step([&] { gate_.Broadcast(1005, HostArray{channel, nick, text}); });
+        step([&] { gate_.Broadcast(1005, ArrayOf(channel, nick, text)); });
     });
 }
 
@@ -223,7 +233,7 @@ void TextDispatch::distributeChannel(Text channel, Text nick, Text text, Text co
 // A command that begins with "_" is a word between the plug-ins of hosts on different machines.
 void TextDispatch::broadcastVerb(std::int32_t msgID, Text command, Text nick, Text text) {
     if (command.empty() || command.front() != '_') return;
-    gate_.Broadcast(msgID, HostArray{command.substr(1), nick, text});
+    gate_.Broadcast(msgID, ArrayOf(command.substr(1), nick, text));
 }
 
 void TextDispatch::IRCServ1_SpecialNoticeArrived(Text command, Text text) {

@@ -6,6 +6,15 @@ namespace {
 
 constexpr int redrawDelay = 40;  // milliseconds
 
+// What a window is called in the list.
+std::string nameOf(const frmPM& window) {
+    return "Chat - " + window.UserName;
+}
+
+std::string nameOf(const frmChanChat& window) {
+    return "Channel - " + window.ChannelName;
+}
+
 }  // namespace
 
 WindowsPanel::WindowsPanel(Platform& platform, GlobError& globError, const ChatWindowTables& chat)
@@ -32,13 +41,13 @@ void WindowsPanel::redraw() {
     trapped(globError_, "RefreshWindows", [&](Trap&) {
         int row = 0;
         for (frmPM* window : privates_.Table().Windows()) {
-            window->Caption = "Chat - " + (window->UserGone ? "Disconnected" : window->UserName);
-            put(++row, *window, "Chat - " + window->UserName,
+            window->Caption = window->UserGone ? "Chat - Disconnected" : nameOf(*window);
+            put(++row, *window, nameOf(*window),
                 window->HasNews ? WindowPicture::PrivateNews : WindowPicture::Private);
         }
         for (frmChanChat* window : channels_.Table().Windows()) {
-            window->Caption = "Channel - " + window->ChannelName;
-            put(++row, *window, "Channel - " + window->ChannelName,
+            window->Caption = nameOf(*window);
+            put(++row, *window, nameOf(*window),
                 window->HasNews ? WindowPicture::ChannelNews : WindowPicture::Channel);
         }
         while (ListView1.ListItems.Count() > row) {
@@ -56,18 +65,18 @@ void WindowsPanel::put(int row, const ChatWindow& window, const std::string& nam
     item.SetSubItem(1, window.LastText);
 }
 
+// The window that the row was drawn for, whatever has come and gone since.
 void WindowsPanel::ListView1_DblClick() {
     trapped(globError_, "ListView1_DblClick", [&](Trap&) {
         if (ListView1.SelectedItem == nullptr) return;
-        const int row = ListView1.SelectedItem->Index();
-        std::vector<ChatWindow*> windows;
-        for (frmPM* window : privates_.Table().Windows()) windows.push_back(window);
-        for (frmChanChat* window : channels_.Table().Windows()) windows.push_back(window);
-        if (row < 1 || row > static_cast<int>(windows.size())) return;
-        ChatWindow& window = *windows[static_cast<std::size_t>(row) - 1];
-        window.WindowState = FormState::Normal;
-        window.Show();
-        chat_.ThePlatform.Screen.SetForegroundWindow(window);
+        const std::string name = ListView1.SelectedItem->Text();
+        const auto isMeant = [&](const auto& window) { return nameOf(window) == name; };
+        ChatWindow* window = privates_.Table().Find(isMeant);
+        if (window == nullptr) window = channels_.Table().Find(isMeant);
+        if (window == nullptr) return;
+        window->WindowState = FormState::Normal;
+        window->Show();
+        chat_.ThePlatform.Screen.SetForegroundWindow(*window);
     });
 }
 

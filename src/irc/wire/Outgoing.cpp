@@ -55,6 +55,7 @@ void Outgoing::line(std::string_view text, Microseconds now, std::string& toServ
     if (sameAscii(line.command, "USER")) return user(line, now, toServer);
     if (sameAscii(line.command, "PASS")) return pass(line, now, toServer);
     if (sameAscii(line.command, "JOIN")) return join(line, now, toServer, toEngine);
+    if (sameAscii(line.command, "PART")) leave(wordOf(line.rest, 0));
     const bool all = sameAscii(line.command, "WHO") && wordOf(line.rest, 0).empty();
     send(all && profile_.has(Rewrite::WhoAll) ? std::string_view("WHO *") : text, now, toServer);
 }
@@ -108,6 +109,11 @@ void Outgoing::join(const LineView& line, Microseconds now, std::string& toServe
     if (left.empty()) return;
     changed_ = "JOIN " + left + " " + leftKeys.substr(0, leftKeys.find_last_not_of(',') + 1);
     send(changed_, now, toServer);
+}
+
+// At once: a JOIN right behind it is meant for the server, whose answer to this is still on its way.
+void Outgoing::leave(std::string_view channels) {
+    while (!channels.empty()) own_.part(nextOf(channels));
 }
 
 void Outgoing::answerJoin(std::string_view channel, std::string& toEngine) const {

@@ -37,6 +37,7 @@ class Outgoing {
     void user(const LineView& line, Microseconds now, std::string& toServer);
     void pass(const LineView& line, Microseconds now, std::string& toServer);
     void join(const LineView& line, Microseconds now, std::string& toServer, std::string& toEngine);
+    void leave(std::string_view channels);
     void answerJoin(std::string_view channel, std::string& toEngine) const;
 
     // Encodes, cuts and hands on.
