@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/Text.h"
 #include "support/World.h"
 
 namespace talvora::test {
@@ -162,6 +163,45 @@ TEST(Presence, ATableOfSixtyStatesGivesFiftyEntriesAndABadLineOneReport) {
     EXPECT_EQ(maria.window().Presence.popStat(1).Tag.get(), "3|S0");
 }
 
+TEST(Presence, AnUnreadableTableOfStatesLeavesNoTemplateInTheMenu) {
+    World world;
+    Client& maria = world.client("Maria");
+    maria.around.questions.answerFaults(Answer::Ignore);
+    maria.around.disk.remove("System/perflix.lst");
+    maria.host.send(1);
+    EXPECT_EQ(maria.window().Presence.popStat.UBound(), 0);
+    EXPECT_FALSE(maria.window().Presence.popStat(0).Visible);
+}
+
+TEST(Presence, TheIgnoreListIsPlainText) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    PresencePanel& presence = maria.window().Presence;
+    struct Step {
+        Menu& menu;
+        const char* nick;
+        const char* list;
+    };
+    for (const Step& step :
+         {Step{presence.mnuIgnore, "bob[afk]", "bob@"}, Step{presence.mnuIgnore, "OB", "bob@"},
+          Step{presence.mnuUnignore, "BOB", "bob@"}, Step{presence.mnuUnignore, "ob", "b@"},
+          Step{presence.mnuIgnore, "nikos", "b@nikos@"}, Step{presence.mnuUnignore, "[afk]", "b@nikos@"}}) {
+        presence.SelectedNick = step.nick;
+        step.menu.Click.raise();
+        EXPECT_EQ(maria.around.settings.GetSetting("Talvora", "Settings", "IgnoreList", ""), step.list)
+            << step.nick;
+    }
+    EXPECT_TRUE(presence.IsIgnored("NIKOS[DND]"));
+    EXPECT_TRUE(presence.IsIgnored("kos")) << "an entry ends so";
+    EXPECT_FALSE(presence.IsIgnored("nikosa"));
+    says(world, maria, ":srv 352 Maria * u h srv NIKOS[DND] H :0 UL:Home");
+    says(world, maria, ":srv 315 Maria * :End of WHO");
+    const ListItems& shown = maria.window().UserList3.ListView1.ListItems;
+    ASSERT_EQ(shown.Count(), 2);
+    EXPECT_EQ(shown(1).Key(), "b[Offline]");
+    EXPECT_EQ(shown(2).Text(), "Nikos (Do not disturb)");
+}
+
 // ---- The channel panel
 
 struct Windows : KeyPrompt, NoteBox, ChannelWindows {
@@ -203,7 +243,7 @@ class ChannelPanelTest : public testing::Test {
     }
     void says(const std::string& line) {
         server.says(line);
-        time.run(10ms);
+        time.run(50ms);
     }
     // Each row as its name, its ticks and its icon.
     std::vector<std::string> rows() {
@@ -315,9 +355,14 @@ TEST_F(ChannelPanelTest, AKeyIsAskedForAndClearedOnlyAfterYes) {
 }
 
 TEST_F(ChannelPanelTest, AServerCannotMakeTheListGrowWithoutEnd) {
-    for (int i = 0; i < 20000; ++i) server.says(":me!u@h JOIN :#" + std::string(60, 'x') + std::to_string(i));
-    time.run(21s);
+    int redrawn = 0;
+    const auto counting = list.ListItems.Cleared.connect([&] { ++redrawn; });
+    for (int i = 0; i < 1200; ++i) server.says(":me!u@h JOIN :#" + std::string(60, 'x') + std::to_string(i));
+    time.run(2s);
+    EXPECT_GT(panel.Joined().size(), 65000U);
     EXPECT_LE(panel.Joined().size(), 65536U);
+    EXPECT_EQ(rows().size(), Split(panel.Joined(), "|").size() - 1);
+    EXPECT_LE(redrawn, 31) << "a burst of joins is drawn once in a while";
 }
 
 TEST_F(ChannelPanelTest, AFailedSaveIsReportedAndTheSessionGoesOn) {
@@ -326,6 +371,112 @@ TEST_F(ChannelPanelTest, AFailedSaveIsReportedAndTheSessionGoesOn) {
     panel.CreateChannelList("#a|");
     EXPECT_THAT(around.questions.asked, Contains(testing::HasSubstr("Function:CreateChannelList")));
     EXPECT_THAT(server.heard(), ElementsAre("JOIN #a"));
+}
+
+// ---- Verbs
+
+struct Services : MailService, AnnouncementService, AddressResolver {
+    void CheckRCVMail() override {}
+    void HandleMailCmd(const std::string& text) override { told.push_back("mail " + text); }
+    void CheckAnn() override {}
+    void HandleAnnData(const std::string& text) override { told.push_back("news " + text); }
+    bool IsResolving() const override { return resolving; }
+    void ResolveIP(const std::string& address) override { told.push_back("address " + address); }
+    bool resolving = false;
+    std::vector<std::string> told;
+};
+
+struct Privates : PrivateWindows {
+    void StartPM(const std::string&) override {}
+    void PMDistribute(const std::string&, const std::string&, const std::string&) override { ++lines; }
+    void EnterPM(const std::string&) override {}
+    void QuitPM(const std::string&) override {}
+    void RenamePM(const std::string&, const std::string&) override {}
+    int lines = 0;
+};
+
+class VerbTest : public ChannelPanelTest {
+  protected:
+    VerbTest() {
+        to.Mail = &services;
+        to.Announcements = &services;
+        to.Resolver = &services;
+    }
+    void says(const std::string& verb, const std::string& nick = "Eve") {
+        ChannelPanelTest::says(":" + nick + "!u@h PRIVMSG me :\1" + verb + "\1");
+    }
+    Services services;
+    ScriptedServer& addresses = network.server("ip.test", 37183);
+};
+
+TEST_F(VerbTest, AreTakenFromAnybodyUnlessTheNetworkSaysFromTheRobotAlone) {
+    for (const bool robotOnly : {false, true}) {
+        account.RobotOnly = robotOnly;
+        for (const char* nick : {"Eve", "ORRERYSERV"}) {
+            for (const char* verb : {"MAIL new 1", "ANN a|b", "mail x"}) says(verb, nick);
+        }
+    }
+    EXPECT_THAT(services.told,
+                ElementsAre("mail new 1", "news a|b", "mail new 1", "news a|b", "mail new 1", "news a|b"));
+    says("IP ip.test Nikos");
+    EXPECT_EQ(addresses.connections, 0);
+    says("IP ip.test Nikos", "OrreryServ");
+    EXPECT_EQ(addresses.connections, 1);
+}
+
+TEST_F(VerbTest, AnAddressIsAskedForFoundAndTold) {
+    says("WIP");
+    EXPECT_THAT(server.heard(), ElementsAre("PRIVMSG OrreryServ :\1INFO IP Eve\1"));
+    says("GIP 10.0.0.7");
+    services.resolving = true;
+    says("GIP -");
+    says("GIP 10.0.0.8");
+    EXPECT_THAT(services.told, ElementsAre("address 10.0.0.8"));
+    says("IP nowhere.test Nikos");  // silent
+    says("IP ip.test Nikos");
+    says("IP ip.test Anna");  // only the last one who asks gets an answer
+    EXPECT_EQ(addresses.connections, 2);
+    addresses.sends("10.0.0.9");
+    time.run(10ms);
+    EXPECT_THAT(server.heard(), ElementsAre("PRIVMSG Anna :\1GIP 10.0.0.9\1"));
+}
+
+TEST_F(VerbTest, AStrangerCannotHaveTheUserSayWhatHeLikes) {
+    struct Case {
+        std::string verb;
+        std::string who;  // who is told the address
+    };
+    for (const auto& [verb, who] :
+         {Case{"ip.test Nikos", "Nikos"}, Case{"ip.test Nikos,Eve :boo", "Nikos"},
+          Case{"ip.test Nikos :boo", "Nikos"}, Case{"ip.test Ni\0kos"s, "Nikos"}, Case{"ip.test #greek", ""},
+          Case{"ip.test @#greek", ""}, Case{"ip.test $*", ""}, Case{"ip.test  Nikos", ""},
+          Case{"ip.test ,Nikos", ""}, Case{"ip.test \0"s, ""}, Case{"- Nikos", ""}}) {
+        const int before = addresses.connections;
+        says("IP " + verb);
+        EXPECT_EQ(addresses.connections - before, who.empty() ? 0 : 1) << verb;
+        for (const char* bytes : {"\r\n", "10.0.0.7\r\nQUIT :x\r\n", "more"}) {
+            addresses.sends(bytes);
+            time.run(10ms);
+        }
+        const auto heard = server.heard();
+        if (who.empty()) {
+            EXPECT_THAT(heard, IsEmpty()) << verb;
+        } else {
+            EXPECT_THAT(heard, ElementsAre("PRIVMSG " + who + " :\1GIP 10.0.0.7\1")) << verb;
+        }
+    }
+    says("IP ip.test Nikos");
+    addresses.sends(std::string(100000, '9'));
+    time.run(10ms);
+    EXPECT_THAT(server.heard(), ElementsAre("PRIVMSG Nikos :\1GIP " + std::string(255, '9') + "\1"));
+    // A verb that failed is no text for a window, whatever the user answers.
+    Privates privates;
+    to.Privates = &privates;
+    for (const Answer answer : {Answer::Abort, Answer::Ignore}) {
+        around.questions.willAnswer(answer);
+        says("IP ip.test");
+    }
+    EXPECT_EQ(privates.lines, 0);
 }
 
 }  // namespace

@@ -20,9 +20,11 @@ void ScriptedServer::resets() {
 
 std::vector<std::string> ScriptedServer::heard() {
     std::vector<std::string> lines;
-    for (std::size_t end; (end = unread_.find("\r\n")) != std::string::npos; unread_.erase(0, end + 2)) {
-        lines.push_back(unread_.substr(0, end));
+    std::size_t begin = 0;
+    for (std::size_t end; (end = unread_.find("\r\n", begin)) != std::string::npos; begin = end + 2) {
+        lines.push_back(unread_.substr(begin, end - begin));
     }
+    unread_.erase(0, begin);
     return lines;
 }
 
@@ -110,9 +112,11 @@ void VirtualSocket::close() {
 
 void VirtualSocket::send(std::string_view bytes) {
     if (peer_ != nullptr) peer_->arrive(std::string(bytes));
-    if (server_ == nullptr || server_->deaf) return;
-    server_->unread_.append(bytes);
-    server_->transcript.append(bytes);
+    ScriptedServer* const server = server_;
+    if (server == nullptr || server->deaf) return;
+    server->unread_.append(bytes);
+    server->transcript.append(bytes);
+    if (server->whenHeard) server->whenHeard();
 }
 
 void VirtualSocket::take(std::string& to) {

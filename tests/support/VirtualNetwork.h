@@ -2,6 +2,7 @@
 // Sockets on virtual time. A test scripts the servers; two components of one process reach each other through
 // listening sockets. The stream is cut as the test says.
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <random>
@@ -35,6 +36,8 @@ class ScriptedServer {
     void closes();
     void resets();
 
+    // Called after each piece that came.
+    std::function<void()> whenHeard;
     // The complete lines that came since the last call.
     std::vector<std::string> heard();
     // All that came on all connections, in order.

@@ -1,0 +1,293 @@
+// Conversations between whole clients in one process: what one user does is seen in the other's windows.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/Relay.h"
+
+namespace talvora::test {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+// Each row as its key, its text and what stands in its column.
+std::vector<std::string> rows(const ListView& list) {
+    std::vector<std::string> all;
+    for (int i = 1; i <= list.ListItems.Count(); ++i) {
+        const ListItem& row = list.ListItems(i);
+        const std::string& column = row.SubItems(1);
+        all.push_back((row.Key().empty() ? "" : row.Key() + ": ") + row.Text() +
+                      (column.empty() ? "" : " | " + column));
+    }
+    return all;
+}
+
+// The text of a window up to its last word.
+std::string shownIn(const ChatWindow* window) {
+    const std::string text = window == nullptr ? "no window" : window->IRCWin1.RichTextBox1.Text();
+    return text.substr(0, text.find_last_not_of(" \r\n") + 1);
+}
+
+frmPM* privately(Client& client, const std::string& nick) {
+    return client.component->Chats().Privates.Window(nick);
+}
+
+void closeBox(frmPM& window, bool closes) {
+    EXPECT_EQ(window.Unload(CloseReason::UserClosesBox), closes);
+}
+
+class ConversationTest : public testing::Test {
+  protected:
+    Client& enter(const std::string& nick) {
+        Client& client = world.client(nick);
+        client.around.settings.SaveSetting("Talvora", "Settings", "ChanList", "");
+        relay.serve(client);
+        client.host.send(1);
+        world.time.run(5s);
+        return client;
+    }
+    void passes(std::chrono::microseconds time = 100ms) { world.time.run(time); }
+    void types(ChatWindow* window, const std::string& text, int key = Key::Return) {
+        ASSERT_NE(window, nullptr);
+        window->Text1.Text = text;
+        window->Text1.userPresses(key);
+        passes();
+    }
+    // By a double click in the list of channels.
+    frmChanChat* opens(Client& client, const std::string& channel) {
+        client.server.says(":srv 322 me " + channel + " 1 :Talk");
+        client.server.says(":srv 323 me :End");
+        passes();
+        ListView& list = client.window().Channels.ListView2;
+        list.userSelects(list.ListItems(list.ListItems.Count()));
+        list.DblClick.raise();
+        passes();
+        return client.component->Chats().Channels.Window(channel);
+    }
+    // The click of the right button on a row of the list of all users.
+    void picks(Client& client, int row) {
+        ListView& list = client.window().UserList1.ListView1;
+        list.userSelects(list.ListItems(row));
+        list.MouseUp.raise(2, 0, 0, 0);
+    }
+
+    Relay relay;  // goes behind the world, whose clients say QUIT at their end
+    World world;
+    Client& maria = enter("Maria");
+    Client& nikos = enter("Nikos");
+    PresencePanel& hers = maria.window().Presence;
+    const ListView& windows = maria.window().Windows->ListView1;
+    int& beeps = maria.around.screen.beeps;
+};
+
+TEST_F(ConversationTest, OnAChannelEachSeesTheOtherComeSpeakAndChangeHisState) {
+    frmChanChat* at = opens(maria, "#greek");
+    EXPECT_THAT(rows(at->UserList1.ListView1), ElementsAre("Maria: Maria (Online)"));
+    EXPECT_TRUE(maria.window().Channels.ListView2.ListItems(1).Checked());
+    EXPECT_EQ(at->Caption.get(), "Channel - #Greek");
+    frmChanChat* his = opens(nikos, "#greek");
+    EXPECT_THAT(rows(his->UserList1.ListView1),
+                ElementsAre("Maria: Maria (Online)", "Nikos: Nikos (Online)"));
+    EXPECT_EQ(rows(at->UserList1.ListView1), rows(his->UserList1.ListView1));
+    EXPECT_THAT(rows(windows), ElementsAre("Channel - #Greek: Channel - #Greek | Join::Nikos"));
+    types(his, "good morning");
+    types(his, "waves", Key::LineFeed);
+    EXPECT_THAT(shownIn(at), AllOf(HasSubstr("*** User Nikos has joined this channel ***"),
+                                   HasSubstr("<Nikos> good morning"), HasSubstr("* Nikos waves")));
+    EXPECT_THAT(shownIn(his), AllOf(HasSubstr("<Nikos> good morning"), HasSubstr("* Nikos waves")));
+    EXPECT_THAT(rows(windows), ElementsAre(EndsWith("| Nikos: $ACTION waves")));
+    EXPECT_EQ(windows.ListItems(1).SmallIcon(), WindowPicture::ChannelNews);
+    nikos.window().Presence.popStat(1).Click.raise();
+    passes();
+    EXPECT_EQ(rows(at->UserList1.ListView1).back(), "NIKOS[DND]: Nikos (Do not disturb)");
+    EXPECT_EQ(rows(maria.window().UserList1.ListView1).back(), "NIKOS[DND]: Nikos (Do not disturb)");
+    EXPECT_THAT(rows(windows), ElementsAre(EndsWith("| Rename::Nikos -> Nikos[DND]")));
+    maria.around.screen.works(at);
+    passes(600ms);
+    EXPECT_EQ(windows.ListItems(1).SmallIcon(), WindowPicture::Channel) << "she has looked";
+    nikos.window().IRCServ1.SendIRC("PART #greek");
+    passes();
+    EXPECT_THAT(rows(at->UserList1.ListView1), ElementsAre("Maria: Maria (Online)"));
+    EXPECT_EQ(nikos.component->Chats().Channels.Window("#greek"), nullptr);
+}
+
+TEST_F(ConversationTest, APrivateTalkFollowsItsPeerThroughStatesQuitsAndReturns) {
+    nikos.component->Chats().Privates.StartPM("maria");
+    frmPM* his = privately(nikos, "Maria");
+    types(his, "psst");
+    frmPM* at = privately(maria, "Nikos");
+    EXPECT_THAT(shownIn(at), HasSubstr("<Nikos> psst"));
+    EXPECT_EQ(beeps, 0) << "a window that opens is enough";
+    types(his, "are you there?");
+    EXPECT_EQ(beeps, 1);
+    EXPECT_THAT(rows(windows), ElementsAre("Chat - Nikos: Chat - Nikos | are you there?"));
+    EXPECT_EQ(windows.ListItems(1).SmallIcon(), WindowPicture::PrivateNews);
+
+    nikos.window().Presence.popStat(1).Click.raise();
+    passes();
+    EXPECT_EQ(at->UserName, "Nikos[dnd]");
+    types(at, "yes");
+    EXPECT_THAT(shownIn(at), EndsWith("* Nikos[dnd] is busy and doesn't want to be disturbed"));
+    EXPECT_THAT(shownIn(his), Not(HasSubstr("yes")));
+    nikos.window().Presence.popOnline.Click.raise();
+    passes();
+    EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos[dnd] changed to Nikos ***"));
+
+    nikos.host.send(8);
+    passes();
+    EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos has quit IRC!"));
+    EXPECT_EQ(at->Caption.get(), "Chat - Disconnected");
+    nikos.host.send(1);
+    passes(5s);
+    EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos has entered again IRC!"));
+    EXPECT_EQ(at->Caption.get(), "Chat - Nikos");
+    types(at, "welcome back");
+    EXPECT_THAT(shownIn(privately(nikos, "Maria")), HasSubstr("<Maria> welcome back"));
+}
+
+TEST_F(ConversationTest, WhoIsIgnoredIsToldInPrivateAndNotHeardAtAll) {
+    frmChanChat* at = opens(maria, "#greek");
+    frmChanChat* his = opens(nikos, "#greek");
+    passes(61s);  // she knows who is on line
+    nikos.component->Chats().Privates.StartPM("Maria");
+    picks(maria, 2);
+    hers.mnuIgnore.Click.raise();
+    hers.mnuIgnore.Click.raise();
+    EXPECT_THAT(rows(maria.window().UserList3.ListView1), ElementsAre("Nikos: Nikos (Online)"));
+    EXPECT_EQ(maria.around.settings.GetSetting("Talvora", "Settings", "IgnoreList", ""), "Nikos@");
+    types(his, "hello all");
+    types(privately(nikos, "Maria"), "hello Maria");
+    EXPECT_THAT(shownIn(privately(nikos, "Maria")), EndsWith("* Maria ignores you"));
+    EXPECT_THAT(shownIn(at), Not(HasSubstr("hello")));
+    EXPECT_EQ(privately(maria, "Nikos"), nullptr);
+    hers.mnuUnignore.Click.raise();
+    EXPECT_THAT(rows(maria.window().UserList3.ListView1), IsEmpty());
+    types(privately(nikos, "Maria"), "hello again");
+    EXPECT_THAT(shownIn(privately(maria, "Nikos")), HasSubstr("<Nikos> hello again"));
+}
+
+// ---- Strangers
+
+TEST(Strangers, SixtyOfThemGetFiftyOneWindowsAndOneQuestion) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    const auto says = [&](int stranger, const std::string& text) {
+        maria.server.says(":s" + std::to_string(stranger) + "!u@h PRIVMSG Maria :" + text);
+    };
+    maria.around.questions.willAnswer(Answer::Ok, [&] {
+        maria.server.says("PING :behind the box");
+        world.time.run(1s);
+        EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :behind the box"));
+    });
+    for (int i = 1; i <= 60; ++i) says(i, "hi");
+    world.time.run(1s);
+    modWinManager& privates = maria.component->Chats().Privates;
+    EXPECT_EQ(privates.Table().Windows().size(), 51U);
+    EXPECT_EQ(privates.Table().Loaded().size(), 51U);
+    EXPECT_THAT(maria.around.questions.asked, ElementsAre(HasSubstr("more than 50 personal chat windows")));
+    EXPECT_EQ(maria.around.questions.lastSuppressed, 8);
+    maria.server.says("PING :there?");
+    says(51, "still me");
+    world.time.run(100ms);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :there?"));
+    EXPECT_EQ(privately(maria, "S51")->LastText, "still me");
+    privately(maria, "S1")->mnuStopPM.Click.raise();
+    says(61, "me at last");
+    world.time.run(100ms);
+    EXPECT_THAT(rows(maria.window().Windows->ListView1).back(), EndsWith("| me at last"));
+}
+
+TEST(Strangers, CannotMakeTheUserSayASecondLine) {
+    for (const char* command : {"PING", "VERSION", "TIME", "FINGER", "WIP", "_verb", "ACTION"}) {
+        World world;
+        Client& maria = world.loggedIn("Maria");
+        maria.around.questions.answerFaults(Answer::Abort);  // the second line is one of the server's to her
+        for (const std::string& bad :
+             {"\r\nQUIT :x"s, "\nQUIT"s, "\rQUIT :x"s, "a\0QUIT\0"s, "\1\r\n\1QUIT"s}) {
+            maria.server.sends(":a\0b!u@h PRIVMSG Maria :\1"s + command + " " + bad + "\1\r\n");
+            world.time.run(50ms);
+        }
+        const std::vector<std::string> heard = maria.server.heard();
+        EXPECT_THAT(heard,
+                    Each(testing::AnyOf(StartsWith("NOTICE ab :\1"), StartsWith("PRIVMSG OrreryServ :"))));
+        EXPECT_THAT(heard, Each(Not(HasSubstr("\0"s)))) << command;
+        EXPECT_EQ(heard.size(), *command == '_' || *command == 'A' ? 0U : 5U) << command;
+    }
+}
+
+TEST(Strangers, CannotKeepAWindowOpenByTalkingOn) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    const auto says = [&](const std::string& text) {
+        maria.server.says(":a!u@h PRIVMSG Maria :" + text);
+        world.time.run(100ms);
+    };
+    says("hi");
+    frmPM& window = *privately(maria, "A");
+    closeBox(window, false);  // it only hides while inactive windows are hidden
+    EXPECT_FALSE(window.Visible);
+    maria.window().Windows->Check1.Value = false;
+    for (const Answer keeps : {Answer::Cancel, Answer::Yes}) {
+        maria.around.questions.willAnswer(keeps);
+        closeBox(window, false);
+    }
+    EXPECT_EQ(window.WindowState, FormState::Minimized);
+    bool gone = false;
+    const auto unloaded = window.Unloaded.connect([&] { gone = true; });
+    maria.around.questions.willAnswer(Answer::No, [&] {
+        closeBox(window, false);
+        for (int i = 0; i < 20; ++i) says("wait " + std::to_string(i));
+        EXPECT_EQ(window.LastText, "wait 19");
+    });
+    closeBox(window, true);
+    EXPECT_TRUE(gone);
+    world.time.run(100ms);
+    EXPECT_THAT(rows(maria.window().Windows->ListView1), IsEmpty());
+    EXPECT_EQ(maria.around.questions.asked.size(), 3U);
+    says("one more");
+    EXPECT_THAT(shownIn(privately(maria, "A")), AllOf(HasSubstr("one more"), Not(HasSubstr("wait"))));
+}
+
+TEST(Strangers, APlugInMayEndAndStartTheClientWhileItHearsOfALine) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    auto restart = maria.host.MessageBroadcasted.connect([&](const HostMessage& message) {
+        if (message.MsgID != 1007) return;
+        maria.host.send(8);
+        maria.host.send(1);
+    });
+    maria.server.says(":a!u@h PRIVMSG Maria :restart");
+    world.time.run(2s);
+    restart.disconnect();
+    EXPECT_EQ(maria.server.connections, 2);
+    EXPECT_EQ(privately(maria, "A"), nullptr);
+    EXPECT_THAT(maria.server.heard(), Contains("NICK Maria"));
+    maria.server.says(":srv 001 Maria :Welcome");
+    maria.server.says(":a!u@h PRIVMSG Maria :back?");
+    world.time.run(100ms);
+    EXPECT_THAT(shownIn(privately(maria, "A")), HasSubstr("<A> back?"));
+    // The end waits for the server meanwhile, and is not to be ended and started under its own feet.
+    world.time.Defer([&] {
+        for (const int message : {8, 1}) maria.host.send(message);
+        maria.host.send(3, 1);
+    });
+    maria.host.send(8);
+    maria.host.send(3, 1);
+    EXPECT_EQ(maria.component->MainWindow(), nullptr);
+    EXPECT_FALSE(maria.component->Started());
+}
+
+}  // namespace
+}  // namespace talvora::test
