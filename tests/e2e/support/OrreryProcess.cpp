@@ -29,6 +29,21 @@ std::optional<Json> messageOf(const std::string& line, int id) {
     return message;
 }
 
+// As a user would: by his own hand, writable by nobody else.
+void installPlugins(const TempFolder& folder, const OrreryOptions& options) {
+    namespace fs = std::filesystem;
+    if (!options.pluginList.empty()) folder.write("data/System/plugin.lst", options.pluginList);
+    const fs::path plugins = folder / "data/Plugins";
+    for (const std::string& name : options.plugins) {
+        fs::create_directories(plugins);
+        const fs::path library = plugins / (name + ".so");
+        fs::copy_file(builtProgram(name + ".so"), library);
+        for (const fs::path& place : {plugins.parent_path(), plugins, library}) {
+            fs::permissions(place, fs::perms::owner_all);
+        }
+    }
+}
+
 }  // namespace
 
 GateReader::GateReader(const std::string& path) : lines_(connectToPath(path)) {}
@@ -45,6 +60,10 @@ Json GateReader::expectMessage(int id, const Wanted& wanted, const std::string& 
 void GateReader::expectMessage(int id, const Json& data) {
     expectMessage(
         id, [&](const Json& found) { return found == data; }, data.write());
+}
+
+void GateReader::expectNotice(int kind, const std::string& window, const std::string& text) {
+    expectMessage(Host::Notice, JsonArray{"Chat", text, kind, window, "", "imgChat", false, false});
 }
 
 Json GateReader::expectNumeric(int number, std::initializer_list<std::string_view> words) {
@@ -92,6 +111,7 @@ Program orreryProgram(const TempFolder& folder, const std::string& profile,
 
 OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options) {
     const std::string profile = folder_.write("network.ini", profileText(serverPort, options));
+    installPlugins(folder_, options);
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());

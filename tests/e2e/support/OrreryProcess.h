@@ -17,7 +17,7 @@ namespace talvora::e2e {
 
 // Host messages that the tests speak of.
 namespace Host {
-constexpr int Terminate = 8;
+constexpr int Terminate = 8, Notice = 9;
 constexpr int SystemText = 1001, SaySystemText = 1002, SaySpecial = 1003, SpecialText = 1004;
 constexpr int ChannelText = 1005, SayPrivate = 1006, PrivateText = 1007;
 constexpr int UserJoined = 1008, UserParted = 1009, UserQuit = 1010, UserRenamed = 1011;
@@ -35,6 +35,8 @@ class GateReader {
     Json expectMessage(int id, const Wanted& wanted, const std::string& what);
     // The same, by what the message carries.
     void expectMessage(int id, const Json& data);
+    // A notice of a chat window: kind 1 for a private text, 2 for a channel's.
+    void expectNotice(int kind, const std::string& window, const std::string& text);
     // A line of the server with this number; the words are its parameters behind the own nick.
     Json expectNumeric(int number, std::initializer_list<std::string_view> words = {});
 
@@ -56,6 +58,8 @@ struct OrreryOptions {
     std::vector<std::string> settings{};  // SECTION/KEY=VALUE
     std::string systemChannel = "#orrery";
     std::string systemKey = "sesame";
+    std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
+    std::string pluginList{};            // System/plugin.lst; "" leaves what is shipped
 };
 
 class OrreryProcess {

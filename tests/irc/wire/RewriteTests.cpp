@@ -130,6 +130,7 @@ TEST(Rejoin, IsAnsweredHereAndFollowsTheOwnUserAlone) {
         EXPECT_EQ(world.sends("JOIN #thes|"), "JOIN #thes|") << leaves;
         world.says(":Nikos JOIN :#thes|");
     }
+    EXPECT_EQ(world.sends("PART #thes|JOIN #thes|"), "PART #thes|JOIN #thes|");  // before the server answers
     world.says(":Nikos NICK :Maria|:Nikos!x@y JOIN :#other|:Maria!x@y JOIN :#mine|");
     EXPECT_EQ(world.sends("JOIN #mine,#other|"), "JOIN #other |");
     for (int i = 0; i < 3000; ++i) world.says(":Maria JOIN :#c" + std::to_string(i) + "|");
