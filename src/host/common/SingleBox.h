@@ -1,6 +1,6 @@
 #pragma once
-// A message box that others can cause. Such boxes never stack: while one stands, further occasions of its kind
-// are counted in it and not asked again.
+// A message box that others can cause. Such boxes never stack: while one stands, further occasions of its
+// kind are counted in it and not asked again.
 
 #include <utility>
 
