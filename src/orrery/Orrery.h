@@ -12,12 +12,12 @@
 #include "orrery/Folders.h"
 #include "orrery/HostDatabase.h"
 #include "orrery/PluginLoader.h"
-#include "orrery/StopSignals.h"
 #include "platform/Files.h"
 #include "platform_qt/PosixDisk.h"
 #include "platform_qt/PosixPluginLibraries.h"
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/SqliteSettings.h"
+#include "platform_qt/StopSignals.h"
 
 namespace talvora {
 

@@ -23,6 +23,7 @@ ABOVE = {
     "platform_qt": {"platform_qt", "platform"},
     "desktop": {"desktop", "chat", "host/common", "platform_qt", "platform/rich", "platform"},
     "gate": {"gate", "host/common", "platform_qt", "platform"},
+    "robot": {"robot", "irc", "irc/wire", "gate", "host/common", "host/profile", "platform_qt", "platform"},
     "orrery": {"orrery", "gate", "host/common", "host/profile", "platform_qt", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)

@@ -1,4 +1,4 @@
-#include "orrery/StopSignals.h"
+#include "platform_qt/StopSignals.h"
 
 #include <sys/signalfd.h>
 

@@ -1,0 +1,117 @@
+#pragma once
+// All that the robot says to users. Each has a queue of his own, and the queues are served in turn, one line
+// each, at the rate that the network bears: a user who is owed many lines keeps nobody waiting. News, and the
+// word that there are none, can wait: while dialogues are under way they get a small share. A user whose
+// queue grows beyond what any dialogue needs loses it, and his dialogues with it.
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/Platform.h"
+
+namespace talvora {
+
+// The nick in front of the mark of its state: "Maria" of `Maria[DND]`.
+std::string BareNick(std::string_view nick);
+
+// One who speaks to the robot.
+struct Caller {
+    explicit Caller(const std::string& nick);
+
+    std::string Nick;  // as it is now, where the answers go
+    std::string Bare;
+    std::string Key;  // the bare nick in upper case: who it is, whatever its state
+};
+
+class FairQueue {
+  public:
+    enum class Topic { Acknowledgement, Reading, Other, NoMail, Announcements };
+    enum class LineKind { Special, Plain, SpecialNotice };
+    using Put = std::function<void(const std::string& nick, const std::string& text, LineKind kind)>;
+    using WhenSent = std::function<void()>;
+
+    static constexpr std::size_t MostLinesOfUser = 64;
+    static constexpr std::size_t MostLines = 100'000;
+    static constexpr unsigned NewsAmong = 4;  // one line of news among so many, while both wait
+
+    // `linesPerSecond` 0 for no limit. `put` hands a line to the connection.
+    FairQueue(Platform& platform, int linesPerSecond, int burst, Put put);
+
+    // The user's queue has been dropped, since it grew too long. His dialogues are to go, too.
+    Event<const std::string&> Overflowed;
+
+    // Closed, nothing waits and nothing is taken.
+    void Open() { open_ = true; }
+    void Close();
+
+    void Send(const Caller& to, Topic topic, std::string_view text, WhenSent whenSent = {});
+    void SendAs(LineKind kind, const Caller& to, std::string_view text);
+
+    // Whether a line of that topic waits for the user.
+    bool Waits(const std::string& key, Topic topic) const;
+    // Takes back the lines of a topic; the user keeps his place among those who wait.
+    void Forget(const std::string& key, Topic topic);
+    void Drop(const std::string& key);
+    // The user has another nick in front of the same key: what waits goes there.
+    void Readdress(const Caller& now);
+    // Whether something waits for that user that goes to another nick of his.
+    bool GoesElsewhere(const Caller& than) const;
+
+    std::size_t Waiting() const { return dialogues_.waiting + news_.waiting; }
+
+  private:
+    struct Line {
+        Topic topic = Topic::Other;
+        LineKind kind = LineKind::Special;
+        std::string text;
+        WhenSent whenSent;
+    };
+    struct Queue {
+        std::string key;
+        std::string nick;
+        std::deque<Line> lines;
+    };
+    using Place = std::list<Queue>::iterator;
+    struct Ring {
+        std::list<Queue> turn;  // who is next stands first
+        std::unordered_map<std::string, Place> byKey;
+        std::size_t waiting = 0;  // lines in all queues
+
+        Queue* find(const std::string& key);
+        const Queue* find(const std::string& key) const;
+        Queue& queueOf(const Caller& to);
+        void erase(Place place);
+        void drop(const std::string& key);
+        void clear();
+    };
+
+    void add(const Caller& to, Line line);
+    static bool isNews(Topic topic) { return topic >= Topic::NoMail; }
+    Ring& ringOf(Topic topic) { return isNews(topic) ? news_ : dialogues_; }
+    const Ring& ringOf(Topic topic) const { return isNews(topic) ? news_ : dialogues_; }
+    Ring& nextRing();
+    void serve();
+    void serveNext(Ring& ring);
+    bool mayGo() const { return interval_ == 0 || free_ <= loop_.Now(); }
+    void spend();
+    void waitForTurn();
+
+    Loop& loop_;
+    Put put_;
+    Microseconds interval_;
+    Microseconds burst_;
+    Microseconds free_ = INT64_MIN;  // from when on a line may go, as for the wire's own pacing
+    bool open_ = false;
+    bool serving_ = false;
+    Ring dialogues_;
+    Ring news_;
+    unsigned served_ = 0;
+    WakeUp due_;
+};
+
+}  // namespace talvora

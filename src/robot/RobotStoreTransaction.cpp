@@ -1,0 +1,61 @@
+#include "robot/RobotStoreTransaction.h"
+
+#include "robot/StoreSchema.h"
+
+namespace talvora {
+
+RobotStoreTransaction::RobotStoreTransaction(const StoreSettings& settings) : settings_(settings) {
+    connected();
+}
+
+RobotStoreConnection& RobotStoreTransaction::connected() {
+    if (!connection_) {
+        auto connection = std::make_unique<RobotStoreConnection>(settings_);
+        bringUpToDate(*connection);
+        connection_ = std::move(connection);
+    }
+    return *connection_;
+}
+
+RobotStoreConnection& RobotStoreTransaction::begun() {
+    RobotStoreConnection& connection = connected();
+    if (!open_) connection.command(connection.isSqlite() ? "BEGIN IMMEDIATE" : "BEGIN");
+    open_ = true;
+    return connection;
+}
+
+void RobotStoreTransaction::undo(const std::string& reason) {
+    fault_ = reason;
+    if (open_ && connection_ && connection_->isAlive()) {
+        try {
+            connection_->command("ROLLBACK");
+        } catch (const StoreError&) {  // it has been rolled back already, or the server has gone
+        }
+    }
+    if (connection_ && !connection_->isAlive()) connection_.reset();
+    end(Fate::Lost);
+}
+
+void RobotStoreTransaction::end(Fate fate) {
+    open_ = false;
+    safeMail = safeAnnouncement = HighestNumber;
+    for (auto waiter = waiting_.rbegin(); waiter != waiting_.rend() && waiter->fate == Fate::Open; ++waiter) {
+        waiter->fate = fate;
+    }
+}
+
+void RobotStoreTransaction::commit() {
+    try {
+        if (open_) guarded([this] { connection_->command("COMMIT"); });
+        end(Fate::Safe);
+    } catch (const StoreError&) {  // those who wait are told
+    }
+    // What a call changes belongs to the next transaction. If one throws, the others are called next time.
+    while (!waiting_.empty() && waiting_.front().fate != Fate::Open) {
+        const Waiter first = std::move(waiting_.front());
+        waiting_.pop_front();
+        if (first.call) first.call(first.fate == Fate::Safe);
+    }
+}
+
+}  // namespace talvora

@@ -1,0 +1,171 @@
+// The real robot on a real IRC server, asked by hand: what its users' programs say, line by line.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "e2e/network/MailUser.h"
+#include "e2e/network/Network.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+class RobotOnTheNetwork : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (const auto reason = Network::whyNot(); !reason.empty()) GTEST_SKIP() << reason;
+    }
+};
+
+void ask(IrcPeer& peer, const std::string& text) {
+    peer.special("OrreryServ", text);
+}
+
+// The robot's answer, without its frame.
+std::string answer(IrcPeer& peer, const std::string& beginning) {
+    const std::string line = peer.expect({":OrreryServ!", " PRIVMSG " + peer.nick() + " :\1" + beginning});
+    return line.substr(line.find('\1') + 1, line.rfind('\1') - line.find('\1') - 1);
+}
+
+// Each line goes out when the one before has been answered.
+void converse(IrcPeer& peer, std::initializer_list<std::pair<const char*, const char*>> lines) {
+    for (const auto& [said, answered] : lines) {
+        ask(peer, said);
+        EXPECT_EQ(answer(peer, answered), answered) << "to: " << said;
+    }
+}
+
+TEST_F(RobotOnTheNetwork, TakesAMailAndGivesItOverACut) {
+    Network network;
+    const auto anna = network.peer("Anna[DND]");
+    converse(*anna, {{"MAIL SENDREQUEST", "MAIL SENDOK"},
+                     {"MAIL SEND maria 3 Urgent:Good morning", "MAIL OK"},
+                     {"MAIL DUMP maria the first", "MAIL OK"},
+                     {"MAIL DUMP maria the second $", "MAIL OK"},
+                     {"MAIL SENT maria the third", "MAIL SENTDONE"}});
+    std::string id;
+    {
+        const auto maria = network.peer("Maria");
+        ask(*maria, "MAIL 0 0");
+        const auto start = splitWords(answer(*maria, "MAIL START "), 7);
+        EXPECT_EQ(start[2] + " " + start[4] + " " + start[6], "Anna 3 Urgent:Good morning");
+        id = start[5];
+        converse(*maria, {{"MAIL OK", "MAIL DUMP the first"}});
+    }
+    network.killRobot();
+    network.expectRobot(false);
+    network.startRobot();
+    network.expectRobot();
+    const auto maria = network.peer("MARIA[AWAY]");
+    ask(*maria, "MAIL  " + id + " 1");
+    EXPECT_EQ(answer(*maria, "MAIL "), "MAIL RESUME");
+    converse(*maria, {{"MAIL OK", "MAIL DUMP the second $"},
+                      {"MAIL OK", "MAIL DUMP the third"},
+                      {"MAIL OK", "MAIL DONE"}});
+    ask(*maria, "MAIL OK");
+    converse(*maria, {{"MAIL 0 0", "MAIL NOMAIL"}});
+    ask(*maria, "MAIL  " + id + " 3");
+    EXPECT_EQ(answer(*maria, "MAIL "), "MAIL NOTEXIST");
+}
+
+TEST_F(RobotOnTheNetwork, TellsAnnouncementsAndAddresses) {
+    Network network;
+    const auto anna = network.peer("Anna");
+    const auto maria = network.peer("Maria");
+    converse(*maria, {{"ANN HAS 0", "ANN NO"}});
+    ask(*anna, "ANN POST 24 0 One");
+    ask(*anna, "ANN POST  7 Two[#n]lines");
+    ask(*anna, "ANN POST 24 9 Of no category");
+    anna->expect({"PRIVMSG Anna :Your announcement was not posted: "});
+    // What has been posted is told when it is safe; nothing tells when that is.
+    std::string line;
+    for (const Deadline deadline(Patience); !line.starts_with("ANN ANN") && !deadline.passed();) {
+        ask(*maria, "ANN HAS 1");
+        line = answer(*maria, "ANN ");
+    }
+    const auto told = splitWords(line, 8);
+    EXPECT_EQ(told[2], "2");
+    EXPECT_EQ(told[3] + " " + told[4] + " " + told[6] + " " + told[7], "Anna 0 7 Two[#n]lines");
+    converse(*maria, {{"ANN HAS 2", "ANN NO"}});
+
+    converse(*maria, {{"INFO IP Anna[DND]", "IP 127.0.0.1 Anna[DND]"}});
+    const Descriptor asking = connectToPort(network.addressPort());
+    char address[64] = {};
+    ASSERT_TRUE(readable(asking.get(), static_cast<int>(Patience.count())));
+    EXPECT_EQ(std::string(address, static_cast<std::size_t>(read(asking.get(), address, sizeof address))),
+              "127.0.0.1");
+}
+
+TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {
+    Network network;
+    OrreryProcess& nikos = network.user({.encoding = "utf-8"});
+    nikos.gate().expectNumeric(366, {"#orrery"});
+    nikos.gate().send(Host::Raw, "PRIVMSG OrreryServ :\1MAIL 0 0\1");
+    nikos.gate().send(Host::Raw, "NAMES #orrery");
+    nikos.gate().takeLine("OrreryServ");
+    EXPECT_FALSE(nikos.gate().saw("[401,"));
+
+    network.robot().signal(SIGTERM);
+    EXPECT_EQ(network.robot().waitExit(), 0) << network.robot().output();
+    nikos.gate().expectMessage(
+        Host::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "OrreryServ"; },
+        "the robot's end");
+    EXPECT_NE(network.robot().output().find("orreryserv.session: logged on"), std::string::npos)
+        << network.robot().output();
+}
+
+Process robot(const std::vector<std::string>& words) {
+    Program program;
+    program.arguments = {builtProgram("orreryserv")};
+    program.arguments.insert(program.arguments.end(), words.begin(), words.end());
+    return Process(program);
+}
+
+struct Start {
+    const char* name;
+    std::string config;
+    int status;
+    const char* said;
+};
+
+TEST(RobotProgram, ChecksItsConfiguration) {
+    const std::string good = robotConfig(6667, 37183, "robot.db");
+    const Start starts[] = {
+        {"good", good, 0,
+         "orreryserv.ini: all is well\nOrreryServ logs on to 127.0.0.1:6667 and joins #orrery."},
+        {"no secret is shown", good + "[robot]\nPassword=open sesame\n", 0, "all is well"},
+        {"number", good + "[mail]\nPiecesPerMail=328\n", 2, "orreryserv.ini:17: "},
+        {"no store", "[store]\nDatabase=\n", 2, "orreryserv.ini:2: "},
+    };
+    for (const auto& [name, config, status, said] : starts) {
+        SCOPED_TRACE(name);
+        TempFolder folder;
+        Process checked = robot({"--check-config", "--config", folder.write("orreryserv.ini", config)});
+        EXPECT_EQ(checked.waitExit(), status);
+        EXPECT_NE(checked.output().find(said), std::string::npos) << checked.output();
+        EXPECT_EQ(checked.output().find("sesame"), std::string::npos) << checked.output();
+    }
+    Process missing = robot({"--config", "no/such/file"});
+    EXPECT_EQ(missing.waitExit(), 2) << missing.output();
+    Process wrong = robot({"--no-such-option"});
+    EXPECT_EQ(wrong.waitExit(), 2) << wrong.output();
+}
+
+TEST(RobotProgram, SharesItsStoreWithNobody) {
+    TempFolder folder;
+    const FreePort nobody, addresses;
+    const std::string config =
+        folder.write("orreryserv.ini", robotConfig(nobody.number(), addresses.number(), folder / "robot.db"));
+    Process first = robot({"--config", config});
+    first.expectOutput("started");
+    Process second = robot({"--config", config});
+    EXPECT_EQ(second.waitExit(), 1);
+    EXPECT_NE(second.output().find("another robot"), std::string::npos) << second.output();
+    first.signal(SIGINT);
+    EXPECT_EQ(first.waitExit(), 0) << first.output();
+}
+
+}  // namespace
+
+}  // namespace talvora::e2e
