@@ -10,7 +10,7 @@ constexpr int AgainMs = 30'000;
 
 }  // namespace
 
-AddressServer::AddressServer(Platform& platform, const std::string& address, int port, Log log)
+AddressServer::AddressServer(Platform& platform, const std::string& address, int port, RobotLog log)
     : platform_(platform),
       log_(std::move(log)),
       listening_(platform.Guarded, platform.Sockets.CreateSocket({})),
@@ -19,7 +19,7 @@ AddressServer::AddressServer(Platform& platform, const std::string& address, int
     listening_.LocalPort = port;
     on_ += listening_.ConnectionRequest.connect([this] { answer(); });
     on_ += listening_.Error.connect([this](int, const std::string& description) {
-        log_("the address server has stopped: " + description);
+        log_(LogSubject::Session, "the address server has stopped: " + description);
         tmrAgain_.Enabled = true;
     });
     on_ += tmrAgain_.Tick.connect([this] { listen(); });
@@ -40,7 +40,8 @@ void AddressServer::listen() {
         listening_.Listen();
         tmrAgain_.Enabled = false;
     } catch (const RuntimeError& fault) {
-        if (!tmrAgain_.Enabled) log_("the address server cannot listen: " + fault.Description);
+        if (!tmrAgain_.Enabled)
+            log_(LogSubject::Session, "the address server cannot listen: " + fault.Description);
         tmrAgain_.Enabled = true;
     }
 }

@@ -2,20 +2,18 @@
 // Tells everyone who connects the address that he comes from, and closes. Users whose machine does not know
 // its public address learn it so. It reads nothing and keeps no connection.
 
-#include <functional>
 #include <string>
 
 #include "platform/Timer.h"
 #include "platform/Winsock.h"
+#include "robot/RobotLog.h"
 
 namespace talvora {
 
 class AddressServer {
   public:
-    using Log = std::function<void(const std::string&)>;
-
     // `port` 0 for no server.
-    AddressServer(Platform& platform, const std::string& address, int port, Log log);
+    AddressServer(Platform& platform, const std::string& address, int port, RobotLog log);
 
     // A port that is taken is tried again until it is free.
     void Start();
@@ -27,7 +25,7 @@ class AddressServer {
     void answer();
 
     Platform& platform_;
-    Log log_;
+    RobotLog log_;
     Winsock listening_;
     Timer tmrAgain_;
     Subscriptions on_;

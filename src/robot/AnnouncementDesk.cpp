@@ -1,6 +1,7 @@
 #include "robot/AnnouncementDesk.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Text.h"
 #include "robot/Fields.h"
@@ -33,8 +34,13 @@ std::int64_t hoursOf(std::string_view typed) {
 }  // namespace
 
 AnnouncementDesk::AnnouncementDesk(Platform& platform, const RobotConfig& config, RobotStore& store,
-                                   FairQueue& out)
-    : clock_(platform.WallClock), config_(config), store_(store), out_(out), lines_(config) {}
+                                   FairQueue& out, RobotLog log)
+    : clock_(platform.WallClock),
+      config_(config),
+      store_(store),
+      out_(out),
+      log_(std::move(log)),
+      lines_(config) {}
 
 bool AnnouncementDesk::Handle(const Caller& caller, std::string_view verb, std::string_view rest) {
     if (verb == "HAS") {
@@ -74,8 +80,9 @@ void AnnouncementDesk::post(const Caller& caller, std::string_view rest) {
     const std::string wrong = objection(caller, wanted);
     if (!wrong.empty()) return refuse(caller, wrong);
     try {
-        store_.AddAnnouncement(wanted, [this, caller](bool safe) {
-            if (!safe) refuse(caller, NotKept);
+        store_.AddAnnouncement(wanted, [this, caller, category = wanted.Category](bool safe) {
+            if (!safe) return refuse(caller, NotKept);
+            log_(LogSubject::Announcements, "posted by " + caller.Bare + " in category " + CStr(category));
         });
     } catch (const StoreError&) {
         refuse(caller, NotKept);
@@ -106,6 +113,7 @@ std::string AnnouncementDesk::objection(const Caller& caller, const Announcement
 }
 
 void AnnouncementDesk::refuse(const Caller& caller, const std::string& reason) {
+    log_(LogSubject::Announcements, "refused to " + caller.Bare + ": " + reason);
     out_.SendAs(FairQueue::LineKind::Plain, caller, "Your announcement was not posted: " + reason);
 }
 

@@ -9,6 +9,7 @@
 #include "robot/FairQueue.h"
 #include "robot/LineRoom.h"
 #include "robot/RobotConfig.h"
+#include "robot/RobotLog.h"
 #include "robot/RobotStore.h"
 
 namespace talvora {
@@ -18,7 +19,8 @@ class AnnouncementDesk {
     // Told in answer to one question; the next question brings more.
     static constexpr int AtATime = 20;
 
-    AnnouncementDesk(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out);
+    AnnouncementDesk(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
+                     RobotLog log);
 
     // "HAS n" and "POST hours category text". False for any other word.
     bool Handle(const Caller& caller, std::string_view verb, std::string_view rest);
@@ -35,6 +37,7 @@ class AnnouncementDesk {
     const RobotConfig& config_;
     RobotStore& store_;
     FairQueue& out_;
+    RobotLog log_;
     LineRoom lines_;
 };
 

@@ -28,11 +28,13 @@ std::string StartLine(const MailHead& mail) {
            CStr(mail.Id) + " " + subject;
 }
 
-MailGiving::MailGiving(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out)
+MailGiving::MailGiving(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
+                       RobotLog log)
     : loop_(platform.TheLoop),
       clock_(platform.WallClock),
       store_(store),
       out_(out),
+      log_(std::move(log)),
       most_(readersAtATime(config.LinesPerSecond)) {}
 
 void MailGiving::Poll(const Caller& caller, std::string_view id, std::string_view line) {
@@ -135,6 +137,7 @@ void MailGiving::sayEnd(const Caller& caller, std::int64_t id, bool safe) {
         return;
     }
     reading->Stage = Reading::Ended;
+    log_(LogSubject::Mail, "read by " + caller.Bare + ": number " + CStr(id));
     say(caller, "MAIL DONE");
 }
 

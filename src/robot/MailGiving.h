@@ -15,6 +15,7 @@
 #include "robot/FairQueue.h"
 #include "robot/LapsingTable.h"
 #include "robot/RobotConfig.h"
+#include "robot/RobotLog.h"
 #include "robot/RobotStore.h"
 
 namespace talvora {
@@ -29,7 +30,8 @@ class MailGiving {
     // How many seconds of lines all readers together may be owed.
     static constexpr std::size_t SecondsToGoRound = 10;
 
-    MailGiving(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out);
+    MailGiving(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
+               RobotLog log);
 
     // "0 0": is there mail? "17 5": go on with mail 17, of which 5 lines are there.
     void Poll(const Caller& caller, std::string_view id, std::string_view line);
@@ -75,6 +77,7 @@ class MailGiving {
     Clock& clock_;
     RobotStore& store_;
     FairQueue& out_;
+    RobotLog log_;
     std::size_t most_;
     LapsingTable<Reading> readings_;
     std::list<WaitingReader> waiting_;

@@ -27,12 +27,14 @@ std::int32_t hoursOf(std::string_view subject) {
 
 }  // namespace
 
-MailTaking::MailTaking(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out)
+MailTaking::MailTaking(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
+                       RobotLog log)
     : loop_(platform.TheLoop),
       clock_(platform.WallClock),
       config_(config),
       store_(store),
       out_(out),
+      log_(std::move(log)),
       lines_(config) {}
 
 bool MailTaking::Handle(const Caller& caller, std::string_view verb, std::string_view rest) {
@@ -142,7 +144,12 @@ void MailTaking::keep(const Caller& caller, NewMail mail, std::int64_t bytes) {
     mail.SentAt = MomentOf(clock_.Now());
     const std::int64_t hours = hoursOf(mail.Subject);
     if (hours > 0) mail.ExpiresAt = mail.SentAt + hours * 3600;
-    store_.AddMail(mail, [this, caller](bool safe) { confirm(caller, safe); });
+    const std::string told =
+        caller.Bare + " to " + mail.Recipient + ", " + CStr(mail.Pieces.size()) + " pieces";
+    store_.AddMail(mail, [this, caller, told](bool safe) {
+        if (safe) log_(LogSubject::Mail, "kept: " + told);
+        confirm(caller, safe);
+    });
 }
 
 void MailTaking::confirm(const Caller& caller, bool safe) {

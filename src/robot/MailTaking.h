@@ -10,6 +10,7 @@
 #include "robot/LapsingTable.h"
 #include "robot/LineRoom.h"
 #include "robot/RobotConfig.h"
+#include "robot/RobotLog.h"
 #include "robot/RobotStore.h"
 
 namespace talvora {
@@ -19,7 +20,8 @@ class MailTaking {
     // A turn and a half-taken mail lapse so long after the user's last line.
     static constexpr Microseconds LapsesAfter = 60'000'000;
 
-    MailTaking(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out);
+    MailTaking(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
+               RobotLog log);
 
     // The words of a user: "SENDREQUEST", "SEND", "DUMP", "SENT", "SENDCANCEL". False for any other. If the
     // store fails, the mail is refused, and the StoreError goes on to the caller.
@@ -60,6 +62,7 @@ class MailTaking {
     const RobotConfig& config_;
     RobotStore& store_;
     FairQueue& out_;
+    RobotLog log_;
     LineRoom lines_;
     LapsingTable<Taking> takings_;
 };

@@ -35,7 +35,7 @@ std::string_view withoutMarks(std::string_view name) {
 
 }  // namespace
 
-Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, Log log)
+Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, RobotLog log)
     : platform_(platform),
       config_(config),
       store_(store),
@@ -45,9 +45,9 @@ Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, L
       out_(
           platform, config_.LinesPerSecond, config_.Burst,
           [this](const std::string& nick, const std::string& text, LineKind kind) { put(nick, text, kind); }),
-      taking_(platform, config_, store, out_),
-      giving_(platform, config_, store, out_),
-      announcements_(platform, config_, store, out_),
+      taking_(platform, config_, store, out_, log_),
+      giving_(platform, config_, store, out_, log_),
+      announcements_(platform, config_, store, out_, log_),
       address_(platform, config_.AddressListen, config_.AddressPort, log_),
       limit_(config_.RequestsPerMinute),
       tmrCommit(platform, CommitMs),
@@ -88,12 +88,13 @@ void Robot::listenToEngine() {
     on_ += IRCServ1.SocketDisconnect.connect([this] { IRCServ1_SocketDisconnect(); });
     on_ += IRCServ1.SocketConnect.connect([this] { IRCServ1.SetNickname(config_.Nick); });
     on_ += IRCServ1.SocketError.connect(
-        [this](std::int16_t, Text description) { log_("the connection failed: " + description); });
+        [this](std::int16_t, Text description) { tellAway("the connection failed: " + description); });
     on_ += IRCServ1.NicknameInUse.connect([this](Text) {
         nickTaken_ = true;
-        log_("the nick is taken; it is asked for again each minute");
+        log_(LogSubject::Session, "the nick is taken; it is asked for again each minute");
     });
-    on_ += IRCServ1.NicknameError.connect([this](Text text) { log_("the nick is refused: " + text); });
+    on_ += IRCServ1.NicknameError.connect(
+        [this](Text text) { log_(LogSubject::Session, "the nick is refused: " + text); });
 }
 
 void Robot::listenToUsers() {
@@ -157,7 +158,8 @@ void Robot::put(const std::string& nick, const std::string& text, LineKind kind)
 // ---- Its place on the network
 
 void Robot::IRCServ1_LoginOK() {
-    log_("logged on");
+    log_(LogSubject::Session, "logged on");
+    away_ = false;
     nickTaken_ = false;
     out_.Open();
     for (const std::string& line : config_.OnLogin) IRCServ1.SendIRC(OneLine(line));
@@ -165,11 +167,16 @@ void Robot::IRCServ1_LoginOK() {
 }
 
 void Robot::IRCServ1_SocketDisconnect() {
-    log_("not connected");
+    tellAway("not connected");
     inChannel_ = false;
     out_.Close();
     taking_.Clear();
     giving_.Clear();
+}
+
+void Robot::tellAway(const std::string& line) {
+    if (!std::exchange(away_, true))
+        log_(LogSubject::Session, line + "; it is tried again until it succeeds");
 }
 
 void Robot::joinChannel() {
@@ -284,7 +291,7 @@ void Robot::withStore(Work&& work) {
     try {
         work();
     } catch (const StoreError& fault) {
-        log_(std::string("the store failed: ") + fault.what());
+        log_(LogSubject::Store, std::string("the store failed: ") + fault.what());
     }
     if (store_.Waiting()) tmrCommit.Enabled = true;
 }
@@ -294,11 +301,11 @@ void Robot::commit() {
     try {
         store_.Commit();
     } catch (const StoreError& fault) {
-        log_(std::string("the store failed: ") + fault.what());
+        log_(LogSubject::Store, std::string("the store failed: ") + fault.what());
     }
     if (store_.LastFault() != knownFault_) {
         knownFault_ = store_.LastFault();
-        log_("what waited for the store was not kept: " + knownFault_);
+        log_(LogSubject::Store, "what waited for the store was not kept: " + knownFault_);
     }
     tmrCommit.Enabled = store_.Waiting();
 }

@@ -19,16 +19,14 @@
 #include "robot/MailTaking.h"
 #include "robot/RequestLimit.h"
 #include "robot/RobotConfig.h"
+#include "robot/RobotLog.h"
 #include "robot/RobotStore.h"
 
 namespace talvora {
 
 class Robot {
   public:
-    // One line a call, of what happens to the robot; never what users write.
-    using Log = std::function<void(const std::string&)>;
-
-    Robot(Platform& platform, const RobotConfig& config, RobotStore& store, Log log);
+    Robot(Platform& platform, const RobotConfig& config, RobotStore& store, RobotLog log);
     ~Robot();
     Robot(const Robot&) = delete;
     Robot& operator=(const Robot&) = delete;
@@ -55,6 +53,7 @@ class Robot {
     // ---- Its place on the network
     void IRCServ1_LoginOK();
     void IRCServ1_SocketDisconnect();
+    void tellAway(const std::string& line);
     void joinChannel();
     void furnishChannel();
     bool isOwn(const std::string& nick) const { return EqualText(nick, IRCServ1.Nickname()); }
@@ -80,7 +79,7 @@ class Robot {
     Platform& platform_;
     const RobotConfig config_;
     RobotStore& store_;
-    Log log_;
+    RobotLog log_;
     GlobError globError_;
     Random random_;
     IRCServ IRCServ1;
@@ -94,6 +93,7 @@ class Robot {
     Timer tmrSweep;   // dialogues that lapse
     Timer tmrMinute;
     std::string knownFault_;  // of the store, as it was told last
+    bool away_ = false;       // from the network, and told so: the next try is not told again
     bool nickTaken_ = false;
     bool inChannel_ = false;
     Subscriptions on_;

@@ -13,6 +13,8 @@ namespace {
 namespace fs = std::filesystem;
 
 Q_LOGGING_CATEGORY(session, "orreryserv.session")
+Q_LOGGING_CATEGORY(mail, "orreryserv.mail")
+Q_LOGGING_CATEGORY(announcements, "orreryserv.announce")
 Q_LOGGING_CATEGORY(storage, "orreryserv.store")
 
 // The moment of a line is the journal's business.
@@ -22,12 +24,21 @@ void prepareLog() {
     }
 }
 
-void log(const std::string& text) {
+void log(LogSubject subject, const std::string& text) {
     const std::string line = toUtf8(text);
-    if (line.find("store") != std::string::npos) {
-        qCWarning(storage, "%s", line.c_str());
-    } else {
-        qCInfo(session, "%s", line.c_str());
+    switch (subject) {
+        case LogSubject::Session:
+            qCInfo(session, "%s", line.c_str());
+            break;
+        case LogSubject::Mail:
+            qCInfo(mail, "%s", line.c_str());
+            break;
+        case LogSubject::Announcements:
+            qCInfo(announcements, "%s", line.c_str());
+            break;
+        case LogSubject::Store:
+            qCWarning(storage, "%s", line.c_str());
+            break;
     }
 }
 

@@ -126,7 +126,7 @@ class World {
     Platform platform_{time_, network_, clock_, still_, files_, settings_, still_};
     RobotConfig config_ = configuration();
     RobotStore store_{config_.Store};
-    Robot robot_{platform_, config_, store_, [](const std::string&) {}};
+    Robot robot_{platform_, config_, store_, [](LogSubject, const std::string&) {}};
 };
 
 }  // namespace

@@ -37,7 +37,7 @@ class RobotWorld {
     void start() {
         store = std::make_unique<RobotStore>(config.Store);
         robot = std::make_unique<Robot>(around.platform, config, *store,
-                                        [this](const std::string& line) { log.push_back(line); });
+                                        [this](LogSubject, const std::string& line) { log.push_back(line); });
         robot->Start();
         time.run(3s);
         logOn();
