@@ -33,9 +33,17 @@ void ChatWindow::connectHands() {
     on_ += Image3.Click.connect([this] { sendTyped(true); });
     on_ += Image4.Click.connect([this] { PopupMenu.raise(mnuCheck); });
     on_ += FoldPlugins.Click.connect([this] { foldPlugins(); });
-    on_ += mnuHide.Click.connect([this] { Hide(); });
+    on_ += mnuHide.Click.connect([this] { putAway(); });
     on_ += mnuTimeStamp.Checked.Changed.connect([this](const bool& on) { IRCWin1.TimeStamp = on; });
     on_ += IRCWin1.ReleaseFocus.connect([this] { Text1.SetFocus(); });
+}
+
+void ChatWindow::putAway() {
+    if (isOnTable()) {
+        Hide();
+    } else {
+        Unload();
+    }
 }
 
 void ChatWindow::Form_Unload() {

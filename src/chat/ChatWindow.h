@@ -86,6 +86,11 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     // What the window's settings are kept under.
     virtual const std::string& settingsName() const = 0;
 
+    // Whether the window can be found again.
+    virtual bool isOnTable() const = 0;
+    // Hides the window; one that a stale index has taken off the table ends, since nobody would find it.
+    void putAway();
+
     void Form_Unload() override;
 
     ChatSurroundings& around_;

@@ -78,9 +78,12 @@ bool UserList::appended(Text nick, Text entry) {
 
 // Before a second try the row may have gone.
 void UserList::setIcon(Trap& step, Text key, ListItem& row, int icon) {
-    step([&] {
+    const auto known = static_cast<std::size_t>(icon) & 0xFF;
+    if (withoutImage_[known]) return;  // told of already, and others choose how many carry it
+    const bool done = step([&] {
         if (byKey_.holds(key, row)) row.SetSmallIcon(icon);
     });
+    withoutImage_[known] = !done;
 }
 
 void UserList::Remove(Text Nick) {

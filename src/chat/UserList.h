@@ -6,6 +6,7 @@
 // All look-ups are without regard to case, and of rows of the same name the first one counts. They cost the
 // same however long the list is.
 
+#include <bitset>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -72,6 +73,7 @@ class UserList {
     modNickDecode& nickDecode_;
     RowIndex byKey_;
     RowIndex byBareNick_;
+    std::bitset<256> withoutImage_;  // icons that the image list lacks
     Subscriptions on_;
 };
 

@@ -61,12 +61,15 @@ class WindowTable {
         return nullptr;
     }
 
+    bool Holds(const Window& window) const {
+        return Find([&](const Window& one) { return &one == &window; }) != nullptr;
+    }
+
     // Calls `act` with each window that is still on the table when its turn comes.
     template <class Act>
     void ForEach(const Act& act) const {
         for (Window* window : Windows()) {
-            if (std::find(slots_.begin(), slots_.begin() + count_, window) != slots_.begin() + count_)
-                act(*window);
+            if (Holds(*window)) act(*window);
         }
     }
 

@@ -107,8 +107,12 @@ void frmChanChat::leave(bool part) {
     });
 }
 
+bool frmChanChat::isOnTable() const {
+    return manager_.Table().Holds(*this);
+}
+
 void frmChanChat::Form_QueryUnload(bool& cancel, CloseReason reason) {
-    if (reason != CloseReason::UserClosesBox) return;
+    if (reason != CloseReason::UserClosesBox || !isOnTable()) return;
     cancel = true;
     Hide();
 }

@@ -53,6 +53,7 @@ class frmChanChat final : public ChatWindow {
     void seen() override;
     const std::string& settingsName() const override { return ChannelName; }
     // The close box only hides the window.
+    bool isOnTable() const override;
     void Form_QueryUnload(bool& cancel, CloseReason reason) override;
     void Form_Unload() override;
 

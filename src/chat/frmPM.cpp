@@ -60,8 +60,13 @@ void frmPM::stop() {
     });
 }
 
+bool frmPM::isOnTable() const {
+    return manager_.Table().Holds(*this);
+}
+
 void frmPM::Form_QueryUnload(bool& cancel, CloseReason reason) {
     if (reason != CloseReason::UserClosesBox) return;
+    if (around_.gHideInactive && !isOnTable()) return;
     cancel = true;
     if (around_.gHideInactive) {
         Hide();

@@ -36,6 +36,7 @@ class frmPM final : public ChatWindow {
   protected:
     void seen() override { unNotice(); }
     const std::string& settingsName() const override { return UserName; }
+    bool isOnTable() const override;
     void Form_QueryUnload(bool& cancel, CloseReason reason) override;
 
   private:

@@ -21,17 +21,18 @@ frmChanChat& modChanWinManager::load() {
     return window;
 }
 
+void modChanWinManager::refuse() {
+    refusal_.Ask({"Cannot display more than 50 channel windows, due to this version's limitations.", "Error",
+                  Buttons::Ok, MessageIcon::Critical});
+}
+
 std::int16_t modChanWinManager::RegisterChan(frmChanChat& window) {
     std::int16_t index = -1;
     trapped(around_.Reporter, "RegisterChan", [&](Trap& step) {
         if (!table_.IsFull()) {
             index = table_.Register(window);
         } else {
-            step([&] {
-                refusal_.Ask(
-                    {"Cannot display more than 50 channel windows, due to this version's limitations.",
-                     "Error", Buttons::Ok, MessageIcon::Critical});
-            });
+            step([&] { refuse(); });
         }
         around_.Session.RefreshWindows();
     });
@@ -55,6 +56,7 @@ void modChanWinManager::ChanDistribute(const std::string& channel, const std::st
         const std::string create = step.value(
             std::string("F"), [&] { return around_.Settings.Get(Section::ChanSettings, "CreateOnPM", "F"); });
         if (create == "F") return;
+        if (isRefusing()) return refuse();
         frmChanChat& window = load();
         window.Start(channel, true);
         if (!window.IsUnloaded()) window.PMArrived(nick, text, command);
@@ -65,6 +67,8 @@ void modChanWinManager::StartChan(const std::string& channel) {
     trapped(around_.Reporter, "StartChan", [&](Trap&) {
         if (frmChanChat* window = Window(channel)) {
             window->Show();
+        } else if (isRefusing()) {
+            refuse();
         } else {
             load().Start(channel, false);
         }

@@ -41,6 +41,9 @@ class modChanWinManager final : public ChannelWindows {
 
   private:
     frmChanChat& load();
+    void refuse();
+    // While the user is told that there are too many windows, one more is counted and not even made.
+    bool isRefusing() const { return table_.IsFull() && refusal_.Stands(); }
 
     ChatSurroundings& around_;
     WindowTable<frmChanChat> table_;

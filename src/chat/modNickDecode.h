@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 #include "chat/StateTable.h"
 #include "host/common/Trap.h"
@@ -28,13 +29,14 @@ class modNickDecode {
     // Once, at the start.
     void LoadPerflixes();
     // Leaves the bare nick in `Nick`. Where the state's line lacks a field or its icon is no byte, `Desc` and
-    // `Icon` are as far as they could be read.
+    // `Icon` are as far as they could be read; that is told of once a line.
     void GetNickDesc(std::string& Nick, std::string& Desc, std::uint8_t& Icon);
 
   private:
     GlobError& globError_;
     Files& files_;
     StateTable PerflixList_;
+    std::unordered_set<const void*> told_;  // faulty lines of the table
 };
 
 }  // namespace talvora

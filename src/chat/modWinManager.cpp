@@ -21,18 +21,20 @@ frmPM& modWinManager::load() {
     return window;
 }
 
+void modWinManager::refuse() {
+    refusal_.Ask(
+        {"Cannot display more than 50 personal chat windows, due to this version's "
+         "limitations.",
+         "Error", Buttons::Ok, MessageIcon::Critical});
+}
+
 std::int16_t modWinManager::RegisterPM(frmPM& window) {
     std::int16_t index = -1;
     trapped(around_.Reporter, "RegisterPM", [&](Trap& step) {
         if (!table_.IsFull()) {
             index = table_.Register(window);
         } else {
-            step([&] {
-                refusal_.Ask(
-                    {"Cannot display more than 50 personal chat windows, due to this version's "
-                     "limitations.",
-                     "Error", Buttons::Ok, MessageIcon::Critical});
-            });
+            step([&] { refuse(); });
         }
         around_.Session.RefreshWindows();
     });
@@ -54,6 +56,7 @@ void modWinManager::PMDistribute(const std::string& nick, const std::string& tex
             step([&] { around_.ThePlatform.Screen.Beep(); });
             return;
         }
+        if (isRefusing()) return refuse();
         frmPM& window = load();
         window.Start(nick);
         if (!window.IsUnloaded()) window.PMArrived(text, command);
@@ -64,6 +67,8 @@ void modWinManager::StartPM(const std::string& nick) {
     trapped(around_.Reporter, "StartPM", [&](Trap&) {
         if (frmPM* window = Window(nick)) {
             window->Show();
+        } else if (isRefusing()) {
+            refuse();
         } else {
             load().Start(nick);
         }

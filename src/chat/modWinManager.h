@@ -36,6 +36,9 @@ class modWinManager final : public PrivateWindows {
 
   private:
     frmPM& load();
+    void refuse();
+    // While the user is told that there are too many windows, one more is counted and not even made.
+    bool isRefusing() const { return table_.IsFull() && refusal_.Stands(); }
 
     ChatSurroundings& around_;
     WindowTable<frmPM> table_;

@@ -101,11 +101,16 @@ bool PluginSlots::Broadcast(std::string& Data, int FromIndex) {
         // Each call ends in a trap of its own, and a slot without a plug-in ends it unheard: one that fails
         // must not take the line out of the hands of those behind it.
         if (i == FromIndex || plugins(i).Client() == nullptr) continue;
+        bool done = false;
         trapped(globError, "Broadcast", [&](Trap& step) {
-            step([&] {
-                if (state->alive) plugins(i).Broadcast(Data);
+            done = step([&] {
+                std::string offered = Data;
+                if (state->alive) plugins(i).Broadcast(offered);
+                Data = std::move(offered);
             });
         });
+        // What the user typed may be for nobody's eyes without this plug-in's work.
+        if (!done && Data.starts_with("MSG|")) Data.clear();
     }
     return state->alive;
 }

@@ -1,5 +1,7 @@
 #include "host/ChatDesk.h"
 
+#include <utility>
+
 namespace talvora {
 
 ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate)
@@ -31,7 +33,9 @@ ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& 
 void ChatDesk::LoadTables(Trap& step) {
     Nicks.LoadPerflixes();
     step([&] { Emotions.LoadEmotions(); });
-    if (platform_.Libraries != nullptr) Factories.LoadLibraries(*platform_.Libraries, globError_);
+    // Libraries stay loaded; a second message 1 finds them there.
+    if (platform_.Libraries != nullptr && !std::exchange(librariesLoaded_, true))
+        Factories.LoadLibraries(*platform_.Libraries, globError_);
     Plugins.ReloadPlugins();
 }
 

@@ -61,6 +61,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     GlobError& globError_;
     Notes notes_{MsgBox};
     Form1* form1_ = nullptr;
+    bool librariesLoaded_ = false;
 };
 
 }  // namespace talvora

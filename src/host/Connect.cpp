@@ -33,7 +33,10 @@ void Connect::Init(MessageDatabase& db, std::int32_t id) {
 
 void Connect::dMsgDB_MessageBroadcasted(const HostMessage& message) {
     if (message.ToID != gate_.PluginID() && message.ToID != HostAddress::Everybody) return;
-    trapped(globError_, "dMsgDB_MessageBroadcasted", [&](Trap& step) { step([&] { handle(message); }); });
+    // A window that the message ends stays until the message has been handled, whoever has sent it.
+    services_.ThePlatform.Guarded.run("dMsgDB_MessageBroadcasted", [&] {
+        trapped(globError_, "dMsgDB_MessageBroadcasted", [&](Trap& step) { step([&] { handle(message); }); });
+    });
 }
 
 void Connect::handle(const HostMessage& message) {
@@ -98,7 +101,7 @@ void Connect::startUp() {
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         chats_.LoadTables(step);
         step([&] { loadMainWindow(); });
-        gStarted = true;
+        gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
 }
 
@@ -159,17 +162,22 @@ void Connect::LoadSettings() {
 void Connect::Class_Terminate() {
     // Saying QUIT lets other messages in, also this one.
     if (std::exchange(ending_, true)) return;
-    trapped(globError_, "Class_Terminate", [&](Trap&) {
-        gStarted = false;
-        if (MainWindow() == nullptr) return;
-        std::string text = settings_.Get(Section::Settings, "QuitMsg", "");
-        if (text.empty()) text = "Bye bye!";
-        form1_->IRCServ1.Disconnect(text);
-        form1_->Unload();
-        chats_.UnloadAll();
-        chats_.Attach(nullptr);
+    services_.ThePlatform.Guarded.run("Class_Terminate", [this] {
+        trapped(globError_, "Class_Terminate", [this](Trap& step) { terminate(step); });
     });
     gStarted = ending_ = false;
+}
+
+void Connect::terminate(Trap& step) {
+    gStarted = false;
+    if (MainWindow() == nullptr) return;
+    std::string text =
+        step.value(std::string(), [&] { return settings_.Get(Section::Settings, "QuitMsg", ""); });
+    if (text.empty()) text = "Bye bye!";
+    step([&] { form1_->IRCServ1.Disconnect(text); });
+    step([&] { form1_->Unload(); });
+    step([&] { chats_.UnloadAll(); });
+    chats_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

@@ -36,6 +36,7 @@ class Connect final : public HostPlugin {
 
   private:
     void startUp();
+    void terminate(Trap& step);
     void readAccount();
     void loadMainWindow();
     void retireMainWindow();

@@ -54,6 +54,7 @@ void IRCServ::Connect(const std::string& host, std::int32_t port) {
 }
 
 void IRCServ::openSocket() {
+    if (stopped_) return;
     Winsock1.Close();
     Winsock1.RemoteHost = ServerHost;
     Winsock1.RemotePort = CLng(Val(ServerPort));
@@ -86,6 +87,7 @@ void IRCServ::AbortLogin() {
 }
 
 void IRCServ::Stop() {
+    stopped_ = true;
     Winsock1.Close();
     for (Timer* timer : {&tmrRetry, &tmrDataPop, &tmrNickChangeEnforce, &tmrSend, &tmrLogin}) {
         timer->Enabled = false;
@@ -141,7 +143,8 @@ void IRCServ::Disconnect(const std::string& quitMessage) {
                 platform_.TheLoop.Pump();
             }
         }
-        tmrRetry.Enabled = true;
+        // The pumping may have let in the end.
+        tmrRetry.Enabled = !stopped_;
         step([&] { Winsock1.Close(); });
         leftUnread_ = false;
         IsConnected = false;
@@ -157,7 +160,7 @@ void IRCServ::Disconnect(const std::string& quitMessage) {
 void IRCServ::Winsock1_Close() {
     trapped(globError_, "Winsock1_Close", [&](Trap&) {
         Disconnect("");
-        tmrRetry.Enabled = AutoRetry;
+        tmrRetry.Enabled = AutoRetry && !stopped_;
     });
 }
 
@@ -165,7 +168,7 @@ void IRCServ::Winsock1_Error(int number, const std::string& description) {
     trapped(globError_, "Winsock1_Error", [&](Trap& step) {
         step([&] { SocketError.raise(CInt(number), description); });
         Disconnect("");
-        tmrRetry.Enabled = AutoRetry;
+        tmrRetry.Enabled = AutoRetry && !stopped_;
     });
 }
 

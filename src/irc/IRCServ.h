@@ -226,6 +226,7 @@ class IRCServ {
     Timer tmrSend;               // one line out of SendBuffer
     Timer tmrLogin;              // the steps of the login after NICK
     Winsock Winsock1;
+    bool stopped_ = false;     // for good
     bool quitting_ = false;    // Disconnect waits for the server to close
     bool leftUnread_ = false;  // the backlog is high: what has arrived stays in the socket for now
     ServerLinePool lines_;

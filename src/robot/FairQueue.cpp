@@ -98,6 +98,7 @@ void FairQueue::add(const Caller& to, Line line) {
         Overflowed.raise(to.Key);
         return;
     }
+    line.since = loop_.Now();
     queue.lines.push_back(std::move(line));
     ++ring.waiting;
     if (!serving_) serve();
@@ -156,9 +157,19 @@ FairQueue::Ring& FairQueue::nextRing() {
     return ++served_ % NewsAmong == 0 ? news_ : dialogues_;
 }
 
+bool FairQueue::isTooLate(const Line& line) const {
+    return line.topic == Topic::Reading && loop_.Now() - line.since > ReadersWait;
+}
+
 void FairQueue::serveNext(Ring& ring) {
     const Place first = ring.turn.begin();
     if (first->lines.empty()) return ring.erase(first);
+    if (isTooLate(first->lines.front())) {
+        const std::string key = first->key;
+        Forget(key, Topic::Reading);
+        CameTooLate.raise(key);
+        return;
+    }
     const Line line = std::move(first->lines.front());
     const std::string nick = first->nick;
     first->lines.pop_front();

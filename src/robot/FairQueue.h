@@ -45,6 +45,11 @@ class FairQueue {
     // The user's queue has been dropped, since it grew too long. His dialogues are to go, too.
     Event<const std::string&> Overflowed;
 
+    // A line of a reader has waited for longer than the reader does, and has been dropped with what else he
+    // was to read: he would take it for nothing, and its answer would be false.
+    Event<const std::string&> CameTooLate;
+    static constexpr Microseconds ReadersWait = 20'000'000;
+
     // Closed, nothing waits and nothing is taken.
     void Open() { open_ = true; }
     void Close();
@@ -70,6 +75,7 @@ class FairQueue {
         LineKind kind = LineKind::Special;
         std::string text;
         WhenSent whenSent;
+        Microseconds since = 0;
     };
     struct Queue {
         std::string key;
@@ -97,6 +103,7 @@ class FairQueue {
     Ring& nextRing();
     void serve();
     void serveNext(Ring& ring);
+    bool isTooLate(const Line& line) const;
     bool mayGo() const { return interval_ == 0 || free_ <= loop_.Now(); }
     void spend();
     void waitForTurn();

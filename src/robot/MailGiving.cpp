@@ -50,12 +50,12 @@ void MailGiving::take(const Caller& caller, std::int32_t id, int line) {
     if (id == 0) store_.RemoveDelivered(caller.Bare);
     auto mail = find(caller, id, line);
     if (!mail) {
-        leaveQueue(caller.Key);
+        LeaveQueue(caller.Key);
         refuse(caller, id, line);
     } else if (full() || (!served && !waiting_.empty())) {
         wait(caller, id, line);
     } else {
-        leaveQueue(caller.Key);
+        LeaveQueue(caller.Key);
         start(caller, std::move(*mail), id, line);
     }
 }
@@ -78,7 +78,6 @@ void MailGiving::start(const Caller& caller, MailHead mail, std::int32_t id, int
     Reading reading;
     reading.Mail = std::move(mail);
     reading.Line = id == 0 ? 0 : line;
-    reading.Resumed = id != 0;
     readings_.Put(caller.Key, std::move(reading), loop_.Now());
     say(caller, text);
 }
@@ -97,7 +96,7 @@ void MailGiving::wait(const Caller& caller, std::int32_t id, int line) {
 void MailGiving::admit() {
     while (!waiting_.empty() && !full()) {
         const WaitingReader reader = waiting_.front();
-        leaveQueue(reader.Who.Key);
+        LeaveQueue(reader.Who.Key);
         if (loop_.Now() - reader.Asked >= LapsesAfter) continue;
         if (auto mail = find(reader.Who, reader.Id, reader.Line)) {
             start(reader.Who, std::move(*mail), reader.Id, reader.Line);
@@ -118,9 +117,18 @@ void MailGiving::Acknowledge(const Caller& caller) {
     if (!Awaits(caller)) return;
     Reading* reading = readings_.Find(caller.Key);
     readings_.Touch(caller.Key, loop_.Now());
-    if (reading->Stage == Reading::Ended) return finish(caller, *reading);
+    if (reading->Stage == Reading::Ended) {
+        // This may be the acknowledgement of an earlier line that was under way: the mail stays until the
+        // reader asks for the next one, which he does at once.
+        readings_.Erase(caller.Key);
+        return admit();
+    }
     const std::int64_t id = reading->Mail.Id;
     if (reading->Line < reading->Mail.Pieces) {
+        if (!store_.MailFor(caller.Bare, id)) {  // it has expired; the reader asks again and is told so
+            readings_.Erase(caller.Key);
+            return admit();
+        }
         const std::string piece = store_.Piece(id, reading->Line + 1);
         ++reading->Line;
         return say(caller, "MAIL DUMP " + piece);
@@ -141,24 +149,16 @@ void MailGiving::sayEnd(const Caller& caller, std::int64_t id, bool safe) {
     say(caller, "MAIL DONE");
 }
 
-// After a cut this may be the acknowledgement of an earlier line that was under way: the mail then stays
-// until the reader asks for the next one, which he does at once.
-void MailGiving::finish(const Caller& caller, Reading& reading) {
-    if (!reading.Resumed) store_.RemoveMail(reading.Mail.Id);
-    readings_.Erase(caller.Key);
-    admit();
-}
-
 void MailGiving::say(const Caller& caller, std::string_view text) {
     out_.Send(caller, Topic::Reading, text);
 }
 
 void MailGiving::Drop(const std::string& key) {
     readings_.Erase(key);
-    leaveQueue(key);
+    LeaveQueue(key);
 }
 
-void MailGiving::leaveQueue(const std::string& key) {
+void MailGiving::LeaveQueue(const std::string& key) {
     const auto known = waitingByKey_.find(key);
     if (known == waitingByKey_.end()) return;
     waiting_.erase(known->second);

@@ -25,7 +25,7 @@ std::string StartLine(const MailHead& mail);
 
 class MailGiving {
   public:
-    static constexpr Microseconds LapsesAfter = 90'000'000;
+    static constexpr Microseconds LapsesAfter = 60'000'000;
     static constexpr std::size_t MostReaders = 10'000;
     // How many seconds of lines all readers together may be owed.
     static constexpr std::size_t SecondsToGoRound = 10;
@@ -40,6 +40,10 @@ class MailGiving {
     // Whether an acknowledgement would be the answer to a line that the user was sent.
     bool Awaits(const Caller& caller);
 
+    // Whether a mail is being read by that user.
+    bool Reads(const Caller& caller) { return readings_.Find(caller.Key) != nullptr; }
+    // The user waits no longer for his turn.
+    void LeaveQueue(const std::string& key);
     void Drop(const std::string& key);
     void Clear();
     void Sweep();
@@ -50,8 +54,7 @@ class MailGiving {
   private:
     struct Reading {
         MailHead Mail;
-        int Line = 0;          // sent so far
-        bool Resumed = false;  // there may be acknowledgements under way from before the cut
+        int Line = 0;  // sent so far
         enum { Lines, EndWaits, Ended } Stage = Lines;
     };
     struct WaitingReader {
@@ -67,10 +70,8 @@ class MailGiving {
     void wait(const Caller& caller, std::int32_t id, int line);
     void admit();
     void start(const Caller& caller, MailHead mail, std::int32_t id, int line);
-    void finish(const Caller& caller, Reading& reading);
     void sayEnd(const Caller& caller, std::int64_t id, bool safe);
     void say(const Caller& caller, std::string_view text);
-    void leaveQueue(const std::string& key);
     bool full() const { return readings_.Size() >= most_; }
 
     Loop& loop_;

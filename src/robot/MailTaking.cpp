@@ -1,5 +1,6 @@
 #include "robot/MailTaking.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/Text.h"
@@ -16,7 +17,7 @@ using Topic = FairQueue::Topic;
 // Longest numbers, for a line that is yet to be made.
 constexpr std::int64_t LongestId = 2'000'000'000;
 
-// The hours of a subject that ends in ":48:E"; 0 for a mail that waits for ever.
+// The hours of a subject that ends in ":48:E"; 0 for a mail without the mark.
 std::int32_t hoursOf(std::string_view subject) {
     if (!subject.ends_with(":E")) return 0;
     subject.remove_suffix(2);
@@ -68,9 +69,13 @@ bool MailTaking::Awaits(const Caller& caller, std::string_view verb) {
 }
 
 void MailTaking::request(const Caller& caller) {
+    const Taking* taking = takings_.Find(caller.Key);
+    if (taking != nullptr && taking->Total == 0 && loop_.Now() - taking->Granted < OneBreath) return;
     cancel(caller);
     const bool free = takings_.Size() < static_cast<std::size_t>(config_.UsersSending);
-    if (free) takings_.Put(caller.Key, {}, loop_.Now());
+    Taking turn;
+    turn.Granted = loop_.Now();
+    if (free) takings_.Put(caller.Key, std::move(turn), loop_.Now());
     answer(caller, free ? "SENDOK" : "SENDWAIAT");
 }
 
@@ -142,8 +147,9 @@ void MailTaking::keep(const Caller& caller, NewMail mail, std::int64_t bytes) {
     out_.Forget(caller.Key, Topic::Acknowledgement);
     if (bytes > roomOf(mail.Recipient)) return refuse(caller);
     mail.SentAt = MomentOf(clock_.Now());
+    const std::int64_t longest = std::int64_t{config_.KeepDays} * 24;
     const std::int64_t hours = hoursOf(mail.Subject);
-    if (hours > 0) mail.ExpiresAt = mail.SentAt + hours * 3600;
+    mail.ExpiresAt = mail.SentAt + (hours > 0 ? std::min(hours, longest) : longest) * 3600;
     const std::string told =
         caller.Bare + " to " + mail.Recipient + ", " + CStr(mail.Pieces.size()) + " pieces";
     store_.AddMail(mail, [this, caller, told](bool safe) {

@@ -19,6 +19,8 @@ class MailTaking {
   public:
     // A turn and a half-taken mail lapse so long after the user's last line.
     static constexpr Microseconds LapsesAfter = 60'000'000;
+    // A mail to several recipients asks once for each in one breath: one turn is the answer to all.
+    static constexpr Microseconds OneBreath = 3'000'000;
 
     MailTaking(Platform& platform, const RobotConfig& config, RobotStore& store, FairQueue& out,
                RobotLog log);
@@ -41,6 +43,7 @@ class MailTaking {
         int Total = 0;  // 0 while the user has his turn and has not named his mail
         std::int64_t Bytes = 0;
         std::int64_t Room = 0;
+        Microseconds Granted = 0;
     };
 
     bool handle(const Caller& caller, std::string_view verb, std::string_view rest);

@@ -59,6 +59,7 @@ Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, R
     listenToEngine();
     listenToUsers();
     listenToChannel();
+    on_ += out_.CameTooLate.connect([this](const std::string& key) { giving_.Drop(key); });
     on_ += out_.Overflowed.connect([this](const std::string& key) { forget(key); });
     on_ += tmrCommit.Tick.connect([this] { commit(); });
     on_ += tmrSweep.Tick.connect([this] {
@@ -148,6 +149,7 @@ void Robot::Stop(const std::string& quitText) {
 }
 
 void Robot::put(const std::string& nick, const std::string& text, LineKind kind) {
+    tmrCommit.Enabled = true;  // what is noted of a line that was sent
     if (kind == LineKind::SpecialNotice) {
         IRCServ1.SendNotice(nick, text, true);
     } else {
@@ -220,7 +222,7 @@ void Robot::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text) {
     withStore([&] { serve(caller, command, text); });
 }
 
-void Robot::serve(const Caller& caller, const std::string& command, std::string_view text) {
+void Robot::serve(const Caller& caller, Text command, std::string_view text) {
     std::string_view rest = text;
     SkipBlanks(rest);
     const std::string_view verb = TakeWord(rest);
@@ -250,8 +252,14 @@ bool Robot::isRequest(const Caller& caller, std::string_view command, std::strin
 void Robot::serveMail(const Caller& caller, std::string_view verb, std::string_view rest) {
     if (verb == "OK") {
         giving_.Acknowledge(caller);
+    } else if (verb == "SENDREQUEST" && giving_.Reads(caller)) {
+        // One direction at a time: the user's program keeps to it only if the robot does.
+        out_.Send(caller, Topic::Other, "MAIL SENDWAIAT");
     } else if (!taking_.Handle(caller, verb, rest)) {
+        taking_.Drop(caller.Key);  // nobody polls while he sends
         giving_.Poll(caller, verb, rest);
+    } else if (verb == "SENDREQUEST" || verb == "SEND") {
+        giving_.LeaveQueue(caller.Key);
     }
 }
 
@@ -303,8 +311,7 @@ void Robot::commit() {
     } catch (const StoreError& fault) {
         log_(LogSubject::Store, std::string("the store failed: ") + fault.what());
     }
-    if (store_.LastFault() != knownFault_) {
-        knownFault_ = store_.LastFault();
+    if (std::exchange(knownFault_, store_.LastFault()) != store_.LastFault() && !knownFault_.empty()) {
         log_(LogSubject::Store, "what waited for the store was not kept: " + knownFault_);
     }
     tmrCommit.Enabled = store_.Waiting();

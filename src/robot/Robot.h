@@ -64,7 +64,7 @@ class Robot {
     // ---- Requests
     void IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text);
     bool isRequest(const Caller& caller, std::string_view command, std::string_view verb);
-    void serve(const Caller& caller, const std::string& command, std::string_view text);
+    void serve(const Caller& caller, Text command, std::string_view text);
     void serveMail(const Caller& caller, std::string_view verb, std::string_view rest);
     void tellAddressServer(const Caller& caller, std::string_view nick);
     void forget(const std::string& key);

@@ -134,6 +134,7 @@ constexpr std::array keys{
     Key{"mail", "KilobytesPerUser", number<&Config::KilobytesPerUser, 1, million>},
     // The count of the users' programs overflows at piece 328.
     Key{"mail", "PiecesPerMail", number<&Config::PiecesPerMail, 1, 327>},
+    Key{"mail", "KeepDays", number<&Config::KeepDays, 1, 36'500>},
     Key{"mail", "UsersSending", number<&Config::UsersSending, 1, million>},
     Key{"pacing", "LinesPerSecond", number<&Config::LinesPerSecond, 0, million>},
     Key{"pacing", "Burst", number<&Config::Burst, 1, million>},

@@ -37,6 +37,7 @@ struct RobotConfig {
     int KilobytesPerUser = 512;
     int PiecesPerMail = 300;  // 1 to 327: the client's count overflows above
     int UsersSending = 100;   // more wait
+    int KeepDays = 365;       // for which a mail waits, if its sender doesn't say less
 
     // [announcements]: MaxHours.N, PerDay.N, Posters.N for N from 0 to 7
     std::array<CategoryRules, kCategories> Categories;

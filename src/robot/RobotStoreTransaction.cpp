@@ -10,9 +10,13 @@ RobotStoreTransaction::RobotStoreTransaction(const StoreSettings& settings) : se
 
 RobotStoreConnection& RobotStoreTransaction::connected() {
     if (!connection_) {
+        // A server that doesn't answer holds the robot up each time that it is asked.
+        if (std::chrono::steady_clock::now() < nextTry_) throw StoreError(fault_);
+        nextTry_ = std::chrono::steady_clock::now() + BetweenTries;
         auto connection = std::make_unique<RobotStoreConnection>(settings_);
         bringUpToDate(*connection);
         connection_ = std::move(connection);
+        nextTry_ = {};
     }
     return *connection_;
 }
@@ -46,7 +50,10 @@ void RobotStoreTransaction::end(Fate fate) {
 
 void RobotStoreTransaction::commit() {
     try {
-        if (open_) guarded([this] { connection_->command("COMMIT"); });
+        if (open_) {
+            guarded([this] { connection_->command("COMMIT"); });
+            fault_.clear();
+        }
         end(Fate::Safe);
     } catch (const StoreError&) {  // those who wait are told
     }

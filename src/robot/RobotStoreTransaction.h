@@ -3,6 +3,7 @@
 // whole transaction, and what comes behind begins another; each of those who wait is told how his own ended.
 // A connection that was lost is made anew at its next use.
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <limits>
@@ -65,6 +66,9 @@ class RobotStoreTransaction {
     bool open_ = false;
     std::deque<Waiter> waiting_;
     std::string fault_;
+    // After a connection that failed the next one has to wait.
+    static constexpr std::chrono::seconds BetweenTries{15};
+    std::chrono::steady_clock::time_point nextTry_{};
 };
 
 }  // namespace talvora

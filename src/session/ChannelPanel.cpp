@@ -182,7 +182,8 @@ void ChannelPanel::IRCServ1_ChannelListReply(const StringArray& channels) {
 ListItem& ChannelPanel::addRow(const std::string& channel, bool joined) {
     ListItem& row = ListView2.ListItems.Add("", channel);
     row.SetSmallIcon(keyOf(channel).empty() ? OpenChannelIcon : KeyedChannelIcon);
-    row.SetChecked(joined);
+    // What the user has ticked and not yet applied stays.
+    row.SetChecked(tmrRefreshUsers.Enabled ? HoldsEntry(CheckedChans, channel, ListSeparator) : joined);
     return row;
 }
 

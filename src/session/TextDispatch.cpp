@@ -13,6 +13,9 @@ namespace {
 constexpr int AddressServerPort = 37183;
 constexpr std::size_t LongestAddress = 255;
 
+constexpr std::string_view BusyAnswer = "is busy and doesn't want to be disturbed";
+constexpr std::string_view IgnoredAnswer = "ignores you";
+
 bool isChannelName(const std::string& name) {
     return !name.empty() && name.front() == '#';
 }
@@ -78,13 +81,13 @@ void TextDispatch::SendPM(const std::string& nick, const std::string& text, bool
 // ---- Private text
 
 // Busy stands before ignored: an ignored nick hears "busy" meanwhile.
-bool TextDispatch::turnedAway(Text nick) {
+bool TextDispatch::turnedAway(Text nick, bool answer) {
     if (presence_.DoNotDisturb()) {
-        IRCServ1.SendText(OneLine(nick), "ACTION is busy and doesn't want to be disturbed", true);
+        if (answer) IRCServ1.SendText(OneLine(nick), std::string("ACTION ").append(BusyAnswer), true);
         return true;
     }
     if (presence_.IsIgnored(nick)) {
-        IRCServ1.SendText(OneLine(nick), "ACTION ignores you", true);
+        if (answer) IRCServ1.SendText(OneLine(nick), std::string("ACTION ").append(IgnoredAnswer), true);
         return true;
     }
     return false;
@@ -92,7 +95,7 @@ bool TextDispatch::turnedAway(Text nick) {
 
 void TextDispatch::IRCServ1_PMTextArrived(Text nick, Text text) {
     trapped(globError_, "IRCServ1_PMTextArrived", [&](Trap& step) {
-        if (turnedAway(nick)) return;
+        if (turnedAway(nick, true)) return;
         if (isChannelName(nick)) {
             step([&] { distributeChannel(nick, nick, text, ""); });
             return;
@@ -104,7 +107,9 @@ void TextDispatch::IRCServ1_PMTextArrived(Text nick, Text text) {
 
 void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text text) {
     trapped(globError_, "IRCServ1_PMSpecialTextArrived", [&](Trap& step) {
-        if (turnedAway(nick)) return;
+        // Two programs that turn each other away would answer each other's answers for ever.
+        const bool isAnswer = command == "ACTION" && (text == BusyAnswer || text == IgnoredAnswer);
+        if (turnedAway(nick, !isAnswer)) return;
         // A verb that failed is not shown as a text either.
         bool done = true;
         step([&] {

@@ -34,7 +34,7 @@ class TextDispatch {
     void IRCServ1_SpecialNoticeArrived(Text command, Text text);
     void connectText();
 
-    bool turnedAway(Text nick);
+    bool turnedAway(Text nick, bool answer);
     bool isSystemChannel(Text channel) const;
     bool fromRobot(Text nick) const;
     bool answerQuery(Text nick, Text command, Text text);

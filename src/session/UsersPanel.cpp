@@ -70,7 +70,8 @@ void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
 
 // Bare, so that states never stack and the plain nick always comes back.
 void UsersPanel::IRCServ1_YouChangeNick(Text newNick) {
-    account_.gNickname = TruncNick(newNick);
+    // A nick that begins with a bracket is no state alone.
+    account_.gNickname = newNick.substr(0, newNick.find('[', 1));
 }
 
 void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {

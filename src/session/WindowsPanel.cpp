@@ -65,14 +65,20 @@ void WindowsPanel::put(int row, const ChatWindow& window, const std::string& nam
     item.SetSubItem(1, window.LastText);
 }
 
-// The window that the row was drawn for, whatever has come and gone since.
+// The window that the row was drawn for, whatever has come and gone since. Of several with one name it is the
+// one whose turn it is.
+ChatWindow* WindowsPanel::windowOf(const ListItem& row) const {
+    int turn = 0;
+    for (int i = 1; i <= row.Index(); ++i) turn += ListView1.ListItems(i).Text() == row.Text() ? 1 : 0;
+    const auto isMeant = [&](const auto& window) { return nameOf(window) == row.Text() && --turn == 0; };
+    ChatWindow* window = privates_.Table().Find(isMeant);
+    return window != nullptr ? window : channels_.Table().Find(isMeant);
+}
+
 void WindowsPanel::ListView1_DblClick() {
     trapped(globError_, "ListView1_DblClick", [&](Trap&) {
         if (ListView1.SelectedItem == nullptr) return;
-        const std::string name = ListView1.SelectedItem->Text();
-        const auto isMeant = [&](const auto& window) { return nameOf(window) == name; };
-        ChatWindow* window = privates_.Table().Find(isMeant);
-        if (window == nullptr) window = channels_.Table().Find(isMeant);
+        ChatWindow* window = windowOf(*ListView1.SelectedItem);
         if (window == nullptr) return;
         window->WindowState = FormState::Normal;
         window->Show();

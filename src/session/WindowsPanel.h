@@ -41,6 +41,7 @@ class WindowsPanel {
   private:
     void redraw();
     void put(int row, const ChatWindow& window, const std::string& name, int picture);
+    ChatWindow* windowOf(const ListItem& row) const;
     void ListView1_DblClick();
 
     GlobError& globError_;

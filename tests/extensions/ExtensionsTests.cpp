@@ -144,19 +144,25 @@ TEST_F(SlotsTest, APluginCommandsItsSlot) {
     }
 }
 
-TEST_F(SlotsTest, AFaultOfAPluginIsReportedAndHidesTheLineFromNobodyElse) {
+TEST_F(SlotsTest, AFaultOfAPluginIsReportedAndLetsNothingTypedOutAsItWas) {
     int failures = 0;
     install().act = [&](std::string& line) {
-        line = "MSG|changed";
+        line = "IRC|changed";
         if (++failures == 1) throw std::runtime_error("torn");
         if (failures < 5) throw "not even an exception";
     };
     install();
     for (const Answer answer : {Answer::Abort, Answer::Ignore, Answer::Retry}) {
         around.questions.answerFaults(answer);
-        EXPECT_EQ(broadcast("MSG|plain"), "MSG|changed");
-        EXPECT_EQ(take(heard).back(), "MSG|changed");
+        const char* shown = answer == Answer::Retry ? "IRC|changed" : "IRC|plain";
+        EXPECT_EQ(broadcast("IRC|plain"), shown);
+        EXPECT_EQ(take(heard).back(), shown) << "it is hidden from nobody else";
     }
+    failures = 1;
+    around.questions.answerFaults(Answer::Ignore);
+    EXPECT_EQ(broadcast("MSG|secret"), "");
+    EXPECT_EQ(take(heard).back(), "");
+    reports.pop_back();
     EXPECT_THAT(reports, ElementsAre(AllOf(HasSubstr("n: torn"), HasSubstr("Function:Broadcast")),
                                      HasSubstr("Number:51"), HasSubstr("Number:51"), HasSubstr("Number:51")));
 }

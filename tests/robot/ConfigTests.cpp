@@ -23,8 +23,9 @@ std::string valuesOf(const RobotConfig& c) {
                       c.AddressHost + "|" + c.AddressListen + "|" + c.Store.Driver + "|" + c.Store.Database +
                       "|" + c.Store.Host + "|" + c.Store.User + "|" + c.Store.Password;
     for (const auto& line : c.OnLogin) all += "|" + line;
-    for (const int number : {c.MailsPerUser, c.KilobytesPerUser, c.PiecesPerMail, c.UsersSending,
-                             c.LinesPerSecond, c.Burst, c.RequestsPerMinute, c.AddressPort, c.Store.Port}) {
+    for (const int number :
+         {c.MailsPerUser, c.KilobytesPerUser, c.PiecesPerMail, c.UsersSending, c.LinesPerSecond, c.Burst,
+          c.RequestsPerMinute, c.AddressPort, c.Store.Port, c.KeepDays}) {
         all += " " + std::to_string(number);
     }
     for (const auto& rules : c.Categories) {
@@ -41,7 +42,7 @@ TEST(RobotConfig, OfTheExampleIsTheDefault) {
     EXPECT_EQ(valuesOf(parseRobotConfig(text)), valuesOf(parseRobotConfig("")));
     EXPECT_EQ(
         valuesOf(parseRobotConfig("")),
-        "OrreryServ|UL:Network.Services|||||QSQLITE|orreryserv.db||| 50 512 300 100 5 5 120 37183 0; 48 "
+        "OrreryServ|UL:Network.Services|||||QSQLITE|orreryserv.db||| 50 512 300 100 5 5 120 37183 0 365; 48 "
         "20; 720 20; 168 20; 168 20; 168 20; 720 20; 48 20; 48 20");
 }
 
@@ -53,7 +54,8 @@ TEST(RobotConfig, IsReadWhole) {
         "+s\r\n"
         "[network]\r\nServerPort = "
         "7000\r\n[mail]\r\nMailsPerUser=1\r\nKilobytesPerUser=2\r\nPiecesPerMail=327\r\n"
-        "UsersSending=4\r\n[announcements]\r\nmaxhours.7 = 5\r\nPerDay.7=0\r\nPosters.0 = Anna, "
+        "UsersSending=4\r\nKeepDays=30\r\n[announcements]\r\nmaxhours.7 = 5\r\nPerDay.7=0\r\nPosters.0 = "
+        "Anna, "
         "\xCE\x91\xCE\xB2 "
         "C\r\nPosters.3 =\r\n[pacing]\r\nLinesPerSecond = "
         "0\r\nBurst=7\r\nRequestsPerMinute=8\r\n[address]\r\n"
@@ -63,7 +65,7 @@ TEST(RobotConfig, IsReadWhole) {
     EXPECT_EQ(config.Network.ServerHost + std::to_string(config.Network.ServerPort), "irc.example.org7000");
     EXPECT_EQ(
         valuesOf(config),
-        "\xC1\xE2|a = b|p q|+s|h|::1|QPSQL|d|/\xCE\xB1|u|\xCE\xB1|OPER a b|MODE x +B 1 2 327 4 0 7 8 0 9"
+        "\xC1\xE2|a = b|p q|+s|h|::1|QPSQL|d|/\xCE\xB1|u|\xCE\xB1|OPER a b|MODE x +B 1 2 327 4 0 7 8 0 9 30"
         "; 48 20 Anna \xC1\xE2 C; 720 20; 168 20; 168 20; 168 20; 720 20; 48 20; 5 0");
 }
 

@@ -6,7 +6,9 @@
 namespace talvora::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 using Topic = FairQueue::Topic;
 
 class FairQueueTest : public testing::Test {
@@ -68,6 +70,15 @@ TEST_F(FairQueueTest, NewsAreAFourthOfWhatIsSaidDuringDialogues) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "A n"), 5);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "A d"), 15);
     EXPECT_EQ(sent(10s).size(), 18U);
+}
+
+TEST_F(FairQueueTest, ALineThatItsReaderNoLongerAwaitsIsNotSaid) {
+    Lines late;
+    on += queue.CameTooLate.connect([&](const std::string& key) { late.push_back(key); });
+    for (int i = 0; i < 120; ++i) send("N" + std::to_string(i), "other", Topic::Other);
+    send("A", "line", Topic::Reading);
+    EXPECT_THAT(sent(30s), Not(Contains("A line")));
+    EXPECT_THAT(late, ElementsAre("A"));
 }
 
 TEST_F(FairQueueTest, AQueueThatGrowsTooLongGoes) {

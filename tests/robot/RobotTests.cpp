@@ -169,7 +169,9 @@ TEST(Robot, TurnsAndDialoguesLapse) {
     world.start();
     world.plays({"A> MAIL SENDREQUEST", "A< MAIL SENDOK", "B> MAIL SEND Nikos 2 s", "B< MAIL OK",
                  "C> MAIL SENDREQUEST", "C< MAIL SENDWAIAT", "C> MAIL SEND Nikos 1 s", "C< MAIL SENDERROR",
-                 "A> MAIL SENDREQUEST", "A< MAIL SENDOK"});
+                 "A> MAIL SENDREQUEST"});  // in one breath with the first
+    world.time.run(4s);
+    world.plays({"A> MAIL SENDREQUEST", "A< MAIL SENDOK"});
     world.time.run(50s);
     world.plays({"B> MAIL DUMP Nikos 1", "B< MAIL OK"});
     world.time.run(16s);
@@ -188,6 +190,17 @@ TEST(Robot, TurnsAndDialoguesLapse) {
         world.time.run(10ms);
         EXPECT_EQ(world.robot->Giving().Readers(), 0U) << end;
     }
+}
+
+TEST(Robot, GrantsOneDirectionAtATime) {
+    RobotWorld world;
+    world.start();
+    world.sends("Maria", "Nikos", "s", {"1"});
+    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 1 s",  //
+                 "Nikos> MAIL SENDREQUEST", "Nikos< MAIL SENDWAIAT",       //
+                 "Nikos> MAIL OK", "Nikos< MAIL DUMP 1", "Nikos> MAIL OK", "Nikos< MAIL DONE",
+                 "Nikos> MAIL OK", "Nikos> MAIL 0 0", "Nikos< MAIL NOMAIL",  //
+                 "Nikos> MAIL SENDREQUEST", "Nikos< MAIL SENDOK"});
 }
 
 TEST(Robot, AMailIsErasedWhenItsTimeIsOver) {
@@ -393,6 +406,7 @@ class Crowd {
         ++reader.served;
         if (words[0] == "NOMAIL") return;
         if (words[0] == "DUMP" && !reader.reading) return;  // he has given up
+        ASSERT_TRUE(words[0] != "DONE" || reader.reading) << "the mail is lost";
         if (words[0] == "START") reader.id = " " + words[4], reader.lines = 0;
         if (words[0] == "DUMP") {
             EXPECT_EQ(words[1], std::to_string(++reader.lines)) << line;

@@ -142,6 +142,8 @@ TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
     says(world, maria, ":Maria!u@h NICK :Maria[DND]");
     EXPECT_EQ(maria.component->TheAccount().gNickname, "Maria");
     says(world, maria, ":nikos!b@c PRIVMSG Maria[DND] :\1MAIL x\1");
+    // What his program says by itself is not answered, or the two would never end.
+    says(world, maria, ":nikos!b@c PRIVMSG Maria[DND] :\1ACTION ignores you\1");
     presence.popStat(2).Click.raise();
     presence.popOnline.Click.raise();
     EXPECT_THAT(maria.server.heard(),
