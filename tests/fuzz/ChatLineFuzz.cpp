@@ -31,6 +31,10 @@ struct StillWorld final : Loop, Network, Questions, Desktop {
     int ScreenWidth() const override { return 0; }
     int ScreenHeight() const override { return 0; }
     const Form* ForegroundWindow() const override { return nullptr; }
+    void SetForegroundWindow(Form&) override {}
+    void SetTopMost(Form&, bool) override {}
+    void FlashWindow(Form&, bool) override {}
+    void Beep() override {}
     Clipboard& TheClipboard() override { return clipboard; }
     void Open(const std::string&) override {}
     MemoryClipboard clipboard;
