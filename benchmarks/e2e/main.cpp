@@ -1,4 +1,5 @@
-// Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs.
+// Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs. With the
+// argument `desktop` the host has its windows, which needs a display.
 
 #include <algorithm>
 #include <chrono>
@@ -8,6 +9,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "e2e/FloodServer.h"
@@ -30,8 +32,8 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void print(const char* name, double value, const char* unit) {
-    std::printf("%s\t%.6g\t%s\n", name, value, unit);
+void print(const std::string& name, double value, const char* unit) {
+    std::printf("%s\t%.6g\t%s\n", name.c_str(), value, unit);
     std::fflush(stdout);
 }
 
@@ -42,14 +44,29 @@ double secondsSince(Clock::time_point start) {
 // The host program in folders that stay the same from run to run, as a user's do.
 class Host {
   public:
-    explicit Host(const FloodServer& server) {
+    Host(const FloodServer& server, bool windows) : windows_(windows) {
         const std::string profile = folder_.write("network.ini", e2e::profileText(server.port(), {}));
-        program_ =
-            e2e::orreryProgram(folder_, profile, {"Settings/Nickname=Nikos", "Settings/ChanList=#talk|"});
+        program_ = e2e::orreryProgram(
+            folder_, profile,
+            {"Settings/Nickname=Nikos", "Settings/ChanList=#talk|", "ChanSettings/CreateOnPM=T"});
+        if (windows_) std::erase(program_.arguments, "--headless");
     }
     std::unique_ptr<e2e::Process> start() const { return std::make_unique<e2e::Process>(program_); }
+    std::string figure(const std::string& topic, const std::string& what) const {
+        return topic + (windows_ ? ".desktop_" : ".headless_") + what;
+    }
+    // The main window and two chats, if there are windows.
+    void openWindows(FloodServer& server) const {
+        if (!windows_) return;
+        e2e::GateReader(folder_ / "gate").send(3, 1);
+        const std::string lines =
+            ":anna!u@127.0.0.1 PRIVMSG Nikos :good evening\r\n"
+            ":anna!u@127.0.0.1 PRIVMSG #talk :good evening to all\r\nPING :open\r\n";
+        server.flood(lines, "PONG :open");
+    }
 
   private:
+    bool windows_;
     e2e::TempFolder folder_;
     e2e::Program program_;
 };
@@ -69,7 +86,7 @@ void measureStart(FloodServer& server, const Host& host) {
         if (run > 0) values.push_back(secondsSince(start) * 1000);  // the first furnishes folders and caches
         end(*process);
     }
-    print("start.headless_ms", median(values), "ms");
+    print(host.figure("start", "ms"), median(values), "ms");
 }
 
 void measureFlood(FloodServer& server, const Host& host) {
@@ -110,6 +127,7 @@ void measureIdle(FloodServer& server, const Host& host) {
     const auto process = host.start();
     server.accept();
     server.logOn();
+    host.openWindows(server);
     server.serve(e2e::Milliseconds(3000));  // the last step of the log-on, and what waited for it
     std::vector<double> processor;
     std::vector<double> memory;
@@ -120,16 +138,16 @@ void measureIdle(FloodServer& server, const Host& host) {
         processor.push_back((processorTime(process->id()) - before) / secondsSince(start) * 100);
         memory.push_back(residentMebibytes(process->id()));
     }
-    print("idle.headless_cpu_percent", median(processor), "%");
-    print("idle.headless_rss_mib", median(memory), "MiB");
+    print(host.figure("idle", "cpu_percent"), median(processor), "%");
+    print(host.figure("idle", "rss_mib"), median(memory), "MiB");
     end(*process);
 }
 
-int run() {
+int run(bool windows) {
     FloodServer server;
-    const Host host(server);
+    const Host host(server, windows);
     measureStart(server, host);
-    measureFlood(server, host);
+    if (!windows) measureFlood(server, host);
     measureIdle(server, host);
     return 0;
 }
@@ -138,9 +156,9 @@ int run() {
 
 }  // namespace talvora::bench
 
-int main() {
+int main(int argc, char** argv) {
     try {
-        return talvora::bench::run();
+        return talvora::bench::run(argc > 1 && std::string_view(argv[1]) == "desktop");
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -79,13 +79,19 @@ class WindowTable {
         Window& loaded = *window;
         auto entry = std::make_unique<Entry>();
         entry->window = std::move(window);
-        entry->unloaded = loaded.Unloaded.connect([this, &loaded] { retire(loaded); });
-        loaded_.push_back(std::move(entry));
+        Entry& kept = *loaded_.emplace_back(std::move(entry));
+        Loaded.raise(loaded);
+        // Connected last: a view that has been made for the window hears of the end first, and goes first.
+        kept.unloaded = loaded.Unloaded.connect([this, &loaded] { retire(loaded); });
+        if (loaded.IsUnloaded()) retire(loaded);
         return loaded;
     }
 
+    // A new window is there, and its view may be made.
+    Event<Window&> Loaded;
+
     // Every window that is loaded, on the table or not.
-    std::vector<Window*> Loaded() const {
+    std::vector<Window*> AllLoaded() const {
         std::vector<Window*> windows;
         for (const auto& entry : loaded_) windows.push_back(entry->window.get());
         return windows;

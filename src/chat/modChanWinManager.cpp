@@ -17,7 +17,6 @@ frmChanChat* modChanWinManager::Window(const std::string& channel) const {
 frmChanChat& modChanWinManager::load() {
     frmChanChat& window = table_.Own(std::make_unique<frmChanChat>(around_, *this));
     window.Form_Load();
-    if (!window.IsUnloaded()) Loaded.raise(window);
     return window;
 }
 

@@ -37,7 +37,7 @@ class modChanWinManager final : public ChannelWindows {
     const WindowTable<frmChanChat>& Table() const { return table_; }
 
     // A new window is there, and its view may be made.
-    Event<frmChanChat&> Loaded;
+    Event<frmChanChat&>& Loaded = table_.Loaded;
 
   private:
     frmChanChat& load();

@@ -17,7 +17,6 @@ frmPM* modWinManager::Window(const std::string& nick) const {
 frmPM& modWinManager::load() {
     frmPM& window = table_.Own(std::make_unique<frmPM>(around_, *this));
     window.Form_Load();
-    if (!window.IsUnloaded()) Loaded.raise(window);
     return window;
 }
 

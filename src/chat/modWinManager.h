@@ -32,7 +32,7 @@ class modWinManager final : public PrivateWindows {
     const WindowTable<frmPM>& Table() const { return table_; }
 
     // A new window is there, and its view may be made.
-    Event<frmPM&> Loaded;
+    Event<frmPM&>& Loaded = table_.Loaded;
 
   private:
     frmPM& load();

@@ -38,7 +38,7 @@ bool isOpenableLink(const std::string& url) {
     return false;
 }
 
-QtDesktop::QtDesktop(Guard& guard) : guard_(guard) {
+QtDesktop::QtDesktop(Guard& guard) : guard_(&guard) {
     focus_ =
         QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, qGuiApp, [this] { focusMoved(); });
 }
@@ -118,7 +118,7 @@ void QtDesktop::focusMoved() {
     const Form* now = ForegroundWindow();
     if (now == foreground_) return;
     foreground_ = now;
-    guard_.run("ForegroundChanged", [this] { ForegroundChanged.raise(); });
+    guard_->run("ForegroundChanged", [this] { ForegroundChanged.raise(); });
 }
 
 void QtDesktop::Open(const std::string& url) {

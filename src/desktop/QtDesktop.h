@@ -17,6 +17,8 @@ class QtDesktop final : public Desktop {
   public:
     // `guard` takes faults of those who hear ForegroundChanged, and outlives the desktop.
     explicit QtDesktop(Guard& guard);
+    // The desktop is made before the platform whose guard it uses from then on.
+    void SetGuard(Guard& guard) { guard_ = &guard; }
     QtDesktop(const QtDesktop&) = delete;
     QtDesktop& operator=(const QtDesktop&) = delete;
     ~QtDesktop() override;
@@ -44,7 +46,7 @@ class QtDesktop final : public Desktop {
     void focusMoved();
     QWidget* windowOf(const Form& form) const;
 
-    Guard& guard_;
+    Guard* guard_;
     QtClipboard clipboard_;
     std::vector<Shown> shown_;
     const Form* foreground_ = nullptr;

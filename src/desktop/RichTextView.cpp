@@ -303,8 +303,11 @@ void RichTextView::changeEvent(QEvent* event) {
 }
 
 void RichTextView::setZoom(double zoom) {
-    zoom_ = std::clamp(zoom, kMinZoom, kMaxZoom);
+    zoom = std::clamp(zoom, kMinZoom, kMaxZoom);
+    if (zoom == zoom_) return;
+    zoom_ = zoom;
     touch();
+    ZoomChanged.raise(zoom_);
 }
 
 std::optional<QRectF> RichTextView::caretRect(Place place) {

@@ -39,6 +39,7 @@ class RichTextView final : public QAbstractScrollArea {
     void setZoom(double zoom);  // from kMinZoom to kMaxZoom
     static constexpr double kMinZoom = 0.5;
     static constexpr double kMaxZoom = 3.0;
+    Event<double> ZoomChanged;  // by whomever
 
     // Tab leaves an editable box instead of being typed. Ctrl+Tab always leaves it.
     void setTabMovesOn(bool on) { tabMovesOn_ = on; }

@@ -48,8 +48,8 @@ void ChatDesk::JoinTo(Handovers& to) {
 }
 
 void ChatDesk::UnloadAll() {
-    for (frmPM* window : Privates.Table().Loaded()) window->Unload();
-    for (frmChanChat* window : Channels.Table().Loaded()) window->Unload();
+    for (frmPM* window : Privates.Table().AllLoaded()) window->Unload();
+    for (frmChanChat* window : Channels.Table().AllLoaded()) window->Unload();
     if (auto* form = ChanKey.Get()) form->Unload();
     if (auto* form = MsgBox.Get()) form->Unload();
     if (auto* form = MOTD.Get()) form->Unload();

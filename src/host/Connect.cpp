@@ -1,14 +1,29 @@
 #include "host/Connect.h"
 
+#include <tuple>
 #include <utility>
 
 #include "host/common/Trap.h"
-#include "host/profile/NetworkProfile.h"
 #include "irc/wire/AdaptedSocket.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 
 namespace talvora {
+
+namespace {
+
+// Whether a connection made by one of them would do for the other.
+bool sameConnection(const NetworkProfile& a, const NetworkProfile& b) {
+    const auto place = [](const NetworkProfile& p) {
+        return std::tie(p.ServerHost, p.ServerPort, p.SysChannel, p.SysChanKey);
+    };
+    const auto wire = [](const NetworkProfile& p) {
+        return std::tie(p.TLS, p.CAFile, p.Wire.Encoding, p.Wire.Rewrites, p.Wire.RemoveTags);
+    };
+    return place(a) == place(b) && wire(a) == wire(b);
+}
+
+}  // namespace
 
 Connect::Connect(const HostServices& services)
     : services_(services),
@@ -126,6 +141,9 @@ void Connect::loadMainWindow() {
         retireMainWindow();
         form1_ = std::make_unique<Form1>(around, ircSocket());
         chats_.Attach(form1_.get());
+        MainWindowLoaded.raise(*form1_);
+    } else if (!sameConnection(connectedBy_, services_.Profile)) {
+        renewConnection();
     }
     form1_->SetMailInterval(CInt(Val(minutes)));
     form1_->Form_Load();
@@ -142,17 +160,46 @@ void Connect::retireMainWindow() {
     platform.TheLoop.Defer([] {});
 }
 
+std::unique_ptr<SocketDriver> Connect::wireTo(const NetworkProfile& profile) {
+    return services_.ThePlatform.Sockets.CreateSocket({profile.TLS, profile.CAFile});
+}
+
 std::unique_ptr<SocketDriver> Connect::ircSocket() {
-    const NetworkProfile& profile = services_.Profile;
-    Platform& platform = services_.ThePlatform;
-    return std::make_unique<AdaptedSocket>(
-        platform.TheLoop, platform.Sockets.CreateSocket({profile.TLS, profile.CAFile}), profile.Wire);
+    connectedBy_ = services_.Profile;
+    auto socket = std::make_unique<AdaptedSocket>(services_.ThePlatform.TheLoop, wireTo(connectedBy_),
+                                                  connectedBy_.Wire);
+    ircSocket_ = socket.get();
+    return socket;
+}
+
+// What the page cannot know: another network, and a nick that no server has taken yet. One that is logged on
+// is only asked for the new nick, and the user stays in his channels.
+bool Connect::needsNewConnection() const {
+    if (!sameConnection(connectedBy_, services_.Profile)) return true;
+    const std::string nick = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
+    return !form1_->IRCServ1.LoggedIn && nick != account_.gNickname;
+}
+
+// The windows stay; only what they speak through is another one.
+void Connect::renewConnection() {
+    form1_->Leave("Reconfiguring settings");
+    if (MainWindow() == nullptr || sameConnection(connectedBy_, services_.Profile)) return;
+    connectedBy_ = services_.Profile;
+    ircSocket_->renew(wireTo(connectedBy_), connectedBy_.Wire);
+}
+
+std::unique_ptr<Settings> Connect::MakeSettingsPage() {
+    return std::make_unique<Settings>(services_.ThePlatform, globError_, settings_, account_);
 }
 
 void Connect::LoadSettings() {
     trapped(globError_, "LoadSettings", [&](Trap&) {
         if (MainWindow() == nullptr) return;
-        if (account_.gSettingsChanged) form1_->IRCServ1.Disconnect("Reconfiguring settings");
+        if (needsNewConnection()) account_.gSettingsChanged = true;
+        if (account_.gSettingsChanged) renewConnection();
+        // Saying QUIT may have let the end in. Until it was said, the account was that of the old network.
+        if (MainWindow() == nullptr) return;
+        readAccount();
         form1_->RefreshSettings();
         form1_->ReConnect();
     });

@@ -9,12 +9,16 @@
 #include "host/common/HostGate.h"
 #include "host/common/HostPlugin.h"
 #include "host/common/Settings.h"
+#include "host/profile/NetworkProfile.h"
 #include "platform/Random.h"
 #include "session/Account.h"
 #include "session/Form1.h"
 #include "session/Handovers.h"
+#include "settings/Settings.h"
 
 namespace talvora {
+
+class AdaptedSocket;
 
 class Connect final : public HostPlugin {
   public:
@@ -27,6 +31,12 @@ class Connect final : public HostPlugin {
     void dMsgDB_MessageBroadcasted(const HostMessage& message);
     // Applies the settings again, with a new connection if one of them needs it.
     void LoadSettings();
+
+    // The model of a new settings page; the component outlives it.
+    std::unique_ptr<Settings> MakeSettingsPage();
+
+    // The main window has been made, and nothing of it has happened yet.
+    Event<Form1&> MainWindowLoaded;
 
     bool Started() const { return gStarted; }
     // The main window; nothing before message 1 and after the end.
@@ -43,7 +53,10 @@ class Connect final : public HostPlugin {
     void handle(const HostMessage& message);
     void sendPlain(const HostValue& data);
     void sendSpecial(const std::string& to, const HostValue& data);
+    std::unique_ptr<SocketDriver> wireTo(const NetworkProfile& profile);
     std::unique_ptr<SocketDriver> ircSocket();
+    bool needsNewConnection() const;
+    void renewConnection();
 
     HostServices services_;
     GlobError globError_;
@@ -56,6 +69,8 @@ class Connect final : public HostPlugin {
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;
     std::unique_ptr<Form1> form1_;
+    AdaptedSocket* ircSocket_ = nullptr;  // of the main window
+    NetworkProfile connectedBy_;          // as it was when the socket was made
     Subscription sink_;
 };
 

@@ -90,9 +90,10 @@ CommandLine CommandLine::Parse(std::span<const std::string> words) {
 }
 
 const char* CommandLine::HelpText() {
-    return R"(Usage: orrery --headless [OPTION...]
+    return R"(Usage: orrery [OPTION...]
 
-The host program of Talvora: loads the messenger and keeps it on line.
+The host program of Talvora: loads the messenger and keeps it on line. Where
+one runs already, that one shows its window.
 
   --headless               runs without any window
   --profile FILE           the network profile, without it network.ini in the
@@ -109,8 +110,8 @@ The host program of Talvora: loads the messenger and keeps it on line.
   --help                   this text
   --version                the version
 
-Exit status: 0 ended on request; 1 could not start; 2 wrong usage, wrong
-network profile or no --headless.
+Exit status: 0 ended on request, or another one runs already; 1 could not
+start; 2 wrong usage, wrong network profile, or no screen and no --headless.
 )";
 }
 

@@ -1,15 +1,12 @@
 #include "orrery/Orrery.h"
 
 #include <QCoreApplication>
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <system_error>
 
 #include "host/common/Settings.h"
 #include "host/common/Version.h"
+#include "orrery/ProfileFile.h"
 #include "platform/CodePage1253.h"
 
 namespace talvora {
@@ -19,40 +16,24 @@ namespace fs = std::filesystem;
 
 constexpr std::int32_t PluginLoaded = 2;
 constexpr std::int32_t Quit = 8;
-// A longer one is refused by its reader.
-constexpr std::size_t LongestProfile = std::size_t{64} << 10;
-
 void tell(const std::string& line) {
     std::fputs((line + '\n').c_str(), stdout);
     std::fflush(stdout);
 }
 
-// The profile that the command line names must be there; without one, and without the standard file, what is
-// built in holds.
-NetworkProfile readProfile(const Folders& folders, bool named) {
-    if (!named && !fs::exists(folders.ProfileFile)) return {};
-    std::ifstream file(folders.ProfileFile, std::ios::binary);
-    std::string text(LongestProfile + 1, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    if (!file.is_open() || file.bad() || fs::is_directory(folders.ProfileFile)) {
-        throw ProfileError(folders.ProfileFile, 1, "this file cannot be read; it must be a network profile");
-    }
-    return parseNetworkProfile(text, folders.ProfileFile);
-}
-
 void lock(FileLock& lock, const std::string& folder, const char* name) {
     if (!lock.tryLock((fs::path(folder) / name).string())) {
-        throw FolderError("Another host is running and uses " + folder + ".");
+        throw AlreadyRunning("Another host is running and uses " + folder + ".");
     }
 }
 
 }  // namespace
 
-Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals)
-    : executableFolder_(executableFolder), signals_(signals), folders_(Folders::Choose(line)) {
+Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals,
+               OrreryFace* face)
+    : executableFolder_(executableFolder), signals_(signals), face_(face), folders_(Folders::Choose(line)) {
     folders_.Furnish(InstalledDefaults(executableFolder_));
-    profile_ = readProfile(folders_, !line.Profile.empty());
+    profile_ = readProfile(folders_.ProfileFile, !line.Profile.empty());
     lock(configLock_, folders_.Config, "settings.lock");
     lock(dataLock_, folders_.Data, "host.lock");
     gate_.Open(folders_.Gate);
@@ -64,7 +45,9 @@ Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, Sto
     applySettings(line);
     disk_ = std::make_unique<PosixDisk>(folders_.Data);
     files_ = std::make_unique<Files>(*disk_);
-    platform_ = std::make_unique<QtPlatform>(*files_, *settings_, line.ReportAnswer);
+    platform_ = face_ == nullptr
+                    ? std::make_unique<QtPlatform>(*files_, *settings_, line.ReportAnswer)
+                    : std::make_unique<QtPlatform>(*files_, *settings_, face_->Asking(), face_->Screen());
     libraries_ = std::make_unique<PosixPluginLibraries>(folders_.Data);
     platform_->platform().Libraries = libraries_.get();
 }
@@ -80,16 +63,40 @@ void Orrery::applySettings(const CommandLine& line) {
 
 void Orrery::Run() {
     signals_.listen([this] { stop(); });
-    Platform& platform = platform_->platform();
-    const std::int32_t component =
-        plugins_.Load(InstalledPlugin(executableFolder_, "talvora"), {platform, profile_});
-    tell("Orrery " + Version::text() + " started, gate " + folders_.Gate);
-    platform.Guarded.run("Message 1", [&] { plugins_.Start(component); });
-    // The start may have let the loop run, and the end may have been asked for already.
-    if (!ending_) QCoreApplication::exec();
-    platform.Guarded.run("Message 8", [&] { sayGoodbye(); });
+    try {
+        if (begin()) runComponent();
+    } catch (...) {
+        end();
+        throw;
+    }
+    end();
+}
+
+bool Orrery::begin() {
+    if (face_ == nullptr) return true;
+    return face_->Begin({database_, platform_->platform(), profile_, folders_}) && !ending_;
+}
+
+void Orrery::end() {
+    if (face_ != nullptr) face_->Close();
     plugins_.UnloadAll();
     gate_.Close();
+    if (face_ != nullptr) face_->End();
+}
+
+void Orrery::runComponent() {
+    Platform& platform = platform_->platform();
+    const char* const name = face_ == nullptr ? "talvora" : face_->PluginName();
+    HostFace* const services = face_ == nullptr ? nullptr : &face_->Services();
+    const std::int32_t component =
+        plugins_.Load(InstalledPlugin(executableFolder_, name), {platform, profile_, services});
+    tell("Orrery " + Version::text() + " started, gate " + folders_.Gate);
+    platform.Guarded.run("Message 1", [&] { plugins_.Start(component); });
+    if (face_ != nullptr && !ending_) face_->Started();
+    // The start may have let the loop run, and the end may have been asked for already.
+    if (!ending_) QCoreApplication::exec();
+    if (face_ != nullptr) face_->Close();
+    platform.Guarded.run("Message 8", [&] { sayGoodbye(); });
 }
 
 void Orrery::heard(const HostMessage& message) {
@@ -106,7 +113,8 @@ void Orrery::heard(const HostMessage& message) {
 
 void Orrery::stop() {
     ending_ = true;
-    QCoreApplication::quit();
+    // Asking the toolkit to quit would ask every window first, and one that only hides would say no.
+    QCoreApplication::exit();
 }
 
 void Orrery::sayGoodbye() {

@@ -1,6 +1,7 @@
 #pragma once
 // The host program put together: folders, profile, settings, platform, message database, gate and the
-// component as its first plug-in. `main` owns it; it needs a QCoreApplication.
+// component as its first plug-in. `main` owns it; it needs a QCoreApplication, and with a face a
+// QApplication.
 
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@
 #include "orrery/CommandLine.h"
 #include "orrery/Folders.h"
 #include "orrery/HostDatabase.h"
+#include "orrery/OrreryFace.h"
 #include "orrery/PluginLoader.h"
 #include "platform/Files.h"
 #include "platform_qt/PosixDisk.h"
@@ -21,12 +23,20 @@
 
 namespace talvora {
 
+// Another host of this user uses the folders.
+class AlreadyRunning : public FolderError {
+  public:
+    using FolderError::FolderError;
+};
+
 class Orrery {
   public:
     // Furnishes the folders, takes them for itself, and opens all that the component will need. Throws
     // ProfileError for a profile that is wrong or missing, and FolderError, GateError, RuntimeError or
-    // another std::exception for what keeps the host from starting.
-    Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals);
+    // another std::exception for what keeps the host from starting, among them AlreadyRunning. Without a
+    // `face` there is no screen; it outlives the host.
+    Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals,
+           OrreryFace* face = nullptr);
     ~Orrery();
     Orrery(const Orrery&) = delete;
     Orrery& operator=(const Orrery&) = delete;
@@ -37,6 +47,9 @@ class Orrery {
 
   private:
     void applySettings(const CommandLine& line);
+    bool begin();
+    void runComponent();
+    void end();
     void heard(const HostMessage& message);
     void stop();
     void sayGoodbye();
@@ -44,6 +57,7 @@ class Orrery {
     // In the order in which each needs those before it; all go in the reverse order.
     std::string executableFolder_;
     StopSignals& signals_;
+    OrreryFace* face_;
     Folders folders_;
     FileLock configLock_;
     FileLock dataLock_;

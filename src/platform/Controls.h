@@ -6,6 +6,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/Property.h"
 #include "platform/RuntimeError.h"
@@ -46,6 +48,21 @@ class CheckBox {
 
   private:
     Subscription own_;
+};
+
+// A list that folds out, to choose one line from. Code and hands set `ListIndex` alike; it counts from 0 and
+// is -1 while nothing is chosen.
+class ComboBox {
+  public:
+    std::vector<std::string> List;  // filled before the box is shown
+    Property<int> ListIndex{-1};
+
+    // The line chosen; empty while there is none.
+    std::string Text() const {
+        const int index = ListIndex;
+        return index >= 0 && std::cmp_less(index, List.size()) ? List[static_cast<std::size_t>(index)]
+                                                               : std::string();
+    }
 };
 
 // A box that text is typed in. Code and hands set `Text` alike; its `Changed` is the control's Change.

@@ -38,6 +38,11 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
       session_(session),
       UserList1(userList1),
       to_(to) {
+    popChanJoin.Caption = "&Join";
+    popChanPart.Caption = "&Part";
+    popChanKey.Caption = "Channel &key...";
+    popChanNew.Caption = "&New channel...";
+    popChanList.Caption = "&List all channels";
     using Text = IRCServ::Text;
     on_ += IRCServ1.YouJoinChannel.connect([this](Text channel) { IRCServ1_YouJoinChannel(channel); });
     on_ += IRCServ1.AlreadyInChannel.connect([this](Text channel) { IRCServ1_YouJoinChannel(channel); });
@@ -55,6 +60,13 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
     on_ += popChanJoin.Click.connect([this] { tickSelected(false); });
     on_ += popChanPart.Click.connect([this] { tickSelected(true); });
     on_ += popChanKey.Click.connect([this] { popChanKey_Click(); });
+    on_ += popChanNew.Click.connect([this] {
+        if (to_.Keys != nullptr) to_.Keys->JoinNew();
+    });
+    on_ += popChanList.Click.connect([this] {
+        trapped(globError_, "popChanList_Click",
+                [&](Trap& step) { step([&] { IRCServ1.SendIRC("LIST"); }); });
+    });
     on_ += tmrDisplayKeyChans.Tick.connect([this] { tmrDisplayKeyChans_Timer(); });
     on_ +=
         tmrRedraw.Tick.connect([this] { trapped(globError_, "tmrRedraw_Timer", [&](Trap&) { redraw(); }); });

@@ -24,9 +24,12 @@ class ChannelPanel {
                  const Account& account, SessionPanel& session, UserList& userList1, const Handovers& to);
 
     ListView ListView2;  // one row a channel: name, users, topic; ticked if joined
+    Menu popChannel;     // of a row, of these:
     Menu popChanJoin;
     Menu popChanPart;
     Menu popChanKey;
+    Menu popChanNew;   // asks for the name of a channel to create
+    Menu popChanList;  // asks the server for its channels
     Timer tmrRefreshUsers;
     Timer tmrDisplayKeyChans;
     // Draws the list anew after channels were joined or left. However many there are, it is done at most once

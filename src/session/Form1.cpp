@@ -24,12 +24,15 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
                UserList3),
       Texts(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.Gate, Presence,
             around.To),
+      Trouble(around.ThePlatform, IRCServ1),
       platform_(around.ThePlatform),
       globError_(around.Reporter),
       settings_(around.Settings),
       account_(around.TheAccount),
       to_(around.To) {
     Caption = "Talvora";
+    popULRefresh.Caption = "&Refresh";
+    popULChat.Caption = "Start Private &Chat";
     Width = DesignWidth;
     Height = DesignHeight;
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
@@ -37,6 +40,12 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
+    on_ += Channels.ListView2.MouseUp.connect([this](int button, int, int, int) {
+        if (button == 2) PopupMenu.raise(Channels.popChannel);
+    });
+    on_ += popULChat.Click.connect([this] {
+        if (to_.Privates != nullptr) to_.Privates->StartPM(Presence.SelectedNick);
+    });
     connectUserList(UserList1);
     connectUserList(UserList3);
     if (around.Windows != nullptr) Windows.emplace(around.ThePlatform, around.Reporter, *around.Windows);
@@ -79,13 +88,18 @@ void Form1::RefreshSettings() {
 void Form1::ReConnect() {
     trapped(globError_, "ReConnect", [&](Trap&) {
         // The text ends in a bracket that nothing opens, and goes out so.
-        if (account_.gSettingsChanged) IRCServ1.Disconnect("Changing some settings... rejoining in a while)");
+        if (account_.gSettingsChanged) Leave("Changing some settings... rejoining in a while)");
         IRCServ1.SetRealName("UL:" + account_.LocationPath);
         IRCServ1.SetNickname(account_.gNickname);
         IRCServ1.AutoRetry = true;
         IRCServ1.Password = settings_.Get(Section::Settings, "Pass", "none");
         if (account_.gSettingsChanged) IRCServ1.Connect(account_.gServerHost, account_.gServerPort);
     });
+}
+
+void Form1::Leave(const std::string& words) {
+    const TroublePanel::Leaving leaving(Trouble);
+    IRCServ1.Disconnect(words);
 }
 
 void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
@@ -95,8 +109,9 @@ void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
 }
 
 void Form1::Form_Unload() {
-    for (Timer* timer : {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh,
-                         &Channels.tmrRefreshUsers, &Channels.tmrDisplayKeyChans, &Channels.tmrRedraw}) {
+    for (Timer* timer :
+         {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh, &Channels.tmrRefreshUsers,
+          &Channels.tmrDisplayKeyChans, &Channels.tmrRedraw, &Trouble.tmrTrouble}) {
         timer->Enabled = false;
     }
     if (Windows) Windows->tmrRedraw.Enabled = false;

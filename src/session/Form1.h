@@ -18,6 +18,7 @@
 #include "session/PresencePanel.h"
 #include "session/SessionPanel.h"
 #include "session/TextDispatch.h"
+#include "session/TroublePanel.h"
 #include "session/UsersPanel.h"
 #include "session/WindowsPanel.h"
 
@@ -45,6 +46,8 @@ class Form1 final : public Form {
     // Settings, connection, the saved channels, and the window's place on the screen.
     void Form_Load();
     void ReConnect();
+    // Ends the connection because the user wants it so, with these words.
+    void Leave(const std::string& words);
     void RefreshSettings();
     // Minutes between two checks of mail, as read at start-up.
     void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
@@ -57,8 +60,10 @@ class Form1 final : public Form {
     UsersPanel Users;
     PresencePanel Presence;
     TextDispatch Texts;
+    TroublePanel Trouble;
     std::optional<WindowsPanel> Windows;
     Menu popUserList;  // of a row in a user list
+    Menu popULChat;
     Menu popULRefresh;
 
   protected:

@@ -42,6 +42,11 @@ PresencePanel::PresencePanel(Platform& platform, GlobError& globError, Component
       users_(users),
       UserList3(userList3) {
     popStat.Load(0).Visible = false;  // the template
+    popOnline.Caption = "Online";
+    mnuIgnore.Caption = "&Ignore";
+    mnuUnignore.Caption = "&Stop ignoring";
+    on_ += engine.YouChangeNick.connect([this](const std::string& nick) { lblNick.Caption = nick; });
+    on_ += engine.LoginOK.connect([this] { showNick(); });
     on_ += popOnline.Click.connect([this] { popOnline_Click(); });
     on_ += mnuIgnore.Click.connect([this] { mnuIgnore_Click(); });
     on_ += mnuUnignore.Click.connect([this] { mnuUnignore_Click(); });
@@ -52,6 +57,12 @@ void PresencePanel::RefreshSettings() {
     imgState.Picture = OnlinePicture;
     Label18.Caption = "Online";
     gIgnoreList = settings_.Get(Section::Settings, "IgnoreList", "");
+    showNick();
+}
+
+void PresencePanel::showNick() {
+    const std::string& nick = IRCServ1.Nickname();
+    lblNick.Caption = nick.empty() ? account_.gNickname : nick;
 }
 
 void PresencePanel::rebuildMenu() {

@@ -26,6 +26,7 @@ class PresencePanel {
     ControlArray<Menu> popStat;  // one entry a state: description, and in Tag its icon, "|" and its tag
     Image imgState;              // the picture of the state
     Label Label18;               // the name of the state
+    Label lblNick;               // the nick that the user carries on the network
 
     Menu mnuIgnore;
     Menu mnuUnignore;
@@ -50,6 +51,7 @@ class PresencePanel {
   private:
     void mnuIgnore_Click();
     void mnuUnignore_Click();
+    void showNick();
     std::string shownName(const std::string& ignored) const;
     void rebuildMenu();
     void loadStates(Trap& step, File& states);

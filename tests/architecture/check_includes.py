@@ -16,14 +16,22 @@ CORE = {
     "chat": {"chat", "extensions", "host/common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "host/common", "platform/rich", "platform"},
     "session": {"session", "irc", "notify", "chat", "host/common", "platform"},
-    "host": {"host", "host/common", "host/profile", "session", "irc", "irc/wire", "notify", "chat", "platform"},
+    "settings": {"settings", "session", "host/common", "platform"},
+    "host": {
+        "host", "host/common", "host/profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
+    },
     "host/plugin": {"host"},
 }
 ABOVE = {
     "platform_qt": {"platform_qt", "platform"},
     "desktop": {"desktop", "chat", "host/common", "platform_qt", "platform/rich", "platform"},
+    "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "extensions",
+                      "host/common", "platform/rich", "platform"},
+    "desktop/plugin": {"desktop/views"},
     "gate": {"gate", "host/common", "platform_qt", "platform"},
     "robot": {"robot", "irc", "irc/wire", "gate", "host/common", "host/profile", "platform_qt", "platform"},
+    "orrery/face": {"orrery/face", "orrery", "desktop", "gate", "host/common", "host/profile", "platform_qt",
+                    "platform"},
     "orrery": {"orrery", "gate", "host/common", "host/profile", "platform_qt", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)

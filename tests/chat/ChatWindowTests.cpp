@@ -299,13 +299,13 @@ TEST_F(WindowsTest, AStaleIndexTakesAnotherWindowOffTheTableAndLosesNoSlot) {
     channels.Window("#a")->mnuClose.Click.raise();
     channels.Window("#b")->mnuClose.Click.raise();
     EXPECT_THAT(channels.Table().Windows(), IsEmpty());
-    EXPECT_THAT(channels.Table().Loaded(), ElementsAre(last));
+    EXPECT_THAT(channels.Table().AllLoaded(), ElementsAre(last));
     EXPECT_TRUE(last->Visible);
     for (int i = 0; i < 51; ++i) channels.StartChan("#" + std::to_string(i));
     last->mnuClose.Click.raise();
     EXPECT_EQ(channels.Window("#2"), nullptr);
     EXPECT_NE(channels.Window("#3"), nullptr);
-    EXPECT_EQ(channels.Table().Loaded().size(), 51U);
+    EXPECT_EQ(channels.Table().AllLoaded().size(), 51U);
 }
 
 TEST_F(WindowsTest, AClosingPrivateWindowHidesOrAsks) {

@@ -109,8 +109,8 @@ class WindowsTest : public testing::Test, public ChatSession {
     // All windows that are there, on a table or not.
     std::vector<ChatWindow*> loaded() {
         std::vector<ChatWindow*> all;
-        for (auto* window : channels.Table().Loaded()) all.push_back(window);
-        for (auto* window : privates.Table().Loaded()) all.push_back(window);
+        for (auto* window : channels.Table().AllLoaded()) all.push_back(window);
+        for (auto* window : privates.Table().AllLoaded()) all.push_back(window);
         return all;
     }
 

@@ -82,14 +82,15 @@ TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
     World world;
     Client& maria = world.loggedIn("Maria");
     Account& account = maria.component->TheAccount();
+    SettingsStore& store = maria.around.settings;
     account.gSettingsChanged = false;
-    account.LocationPath = "Home.Kavala";
+    store.SaveSetting("Talvora", "Settings", "Nickname", "Anna");
     maria.host.send(7);
     world.time.run(5s);
     EXPECT_EQ(maria.server.connections, 1);
-    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria"));
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Anna"));
     account.gSettingsChanged = true;
-    account.gNickname = "Anna";
+    store.SaveSetting("Talvora", "Settings", "RealName", "Home.Kavala");
     maria.host.send(7);
     EXPECT_THAT(maria.server.transcript, HasSubstr("QUIT :Reconfiguring settings\r\n"));
     EXPECT_THAT(maria.server.transcript, Not(HasSubstr("Changing some settings")));

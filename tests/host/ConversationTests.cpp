@@ -195,7 +195,7 @@ TEST(Strangers, SixtyOfThemGetFiftyOneWindowsAndOneQuestion) {
     world.time.run(1s);
     modWinManager& privates = maria.component->Chats().Privates;
     EXPECT_EQ(privates.Table().Windows().size(), 51U);
-    EXPECT_EQ(privates.Table().Loaded().size(), 51U);
+    EXPECT_EQ(privates.Table().AllLoaded().size(), 51U);
     EXPECT_THAT(maria.around.questions.asked, ElementsAre(HasSubstr("more than 50 personal chat windows")));
     EXPECT_EQ(maria.around.questions.lastSuppressed, 8);
     maria.server.says("PING :there?");

@@ -15,14 +15,16 @@
 
 namespace talvora {
 
+class HostFace;
 struct NetworkProfile;
 
 // Raised with every change of what stands in this header or is reached from it.
-constexpr int HostPluginVersion = 3;
+constexpr int HostPluginVersion = 4;
 
 struct HostServices {
     Platform& ThePlatform;          // outlives the plug-in, and is its alone
-    const NetworkProfile& Profile;  // read by the plug-in when message 1 starts it
+    const NetworkProfile& Profile;  // read by the plug-in when message 1 or 7 tells it to
+    HostFace* Face = nullptr;       // the host's side of the screen; null for a host without one
 };
 
 class HostPlugin {

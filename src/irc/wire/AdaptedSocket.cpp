@@ -17,13 +17,21 @@ void clear(std::string& buffer) {
 }  // namespace
 
 AdaptedSocket::AdaptedSocket(Loop& loop, std::unique_ptr<SocketDriver> inner, const WireProfile& profile)
-    : loop_(loop), inner_(std::move(inner)), adapter_(profile), pacing_([this] { pace(); }) {
+    : loop_(loop), inner_(std::move(inner)), adapter_(std::in_place, profile), pacing_([this] { pace(); }) {
     inner_->setListener(this);
 }
 
 AdaptedSocket::~AdaptedSocket() {
     inner_->setListener(nullptr);
     inner_->close();
+}
+
+void AdaptedSocket::renew(std::unique_ptr<SocketDriver> inner, const WireProfile& profile) {
+    close();
+    inner_->setListener(nullptr);
+    inner_ = std::move(inner);
+    inner_->setListener(this);
+    adapter_.emplace(profile);
 }
 
 void AdaptedSocket::connect(const std::string& host, int port) {
@@ -35,7 +43,7 @@ void AdaptedSocket::accept(SocketDriver& listening) {
     end();
     auto* adapted = dynamic_cast<AdaptedSocket*>(&listening);
     inner_->accept(adapted != nullptr ? *adapted->inner_ : listening);
-    adapter_.connectionStarted();
+    adapter_->connectionStarted();
 }
 
 void AdaptedSocket::close() {
@@ -45,7 +53,7 @@ void AdaptedSocket::close() {
 
 void AdaptedSocket::send(std::string_view bytes) {
     if (gone_) return;
-    adapter_.fromEngine(bytes, loop_.Now(), toServer_, answers_);
+    adapter_->fromEngine(bytes, loop_.Now(), toServer_, answers_);
     passOn();
     giveUpIfOverflowed();
     if (!answers_.empty() && !gone_) tellOfAnswers();
@@ -57,13 +65,13 @@ void AdaptedSocket::take(std::string& to) {
     if (closing_) tellOfEnd();
     if (gone_) return;
     inner_->take(raw_);
-    adapter_.fromServer(raw_, to);
+    adapter_->fromServer(raw_, to);
     clear(raw_);
     giveUpIfOverflowed();
 }
 
 void AdaptedSocket::onConnected() {
-    adapter_.connectionStarted();
+    adapter_->connectionStarted();
     if (listener_ != nullptr) listener_->onConnected();
 }
 
@@ -72,7 +80,7 @@ void AdaptedSocket::onData() {
 }
 
 void AdaptedSocket::onClosed() {
-    adapter_.connectionEnded();
+    adapter_->connectionEnded();
     pacing_.disarm();
     gone_ = true;
     if (listener_ == nullptr) return;
@@ -102,7 +110,7 @@ void AdaptedSocket::later(std::function<void()> call) {
 void AdaptedSocket::end() {
     life_.reset();
     pacing_.disarm();
-    adapter_.connectionEnded();
+    adapter_->connectionEnded();
     clear(answers_);
     clear(toServer_);
     gone_ = closing_ = false;
@@ -123,7 +131,7 @@ void AdaptedSocket::tellOfEnd() {
 }
 
 void AdaptedSocket::giveUpIfOverflowed() {
-    const auto overflow = adapter_.overflow();
+    const auto overflow = adapter_->overflow();
     if (gone_ || overflow == WireAdapter::Overflow::None) return;
     const bool line = overflow == WireAdapter::Overflow::LineTooLong;
     end();
@@ -144,7 +152,7 @@ void AdaptedSocket::passOn() {
 }
 
 void AdaptedSocket::waitForPace() {
-    const auto due = adapter_.nextTick();
+    const auto due = adapter_->nextTick();
     if (!due) return pacing_.disarm();
     if (pacing_.armed()) return;
     constexpr Microseconds perMillisecond = 1000;
@@ -154,7 +162,7 @@ void AdaptedSocket::waitForPace() {
 
 void AdaptedSocket::pace() {
     pacing_.disarm();
-    adapter_.tick(loop_.Now(), toServer_);
+    adapter_->tick(loop_.Now(), toServer_);
     passOn();
 }
 

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ class AdaptedSocket final : public SocketDriver, private SocketDriver::Listener 
     AdaptedSocket(const AdaptedSocket&) = delete;
     AdaptedSocket& operator=(const AdaptedSocket&) = delete;
     ~AdaptedSocket() override;
+
+    // Another driver and profile for the connections to come; only while the socket is closed.
+    void renew(std::unique_ptr<SocketDriver> inner, const WireProfile& profile);
 
     void setListener(SocketDriver::Listener* listener) override { listener_ = listener; }
     void connect(const std::string& host, int port) override;
@@ -55,7 +59,7 @@ class AdaptedSocket final : public SocketDriver, private SocketDriver::Listener 
     Loop& loop_;
     std::unique_ptr<SocketDriver> inner_;
     SocketDriver::Listener* listener_ = nullptr;
-    WireAdapter adapter_;
+    std::optional<WireAdapter> adapter_;  // always there
     WakeUp pacing_;
     std::shared_ptr<bool> life_;  // of the connection; later calls hold it weakly
     bool gone_ = false;           // given up here, or closed by the peer

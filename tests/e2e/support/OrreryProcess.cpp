@@ -115,7 +115,10 @@ OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options) {
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());
-    process_ = std::make_unique<Process>(orreryProgram(folder_, profile, settings));
+    Program program = orreryProgram(folder_, profile, settings);
+    if (!options.screen.empty()) std::erase(program.arguments, "--headless");
+    program.environment.insert(program.environment.end(), options.screen.begin(), options.screen.end());
+    process_ = std::make_unique<Process>(program);
     const Deadline deadline(Patience);
     while (!connectToPath(gatePath()).open()) {
         if (process_->ended() || deadline.passed()) {

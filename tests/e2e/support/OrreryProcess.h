@@ -60,6 +60,7 @@ struct OrreryOptions {
     std::string systemKey = "sesame";
     std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
     std::string pluginList{};            // System/plugin.lst; "" leaves what is shipped
+    std::vector<std::string> screen{};   // the environment of a screen; with windows if there is any
 };
 
 class OrreryProcess {
@@ -70,6 +71,7 @@ class OrreryProcess {
     GateReader& gate() { return *gate_; }
     std::string gatePath() const { return folder_ / "gate"; }
     Process& process() { return *process_; }
+    const TempFolder& folder() const { return folder_; }
     // SIGTERM, and the exit status.
     int terminate();
 

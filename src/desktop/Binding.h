@@ -1,0 +1,32 @@
+#pragma once
+// Ties the models of simple controls to widgets. What the model says goes to the widget; what the user does
+// goes to the model, and its echo back raises nothing. The subscriptions belong to the view.
+
+#include <QIcon>
+#include <functional>
+
+#include "platform/Controls.h"
+
+class QAbstractButton;
+class QAction;
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QWidget;
+
+namespace talvora {
+
+class IconLabel;
+
+// The text as it stands, never as rich text; the label is hidden with the model.
+void attach(Subscriptions& on, Label& model, QLabel& widget);
+void attach(Subscriptions& on, CheckBox& model, QCheckBox& widget);
+void attach(Subscriptions& on, TextBox& model, QLineEdit& widget);
+void attach(Subscriptions& on, Menu& model, QAction& action);
+// A picture by its number; a button clicks the model.
+using PictureOf = std::function<QIcon(int)>;
+void attach(Subscriptions& on, Image& model, IconLabel& widget, const PictureOf& pictureOf);
+void attach(Subscriptions& on, Image& model, QAbstractButton& widget, const PictureOf& pictureOf = {});
+void attachVisible(Subscriptions& on, Property<bool>& visible, QWidget& widget);
+
+}  // namespace talvora

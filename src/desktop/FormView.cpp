@@ -1,0 +1,167 @@
+#include "desktop/FormView.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QShortcut>
+#include <memory>
+#include <utility>
+
+#include "desktop/Binding.h"
+#include "desktop/QtText.h"
+#include "desktop/RichTextView.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr int twipsPerPixel = 15;
+constexpr double zoomStep = 1.1;
+
+}  // namespace
+
+FormView::FormView(Form& form, const ViewSite& site, std::string kind, QSize standardSize)
+    : form_(form), site_(site), kind_(std::move(kind)), self_(std::make_shared<FormView*>(this)) {
+    setWindowFlag(Qt::Window);
+    resize(site_.Memory.size(kind_, standardSize));
+    form_.Width = width() * twipsPerPixel;
+    form_.Height = height() * twipsPerPixel;
+    site_.Face.Register(form_, *this);
+    follow();
+}
+
+FormView::~FormView() {
+    *self_ = nullptr;
+    if (!ended_) site_.Face.Forget(form_);
+}
+
+void FormView::follow() {
+    setWindowTitle(toQString(form_.Caption.get()));
+    on_ +=
+        form_.Caption.Changed.connect([this](const std::string& text) { setWindowTitle(toQString(text)); });
+    on_ += form_.Visible.Changed.connect([this](bool visible) { showOrHide(visible); });
+    for (Property<int>* edge : {&form_.Left, &form_.Top, &form_.Width, &form_.Height}) {
+        on_ += edge->Changed.connect([this](int) { place(); });
+    }
+    on_ += form_.WindowState.Changed.connect([this](FormState state) {
+        const bool minimized = state == FormState::Minimized;
+        setWindowState(minimized ? windowState() | Qt::WindowMinimized
+                                 : windowState() & ~Qt::WindowMinimized);
+    });
+    on_ += form_.PopupMenu.connect([this](Menu& model) { popUp(model, QCursor::pos()); });
+    on_ += form_.Unloaded.connect([this] { end(); });
+}
+
+// A window that the user has asked for takes the keyboard; one that comes by itself stays out of his way.
+void FormView::showOrHide(bool visible) {
+    setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
+    setVisible(visible);
+    if (visible && site_.Face.UserActs()) {
+        raise();
+        activateWindow();
+    }
+}
+
+void FormView::place() {
+    if (placing_) return;
+    placing_ = true;
+    setGeometry(form_.Left / twipsPerPixel, form_.Top / twipsPerPixel, form_.Width / twipsPerPixel,
+                form_.Height / twipsPerPixel);
+    placing_ = false;
+}
+
+// ---- The end
+
+void FormView::end() {
+    if (std::exchange(ended_, true)) return;
+    hide();
+    site_.Face.Forget(form_);
+    site_.ThePlatform.Guarded.WhenIdle([self = self_] {
+        if (*self != nullptr) (*self)->release();
+    });
+}
+
+// The toolkit may still hold the window itself; all that knows the form goes now.
+void FormView::release() {
+    on_.clear();
+    qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+    deleteLater();
+}
+
+// ---- Hands
+
+void FormView::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (!ended_) closeBox();
+}
+
+void FormView::closeBox() {
+    form_.Unload(CloseReason::UserClosesBox);
+}
+
+void FormView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || ended_) return;
+    form_.WindowState = isMinimized() ? FormState::Minimized : FormState::Normal;
+}
+
+void FormView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (placing_ || ended_) return;
+    placing_ = true;
+    form_.Width = width() * twipsPerPixel;
+    form_.Height = height() * twipsPerPixel;
+    placing_ = false;
+    if (isVisible() && !isMaximized() && !isFullScreen()) site_.Memory.keepSize(kind_, size());
+}
+
+void FormView::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (placing_ || ended_) return;
+    placing_ = true;
+    form_.Left = x() * twipsPerPixel;
+    form_.Top = y() * twipsPerPixel;
+    placing_ = false;
+}
+
+// ---- Menus
+
+void FormView::fillMenu(QMenu&, Menu&) {}
+
+QAction* FormView::addEntry(QMenu& menu, Menu& model, bool checkable) {
+    QAction* action = menu.addAction(QString());
+    action->setCheckable(checkable);
+    Subscriptions whileShown;
+    attach(whileShown, model, *action);
+    return action;
+}
+
+void FormView::popUp(Menu& model, QPoint at) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(*menu, model);
+    if (menu->isEmpty()) {
+        delete menu;
+        return;
+    }
+    menu->popup(at);
+}
+
+// ---- Rich text
+
+RichTextView* FormView::addRichText(RichTextBox& model) {
+    auto* view =
+        new RichTextView(model, site_.ThePlatform.Screen.TheClipboard(), site_.ThePlatform.Guarded, this);
+    view->setZoom(site_.Memory.zoom(kind_));
+    on_ += view->ZoomChanged.connect([this](double zoom) { site_.Memory.keepZoom(kind_, zoom); });
+    const auto key = [&](const QKeySequence& keys, auto act) {
+        auto* shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, view, act);
+    };
+    key(QKeySequence(Qt::CTRL | Qt::Key_Plus), [view] { view->setZoom(view->Zoom() * zoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_Equal), [view] { view->setZoom(view->Zoom() * zoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_Minus), [view] { view->setZoom(view->Zoom() / zoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_0), [view] { view->setZoom(1); });
+    return view;
+}
+
+}  // namespace talvora

@@ -1,0 +1,64 @@
+#pragma once
+// The rows of a ListView for the toolkit's views. It follows the list row by row; a row that comes, changes
+// or goes costs hardly more in a long list than in a short one.
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/ListView.h"
+
+namespace talvora {
+
+class ListModel final : public QAbstractTableModel {
+  public:
+    enum class Order { AsListed, ByName };
+    struct Look {
+        QStringList Columns;  // the headings; empty ones are shown so
+        std::function<QIcon(int icon)> Icon;
+        Order Sorting = Order::AsListed;
+        bool Checkable = false;
+        // Rows with these icons are news, and stand out.
+        std::function<bool(int icon)> IsNews;
+    };
+
+    ListModel(ListView& list, Look look);
+
+    // Null for an index of no row.
+    ListItem* item(const QModelIndex& index) const;
+    QModelIndex indexOf(const ListItem& row) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+  private:
+    void inserted(int index);
+    void changed(const ListItem& row);
+    void removed(int index, const ListItem& row);
+    void cleared();
+
+    int placeOf(const ListItem& row) const;
+    int placeFor(const QString& name, const ListItem& row) const;
+    void put(ListItem& row);
+    const ListItem* rowAt(int place) const;
+    QVariant shown(const ListItem& row, int column) const;
+
+    ListView& list_;
+    Look look_;
+    // In the order of the view, and by which name each stands there; both only if that is not the list's.
+    std::vector<ListItem*> rows_;
+    std::unordered_map<const ListItem*, QString> names_;
+    int count_ = 0;
+    // The list has lost this row already, and the toolkit has just been told that it is about to.
+    const ListItem* leaving_ = nullptr;
+    int leavingPlace_ = 0;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,102 @@
+#include "desktop/ListTree.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <utility>
+
+namespace talvora {
+
+namespace {
+
+// As the model counts buttons and modifiers.
+int numberOf(Qt::MouseButton button) {
+    switch (button) {
+        case Qt::RightButton:
+            return 2;
+        case Qt::MiddleButton:
+            return 4;
+        default:
+            return 1;
+    }
+}
+
+int shiftOf(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
+           (modifiers & Qt::AltModifier ? 4 : 0);
+}
+
+}  // namespace
+
+ListTree::ListTree(ListView& list, ListModel::Look look, const QString& accessibleName, QWidget* parent)
+    : QTreeView(parent), list_(list), model_(list, std::move(look)) {
+    setModel(&model_);
+    setAccessibleName(accessibleName);
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setTextElideMode(Qt::ElideRight);
+    setHeaderHidden(model_.columnCount() == 1);
+    header()->setStretchLastSection(true);
+    header()->setSectionsMovable(false);
+    connect(this, &QTreeView::doubleClicked, this, [this] { open(); });
+}
+
+void ListTree::open() {
+    if (list_.SelectedItem != nullptr) list_.DblClick.raise();
+}
+
+void ListTree::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTreeView::currentChanged(current, previous);
+    ListItem* row = model_.item(current);
+    // The toolkit moves the current row by itself when it goes; that is no click.
+    if (row != nullptr && hasFocus()) list_.userClicks(*row);
+}
+
+void ListTree::mouseReleaseEvent(QMouseEvent* event) {
+    QTreeView::mouseReleaseEvent(event);
+    ListItem* row = model_.item(indexAt(event->position().toPoint()));
+    if (row == nullptr) return;
+    if (list_.SelectedItem != row) list_.userClicks(*row);
+    // The menu of the right button waits for contextMenuEvent, which the keyboard raises too.
+    if (event->button() == Qt::RightButton) return;
+    raiseMouseUp(event->button(), event->modifiers(), event->position().toPoint());
+}
+
+void ListTree::contextMenuEvent(QContextMenuEvent* event) {
+    const QPoint at =
+        event->reason() == QContextMenuEvent::Mouse ? event->pos() : visualRect(currentIndex()).center();
+    ListItem* row = model_.item(indexAt(at));
+    if (row == nullptr) return;
+    list_.userClicks(*row);
+    event->accept();
+    raiseMouseUp(Qt::RightButton, event->modifiers(), at);
+}
+
+void ListTree::raiseMouseUp(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint at) {
+    list_.MouseUp.raise(numberOf(button), shiftOf(modifiers), at.x(), at.y());
+}
+
+void ListTree::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QTreeView::keyPressEvent(event);
+        return;
+    }
+    ListItem* row = model_.item(currentIndex());
+    if (row == nullptr) return;
+    list_.userClicks(*row);
+    open();
+}
+
+void ListTree::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (model_.rowCount() != 0 || emptyText_.isEmpty()) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
+                     Qt::AlignTop | Qt::AlignHCenter | Qt::TextWordWrap, emptyText_);
+}
+
+}  // namespace talvora

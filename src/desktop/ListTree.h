@@ -1,0 +1,34 @@
+#pragma once
+// The widget of a ListView: rows with an icon, columns and perhaps check boxes. It passes the user's hands on
+// to the model.
+
+#include <QTreeView>
+
+#include "desktop/ListModel.h"
+
+namespace talvora {
+
+class ListTree final : public QTreeView {
+  public:
+    ListTree(ListView& list, ListModel::Look look, const QString& accessibleName, QWidget* parent = nullptr);
+
+    // What stands in the list while it has no rows.
+    void setEmptyText(const QString& text) { emptyText_ = text; }
+
+  protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void raiseMouseUp(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint at);
+    void open();
+
+    ListView& list_;
+    ListModel model_;
+    QString emptyText_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,97 @@
+#include "desktop/views/ChatView.h"
+
+#include <QHBoxLayout>
+#include <QShowEvent>
+#include <QSplitter>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "desktop/Binding.h"
+#include "desktop/QtText.h"
+#include "desktop/RichTextView.h"
+#include "desktop/Theme.h"
+#include "desktop/WritingBox.h"
+#include "desktop/views/SlotPanel.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr int twipsPerPixel = 15;
+
+}  // namespace
+
+ChatView::ChatView(ChatWindow& window, const ViewSite& site, const std::string& kind, QSize standardSize)
+    : FormView(window, site, kind, standardSize), window_(window), across_(new QSplitter(this)) {
+    RichTextView* talk = addRichText(window_.IRCWin1.RichTextBox1);
+    talk->setAccessibleName(tr("Conversation"));
+    across_->addWidget(talk);
+    across_->setStretchFactor(0, 1);
+    across_->setChildrenCollapsible(false);
+    plugins_ = new SlotPanel(window_.Slots, window_.PluginsWidth, this);
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(across_, 1);
+    top->addWidget(plugins_);
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(theme::small, theme::small, theme::small, theme::small);
+    rows->setSpacing(theme::small);
+    rows->addLayout(top, 1);
+    rows->addWidget(makeWriting());
+    setFocusProxy(writing_);
+}
+
+QWidget* ChatView::makeWriting() {
+    auto* bottom = new QWidget(this);
+    auto* row = new QHBoxLayout(bottom);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme::small);
+    writing_ = new WritingBox(window_.Text1, bottom);
+    writing_->setAccessibleName(tr("Message"));
+    writing_->setPlaceholderText(tr("Write a message"));
+    row->addWidget(writing_, 1);
+    row->addLayout(makeButtons());
+    return bottom;
+}
+
+QHBoxLayout* ChatView::makeButtons() {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(0);
+    const auto add = [&](const QString& icon, const QString& text) {
+        QToolButton* button = theme::iconButton(icon, text, this);
+        row->addWidget(button, 0, Qt::AlignBottom);
+        return button;
+    };
+    attach(on_, window_.Image2, *add(QStringLiteral("send"), tr("Send Text (Enter)")));
+    attach(on_, window_.Image3, *add(QStringLiteral("send-action"), tr("Send Action Text (Ctrl+Enter)")));
+    QToolButton* smiley = add(QStringLiteral("smiley"), tr("Emoticons"));
+    connect(smiley, &QToolButton::clicked, this, [this, smiley] {
+        const QPoint above = smiley->mapToGlobal(QPoint(0, 0));
+        window_.Image1_MouseUp(above.x() * twipsPerPixel, above.y() * twipsPerPixel);
+    });
+    attach(on_, window_.Image4, *add(QStringLiteral("menu"), tr("Settings of this window")));
+    QToolButton* fold = add(QStringLiteral("menu"), tr("Plug-ins"));
+    fold->setVisible(plugins_->HasSlots());
+    on_ += plugins_->SlotsChanged.connect([this, fold] { fold->setVisible(plugins_->HasSlots()); });
+    const auto show = [fold](const std::string& caption) {
+        fold->setArrowType(caption == "<<" ? Qt::LeftArrow : Qt::RightArrow);
+    };
+    show(window_.FoldPlugins.Caption);
+    on_ += window_.FoldPlugins.Caption.Changed.connect(show);
+    connect(fold, &QToolButton::clicked, this, [this] { window_.FoldPlugins.Click.raise(); });
+    return row;
+}
+
+void ChatView::addBeside(QWidget* widget, int width) {
+    across_->addWidget(widget);
+    across_->setStretchFactor(1, 0);
+    across_->setSizes({this->width() - width, width});
+}
+
+void ChatView::showEvent(QShowEvent* event) {
+    FormView::showEvent(event);
+    if (!std::exchange(seen_, true)) writing_->setFocus();
+}
+
+}  // namespace talvora

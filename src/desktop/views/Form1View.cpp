@@ -1,0 +1,257 @@
+#include "desktop/views/Form1View.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "desktop/Binding.h"
+#include "desktop/IconLabel.h"
+#include "desktop/QtText.h"
+#include "desktop/Theme.h"
+#include "desktop/views/Pictures.h"
+#include "desktop/views/UserListTree.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr QSize standardSize{320, 600};
+constexpr int nameColumn = 150;  // pixels
+constexpr int windowsHeight = 190;
+constexpr int usersColumn = 50;
+
+QVBoxLayout* rowsIn(QWidget* widget) {
+    auto* rows = new QVBoxLayout(widget);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(theme::small);
+    return rows;
+}
+
+}  // namespace
+
+Form1View::Form1View(Form1& form, const ViewSite& site)
+    : FormView(form, site, "Main", standardSize), form_(form) {
+    setWindowIcon(theme::icon(QStringLiteral("app")));
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
+    rows->setSpacing(theme::medium);
+    rows->addWidget(makeHeader());
+    rows->addWidget(makeTrouble());
+    auto* lists = new QSplitter(Qt::Vertical, this);
+    if (form_.Windows) lists->addWidget(makeWindows());
+    lists->addWidget(makePeople());
+    lists->setChildrenCollapsible(false);
+    lists->setStretchFactor(lists->count() - 1, 1);
+    lists->setSizes({windowsHeight, height() - windowsHeight});
+    rows->addWidget(lists, 1);
+    rows->addWidget(makeFooter());
+}
+
+// ---- Who and how
+
+QWidget* Form1View::makeHeader() {
+    auto* header = new QWidget(this);
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme::medium);
+
+    QToolButton* state = theme::iconButton(QStringLiteral("state-3"), tr("Change your state"), header);
+    state->setIconSize({32, 32});
+    attach(on_, form_.Presence.imgState, *state, picturesOf(Pictures::States));
+    row->addWidget(state);
+
+    auto* names = new QVBoxLayout;
+    names->setSpacing(0);
+    auto* nick = new QLabel(header);
+    nick->setFont(theme::titleFont());
+    attach(on_, form_.Presence.lblNick, *nick);
+    auto* stateName = new QToolButton(header);
+    stateName->setAutoRaise(true);
+    stateName->setAccessibleName(tr("Your state"));
+    stateName->setToolTip(tr("Change your state"));
+    const auto show = [stateName](const std::string& text) {
+        stateName->setText(toQString(text) + QStringLiteral(" \u25BE"));
+    };
+    show(form_.Presence.Label18.Caption);
+    on_ += form_.Presence.Label18.Caption.Changed.connect(show);
+    connect(stateName, &QToolButton::clicked, this, [this] { form_.Presence.Label18.Click.raise(); });
+    names->addWidget(nick);
+    names->addWidget(stateName, 0, Qt::AlignLeft);
+    row->addLayout(names, 1);
+
+    QToolButton* menu = theme::iconButton(QStringLiteral("menu"), tr("Menu"), header);
+    connect(menu, &QToolButton::clicked, this, [this, menu] {
+        auto* entries = new QMenu(this);
+        entries->setAttribute(Qt::WA_DeleteOnClose);
+        fillMain(*entries);
+        entries->popup(menu->mapToGlobal(QPoint(0, menu->height())));
+    });
+    row->addWidget(menu, 0, Qt::AlignTop);
+    return header;
+}
+
+QWidget* Form1View::makeSession() {
+    auto* line = new QWidget(this);
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme::small);
+    const auto picture = [&](Image& model, const QString& name, const PictureOf& of) {
+        auto* label = new IconLabel(theme::smallIcon, line);
+        label->setToolTip(name);
+        label->setAccessibleName(name);
+        attach(on_, model, *label, of);
+        row->addWidget(label);
+    };
+    picture(form_.Session.imgStat, tr("Connection"), picturesOf(Pictures::Sessions));
+    on_ += form_.Session.imgStat.Picture.Changed.connect(
+        [this](int picture) { Site().Face.ShowOnLine(picture == SessionPicture::OnLine); });
+    auto* session = new QLabel(line);
+    attach(on_, form_.Session.Label8, *session);
+    row->addWidget(session, 1);
+    picture(form_.Session.imgMailOK, tr("The mail service is there"),
+            [](int) { return theme::icon(QStringLiteral("mail-ok")); });
+    picture(form_.Session.imgMailErr, tr("The mail service is not there"),
+            [](int) { return theme::icon(QStringLiteral("mail-error")); });
+    return line;
+}
+
+QWidget* Form1View::makeTrouble() {
+    auto* label = new QLabel(this);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setAccessibleName(tr("Trouble"));
+    attach(on_, form_.Trouble.lblTrouble, *label);
+    return label;
+}
+
+QWidget* Form1View::makeFooter() {
+    auto* footer = new QWidget(this);
+    QVBoxLayout* rows = rowsIn(footer);
+    rows->addWidget(makeSession());
+    auto* row = new QHBoxLayout;
+    for (Label* model : {&form_.Session.Label20, &form_.Users.Label21}) {
+        auto* label = new QLabel(footer);
+        label->setFont(theme::smallFont());
+        attach(on_, *model, *label);
+        row->addWidget(label);
+    }
+    row->addStretch(1);
+    rows->addLayout(row);
+    return footer;
+}
+
+// ---- The lists
+
+QWidget* Form1View::makeWindows() {
+    auto* part = new QWidget(this);
+    QVBoxLayout* rows = rowsIn(part);
+    ListModel::Look look;
+    look.Columns = {tr("Open windows"), tr("Last text")};
+    look.Icon = picturesOf(Pictures::Windows);
+    look.IsNews = [](int icon) {
+        return icon == WindowPicture::PrivateNews || icon == WindowPicture::ChannelNews;
+    };
+    auto* list = new ListTree(form_.Windows->ListView1, std::move(look), tr("Open windows"), part);
+    list->header()->resizeSection(0, nameColumn);
+    list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
+    rows->addWidget(list, 1);
+    auto* hide = new QCheckBox(part);
+    attach(on_, form_.Windows->Check1, *hide);
+    rows->addWidget(hide);
+    return part;
+}
+
+QTabWidget* Form1View::makePeople() {
+    auto* tabs = new QTabWidget(this);
+    tabs->setDocumentMode(true);
+    tabs->addTab(makeChannels(), theme::icon(QStringLiteral("channel")), tr("Channels"));
+    ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
+    users->setEmptyText(tr("Nobody is in your channels."));
+    tabs->addTab(users, theme::icon(QStringLiteral("group")), tr("Users"));
+    ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
+    ignored->setEmptyText(tr("You ignore nobody."));
+    tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
+    return tabs;
+}
+
+QWidget* Form1View::makeChannels() {
+    auto* part = new QWidget(this);
+    QVBoxLayout* rows = rowsIn(part);
+    ListModel::Look look;
+    look.Columns = {tr("Channel"), tr("Users"), tr("Topic")};
+    look.Icon = picturesOf(Pictures::Channels);
+    look.Checkable = true;
+    auto* list = new ListTree(form_.Channels.ListView2, std::move(look), tr("Channels"), part);
+    list->header()->resizeSection(0, nameColumn);
+    list->header()->resizeSection(1, usersColumn);
+    list->setEmptyText(tr("No channels yet."));
+    rows->addWidget(list, 1);
+    return part;
+}
+
+// ---- Menus
+
+void Form1View::fillMenu(QMenu& menu, Menu& model) {
+    if (&model == &form_.Presence.popState) fillStates(menu);
+    if (&model == &form_.popUserList) fillUsers(menu);
+    if (&model != &form_.Channels.popChannel) return;
+    for (Menu* entry :
+         {&form_.Channels.popChanJoin, &form_.Channels.popChanPart, &form_.Channels.popChanKey}) {
+        addEntry(menu, *entry);
+    }
+}
+
+// The table of states may be read anew while the menu is open: an entry is found again by its number.
+void Form1View::fillStates(QMenu& menu) {
+    addEntry(menu, form_.Presence.popOnline)->setIcon(pictureOf(Pictures::States, modNickDecode::OnlineIcon));
+    menu.addSeparator();
+    const auto& states = form_.Presence.popStat;
+    for (int i = 1; i <= states.UBound(); ++i) {
+        const Menu& state = states(i);
+        const int icon = toQString(state.Tag.get()).section(QLatin1Char('|'), 0, 0).toInt();
+        QAction* action = menu.addAction(pictureOf(Pictures::States, icon), toQString(state.Caption.get()));
+        connect(action, &QAction::triggered, this, [this, i] {
+            if (i <= form_.Presence.popStat.UBound()) form_.Presence.popStat(i).Click.raise();
+        });
+    }
+}
+
+void Form1View::fillUsers(QMenu& menu) {
+    addEntry(menu, form_.popULChat);
+    menu.addSeparator();
+    const bool ignored = form_.Presence.IsIgnored(form_.Presence.SelectedNick);
+    addEntry(menu, ignored ? form_.Presence.mnuUnignore : form_.Presence.mnuIgnore);
+    menu.addSeparator();
+    addEntry(menu, form_.popULRefresh);
+}
+
+void Form1View::fillMain(QMenu& menu) {
+    addEntry(menu, form_.Channels.popChanNew)->setIcon(theme::icon(QStringLiteral("channel-new")));
+    addEntry(menu, form_.Channels.popChanList);
+    addEntry(menu, form_.popULRefresh);
+    menu.addSeparator();
+    QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
+    connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });
+    QAction* about = menu.addAction(tr("&About..."));
+    connect(about, &QAction::triggered, this, [this] { Site().Face.ShowAbout(); });
+    menu.addSeparator();
+    QAction* quit = menu.addAction(tr("&Quit"));
+    connect(quit, &QAction::triggered, this, [this] { Site().Face.Quit(); });
+}
+
+// A window that nothing could bring back stays in the task bar.
+void Form1View::closeBox() {
+    if (Site().Face.HasTray()) {
+        FormView::closeBox();
+        return;
+    }
+    showMinimized();
+    Site().Face.TellOfMinimizing();
+}
+
+}  // namespace talvora

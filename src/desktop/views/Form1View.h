@@ -1,0 +1,36 @@
+#pragma once
+// The main window: who I am and in what state, how the session stands, what is open and what is new, the
+// channels and the users.
+
+#include "desktop/FormView.h"
+#include "session/Form1.h"
+
+class QTabWidget;
+class QVBoxLayout;
+
+namespace talvora {
+
+class Form1View final : public FormView {
+  public:
+    Form1View(Form1& form, const ViewSite& site);
+
+  protected:
+    void fillMenu(QMenu& menu, Menu& model) override;
+    void closeBox() override;
+
+  private:
+    QWidget* makeHeader();
+    QWidget* makeSession();
+    QWidget* makeTrouble();
+    QWidget* makeWindows();
+    QTabWidget* makePeople();
+    QWidget* makeChannels();
+    QWidget* makeFooter();
+    void fillStates(QMenu& menu);
+    void fillUsers(QMenu& menu);
+    void fillMain(QMenu& menu);
+
+    Form1& form_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,60 @@
+#include "desktop/views/Pictures.h"
+
+#include "desktop/Theme.h"
+#include "session/SessionPanel.h"
+#include "session/WindowsPanel.h"
+
+namespace talvora {
+
+namespace {
+
+const char* sessionName(int number) {
+    switch (number) {
+        case SessionPicture::OnLine:
+            return "session-online";
+        case SessionPicture::Connecting:
+            return "session-connecting";
+        default:
+            return "session-offline";
+    }
+}
+
+const char* windowName(int number) {
+    switch (number) {
+        case WindowPicture::PrivateNews:
+            return "private-news";
+        case WindowPicture::Channel:
+            return "channel";
+        case WindowPicture::ChannelNews:
+            return "channel-news";
+        default:
+            return "private";
+    }
+}
+
+const char* channelName(int number) {
+    constexpr int withKey = 7;
+    return number == withKey ? "channel-key" : "channel";
+}
+
+}  // namespace
+
+QIcon pictureOf(Pictures list, int number) {
+    switch (list) {
+        case Pictures::States:
+            return theme::icon(QStringLiteral("state-%1").arg(number));
+        case Pictures::Sessions:
+            return theme::icon(QString::fromLatin1(sessionName(number)));
+        case Pictures::Windows:
+            return theme::icon(QString::fromLatin1(windowName(number)));
+        case Pictures::Channels:
+            return theme::icon(QString::fromLatin1(channelName(number)));
+    }
+    return {};
+}
+
+PictureOf picturesOf(Pictures list) {
+    return [list](int number) { return pictureOf(list, number); };
+}
+
+}  // namespace talvora

@@ -1,0 +1,20 @@
+#pragma once
+// The image lists by whose numbers the models name pictures.
+
+#include <QIcon>
+
+#include "desktop/Binding.h"
+
+namespace talvora {
+
+enum class Pictures {
+    States,    // of users: lists, trees and the user's own
+    Sessions,  // of the connection
+    Windows,   // of open chat windows
+    Channels
+};
+
+QIcon pictureOf(Pictures list, int number);
+PictureOf picturesOf(Pictures list);
+
+}  // namespace talvora

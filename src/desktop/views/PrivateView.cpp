@@ -1,0 +1,26 @@
+#include "desktop/views/PrivateView.h"
+
+#include "desktop/Theme.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr QSize standardSize{560, 400};
+
+}  // namespace
+
+PrivateView::PrivateView(frmPM& window, const ViewSite& site)
+    : ChatView(window, site, "Private", standardSize), window_(window) {
+    setWindowIcon(theme::icon(QStringLiteral("private")));
+}
+
+void PrivateView::fillMenu(QMenu& menu, Menu&) {
+    for (Menu* check : {&window_.mnuPopup, &window_.mnuNoFocus, &window_.mnuTimeStamp}) {
+        addEntry(menu, *check, true);
+    }
+    menu.addSeparator();
+    for (Menu* entry : {&window_.mnuStopPM, &window_.mnuHide}) addEntry(menu, *entry);
+}
+
+}  // namespace talvora

@@ -1,0 +1,38 @@
+#pragma once
+// The plug-in slots of a chat window, one below the other: each a bar with its caption, and the plug-in's
+// place below it while it is unfolded.
+
+#include <QWidget>
+#include <map>
+#include <memory>
+
+#include "extensions/PluginSlots.h"
+
+class QVBoxLayout;
+
+namespace talvora {
+
+class SlotView;
+
+class SlotPanel final : public QWidget {
+  public:
+    SlotPanel(PluginSlots& slots_, Property<int>& width, QWidget* parent);
+    ~SlotPanel() override;
+
+    // Whether there is anything to fold.
+    bool HasSlots() const;
+    Event<> SlotsChanged;
+
+  private:
+    void add(int index);
+    void showSlots();
+
+    PluginSlots& model_;
+    Property<int>& width_;
+    QVBoxLayout* rows_;
+    std::map<int, std::unique_ptr<SlotView>> views_;
+    std::map<int, Subscription> visible_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,15 @@
+#include "desktop/views/UserListTree.h"
+
+#include "desktop/views/Pictures.h"
+
+namespace talvora {
+
+ListTree* makeUserListTree(UserList& users, const QString& accessibleName, QWidget* parent) {
+    ListModel::Look look;
+    look.Columns = {accessibleName};
+    look.Icon = picturesOf(Pictures::States);
+    look.Sorting = ListModel::Order::ByName;
+    return new ListTree(users.ListView1, std::move(look), accessibleName, parent);
+}
+
+}  // namespace talvora

@@ -1,0 +1,11 @@
+#pragma once
+// A list of users as a widget: by name, each with the picture of his state.
+
+#include "chat/UserList.h"
+#include "desktop/ListTree.h"
+
+namespace talvora {
+
+ListTree* makeUserListTree(UserList& users, const QString& accessibleName, QWidget* parent);
+
+}  // namespace talvora

@@ -1,0 +1,68 @@
+#include "desktop/views/Views.h"
+
+#include "desktop/Theme.h"
+#include "desktop/views/ChanKeyView.h"
+#include "desktop/views/ChannelView.h"
+#include "desktop/views/EmoticonsView.h"
+#include "desktop/views/Form1View.h"
+#include "desktop/views/MOTDView.h"
+#include "desktop/views/MsgBoxView.h"
+#include "desktop/views/PrivateView.h"
+#include "desktop/views/SettingsView.h"
+
+namespace talvora {
+
+Views::Views(Connect& component, Platform& platform, HostFace& face)
+    : component_(component), memory_(platform.Settings), site_{face, platform, memory_} {
+    ChatDesk& chats = component_.Chats();
+    viewEach<Form1View>(component_.MainWindowLoaded);
+    viewEach<ChannelView>(chats.Channels.Loaded);
+    viewEach<PrivateView>(chats.Privates.Loaded);
+    viewEach<EmoticonsView>(chats.Picker.Loaded);
+    viewEach<ChanKeyView>(chats.ChanKey.Loaded);
+    viewEach<MsgBoxView>(chats.MsgBox.Loaded);
+    viewEach<MOTDView>(chats.MOTD.Loaded);
+    face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
+    face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
+        return std::make_unique<SettingsView>(component_.MakeSettingsPage());
+    });
+    face.SetNoticeOpener([this](const HostValue& window) { openNotice(window); });
+}
+
+// Also the windows of forms that nobody has unloaded.
+Views::~Views() {
+    site_.Face.SetNoticeOpener({});
+    on_.clear();
+    for (const QPointer<FormView>& view : open_) delete view;
+}
+
+// A view deletes itself with its form.
+template <class View, class TheForm>
+void Views::viewEach(Event<TheForm&>& loaded) {
+    on_ += loaded.connect([this](TheForm& form) {
+        std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
+        open_.emplace_back(new View(form, site_));
+    });
+}
+
+void Views::openNotice(const HostValue& window) {
+    const std::string* name = window.asText();
+    if (name == nullptr) return;
+    ChatDesk& chats = component_.Chats();
+    if (frmChanChat* channel = chats.Channels.Window(*name)) {
+        show(*channel);
+    } else if (frmPM* chat = chats.Privates.Window(*name)) {
+        show(*chat);
+    } else if (Form1* main = component_.MainWindow()) {
+        main->Show();
+        site_.ThePlatform.Screen.SetForegroundWindow(*main);
+    }
+}
+
+void Views::show(ChatWindow& window) {
+    window.WindowState = FormState::Normal;
+    window.Show();
+    site_.ThePlatform.Screen.SetForegroundWindow(window);
+}
+
+}  // namespace talvora

@@ -1,0 +1,34 @@
+#pragma once
+// Gives every form of the component its window, as soon as the form is there. Owned beside the component;
+// destroyed before it.
+
+#include <QPointer>
+#include <vector>
+
+#include "desktop/FormView.h"
+#include "host/Connect.h"
+
+namespace talvora {
+
+class Views {
+  public:
+    // What is handed in outlives the views.
+    Views(Connect& component, Platform& platform, HostFace& face);
+    ~Views();
+    Views(const Views&) = delete;
+    Views& operator=(const Views&) = delete;
+
+  private:
+    template <class View, class TheForm>
+    void viewEach(Event<TheForm&>& loaded);
+    void openNotice(const HostValue& window);
+    void show(ChatWindow& window);
+
+    Connect& component_;
+    ViewMemory memory_;
+    ViewSite site_;
+    std::vector<QPointer<FormView>> open_;
+    Subscriptions on_;
+};
+
+}  // namespace talvora

@@ -1,0 +1,64 @@
+#include "orrery/Program.h"
+
+#include <langinfo.h>
+#include <sys/stat.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "host/common/Version.h"
+#include "host/profile/NetworkProfile.h"
+#include "platform/CodePage1253.h"
+#include "platform/RuntimeError.h"
+#include "platform_qt/QtPlatform.h"
+
+namespace talvora {
+namespace {
+
+int print(const std::string& text) {
+    return std::fputs(text.c_str(), stdout) < 0 ? ExitStatus::CannotStart : ExitStatus::Ended;
+}
+
+}  // namespace
+
+int complain(const std::string& text, int status) {
+    std::fprintf(stderr, "orrery: %s\n", text.c_str());
+    return status;
+}
+
+int runProgram(int argc, char** argv, int (*host)(const CommandLine& line, char** argv)) {
+    try {
+        const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+        const CommandLine line = CommandLine::Parse(words);
+        if (line.Help) return print(CommandLine::HelpText());
+        if (line.Version) return print("orrery " + Version::text() + "\n");
+        return host(line, argv);
+    } catch (const UsageError& error) {
+        return complain(std::string(error.what()) + " (--help tells more)", ExitStatus::WrongUsage);
+    } catch (const ProfileError& error) {
+        return complain(error.what(), ExitStatus::WrongUsage);
+    } catch (const RuntimeError& error) {
+        return complain(toUtf8(error.Description), ExitStatus::CannotStart);
+    } catch (const std::exception& error) {
+        return complain(error.what(), ExitStatus::CannotStart);
+    }
+}
+
+void prepareEnvironment() {
+    QtPlatform::prepareProcess();
+    ::umask(077);
+    // A loop of its own starts quicker and is smaller than the desktop's.
+    ::setenv("QT_NO_GLIB", "1", 1);
+    // The toolkit complains about any other encoding of the locale, and then uses this one all the same.
+    std::setlocale(LC_CTYPE, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) ::setenv("LC_ALL", "C.UTF-8", 1);
+}
+
+void settleLocale() {
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+}  // namespace talvora

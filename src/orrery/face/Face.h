@@ -1,0 +1,91 @@
+#pragma once
+// The host's side of the screen: tray, notices, settings window, welcome and what the component's windows ask
+// of it. `main` owns it; it needs a GuardedApplication, and outlives the host.
+
+#include <QDBusConnection>
+#include <QMessageBox>
+#include <QPointer>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/GuardedApplication.h"
+#include "desktop/HostFace.h"
+#include "desktop/QtDesktop.h"
+#include "desktop/QtQuestions.h"
+#include "orrery/OrreryFace.h"
+#include "orrery/face/Notices.h"
+#include "orrery/face/SettingsWindow.h"
+#include "orrery/face/Tray.h"
+
+namespace talvora {
+
+class Face final : public OrreryFace, public HostFace {
+  public:
+    Face(GuardedApplication& application, const QDBusConnection& bus);
+    ~Face() override;
+    Face(const Face&) = delete;
+    Face& operator=(const Face&) = delete;
+
+    const char* PluginName() const override { return "talvora_desktop"; }
+    Questions& Asking() override { return questions_; }
+    Desktop& Screen() override { return desktop_; }
+    HostFace& Services() override { return *this; }
+    bool Begin(const HostSide& host) override;
+    // The user has started the program to see it.
+    void Started() override { OpenMainWindow(); }
+    void Close() override;
+    void End() override;
+
+    void Register(const Form& form, QWidget& window) override;
+    void Forget(const Form& form) override;
+    void AddSettingsPage(const std::string& className, PageMaker maker) override;
+    void AddIcon(const std::string& name, const QIcon& icon) override;
+    void SetNoticeOpener(NoticeOpener opener) override;
+    bool HasTray() const override { return tray_ != nullptr && Tray::Available(); }
+    void TellOfMinimizing() override;
+    bool UserActs() const override { return application_.UserActs(); }
+    void ShowOnLine(bool onLine) override;
+    void ShowSettings() override;
+    void ShowAbout() override;
+    void Quit() override;
+
+    void OpenMainWindow();
+    SettingsWindow* TheSettings() const { return settings_.get(); }
+
+  private:
+    void heard(const HostMessage& message);
+    void heardNotice(const HostMessage& message);
+    void say(std::int32_t number, HostValue data = {});
+    std::vector<HostMessage> answersTo(std::int32_t question, std::int32_t answer);
+    bool welcome();
+    static QMessageBox* quietBox(const QString& title, const QString& text);
+    void raiseWindow();
+    std::vector<SettingsWindow::Page> pages();
+    void addPluginPage(std::vector<SettingsWindow::Page>& pages, const HostMessage& answer);
+    void settingsClosed();
+
+    GuardedApplication& application_;
+    Guard early_;  // until there is a platform
+    QtQuestions questions_;
+    QtDesktop desktop_{early_};
+    QDBusConnection bus_;
+    std::unique_ptr<HostSide> host_;
+    QObject context_;  // of calls that wait for the next turn
+    Subscription hearing_;
+    std::unique_ptr<Tray> tray_;
+    std::unique_ptr<Notices> notices_;
+    std::unique_ptr<SettingsWindow> settings_;
+    QPointer<QWidget> welcome_;
+    QPointer<QMessageBox> about_;
+    QPointer<QMessageBox> minimized_;
+    QPointer<QWidget> main_;  // the first window that was registered
+    std::map<std::string, PageMaker> makers_;
+    std::map<std::string, QIcon> icons_;
+    NoticeOpener opener_;
+    std::vector<HostMessage>* gathered_ = nullptr;  // answers, while a question is out
+    std::int32_t gathering_ = 0;                    // their number
+};
+
+}  // namespace talvora

@@ -1,0 +1,288 @@
+// What a person does with the windows, and what comes of it.
+
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+
+#include "desktop/RichTextView.h"
+#include "desktop/views/WindowsFixture.h"
+
+namespace talvora::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST_F(WindowsTest, TalkInAChannel) {
+    FormView* main = viewOf(&client.window());
+    ASSERT_NE(main, nullptr);
+    EXPECT_TRUE(main->isVisible());
+    says(":Maria!m@h JOIN :#thes");
+    ASSERT_THAT(rows(list(main, "Channels")), ElementsAre("#thes"));
+    doubleClick(list(main, "Channels"), 0);
+    frmChanChat* channel = chats().Channels.Window("#thes");
+    ASSERT_NE(channel, nullptr);
+    QPointer<FormView> window = viewOf(channel);
+    ASSERT_FALSE(window.isNull());
+    EXPECT_EQ(window->windowTitle(), "Channel - #Thes");
+
+    says(":srv 353 Maria = #thes :@zoe Nikos[DND] Maria anna");
+    says(":srv 366 Maria #thes :End");
+    EXPECT_THAT(rows(list(window, "Users of the channel")),
+                ElementsAre("Anna (Online)", "Maria (Online)", "Nikos (Do not disturb)", "Zoe (Online)"))
+        << "by name, whatever order the server has";
+
+    client.server.heard();
+    type(window, "hello <all> & {every}one");
+    press(window, Qt::Key_Return);
+    EXPECT_THAT(client.server.heard(), Contains(HasSubstr("PRIVMSG #Thes :hello <all> & {every}one")));
+    EXPECT_THAT(channel->IRCWin1.RichTextBox1.Text(), HasSubstr("<Maria> hello <all>"));
+    EXPECT_TRUE(named<WritingBox>(window, "Message")->toPlainText().isEmpty());
+    type(window, "waves");
+    press(window, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_THAT(client.server.heard(), Contains(HasSubstr("\001ACTION waves\001")));
+
+    // The close box hides the window; the list of windows brings it back.
+    window->close();
+    settle();
+    EXPECT_FALSE(window->isVisible());
+    says(":zoe!z@h PRIVMSG #thes :are you there?");
+    EXPECT_TRUE(window->isVisible()) << "the channel shows on incoming messages";
+    QTreeView* windows = list(main, "Open windows");
+    EXPECT_TRUE(windows->model()->index(0, 0).data(Qt::FontRole).value<QFont>().bold()) << "there is news";
+    window->close();
+    doubleClick(windows, 0);
+    EXPECT_TRUE(window->isVisible());
+
+    EXPECT_THAT(rightClick(list(window, "Users of the channel"), 3),
+                ElementsAre("Start Private &Chat", "&Info", "(No commands)"));
+    choose("Start Private &Chat");
+    EXPECT_NE(viewOf(chats().Privates.Window("zoe")), nullptr);
+
+    QTest::mouseClick(named<QAbstractButton>(window, "Settings of this window"), Qt::LeftButton);
+    choose("&Part channel");
+    EXPECT_TRUE(window.isNull()) << "the view goes with its form";
+    EXPECT_EQ(chats().Channels.Window("#thes"), nullptr);
+}
+
+TEST_F(WindowsTest, TalkInPrivate) {
+    says(":Nikos!n@h PRIVMSG Maria :\xE3\xE5\xE9\xE1 <b>x</b>");
+    frmPM* chat = chats().Privates.Window("Nikos");
+    ASSERT_NE(chat, nullptr);
+    FormView* window = viewOf(chat);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(window->testAttribute(Qt::WA_ShowWithoutActivating)) << "it came by itself";
+
+    client.server.heard();
+    QApplication::clipboard()->setText(QStringLiteral("one\n two \r\n\nthree"));
+    named<WritingBox>(window, "Message")->paste();
+    settle();
+    EXPECT_THAT(client.server.heard(),
+                ElementsAre("PRIVMSG Nikos :one", "PRIVMSG Nikos :two", "PRIVMSG Nikos :three"));
+    named<WritingBox>(window, "Message")->insertPlainText(QString::fromUtf8("snow \xE2\x98\x83"));
+    EXPECT_EQ(fromQString(named<WritingBox>(window, "Message")->toPlainText()), chat->Text1.Text.get())
+        << "what will be sent is what is seen";
+    press(window, Qt::Key_Return);
+
+    // The checks of the menu are the model's.
+    QTest::mouseClick(named<QAbstractButton>(window, "Settings of this window"), Qt::LeftButton);
+    ASSERT_NE(openMenu(), nullptr);
+    EXPECT_TRUE(openMenu()->actions().at(2)->isChecked());
+    choose("Timestamp");
+    EXPECT_FALSE(chat->IRCWin1.TimeStamp);
+
+    // Without hiding, the close box asks, and ends the window with its view.
+    QCheckBox* hide = viewOf(&client.window())->findChild<QCheckBox*>();
+    EXPECT_EQ(hide->text(), "Hide inactive windows");
+    hide->click();
+    client.around.questions.willAnswer(Answer::No);
+    const QPointer<FormView> gone(window);
+    window->close();
+    settle();
+    EXPECT_TRUE(gone.isNull());
+}
+
+TEST_F(WindowsTest, EmoticonsCloseWhenTheUserGoesElsewhere) {
+    says(":Nikos!n@h PRIVMSG Maria :hi");
+    frmPM* chat = chats().Privates.Window("Nikos");
+    FormView* window = viewOf(chat);
+    const auto open = [&] {
+        QTest::mouseClick(named<QAbstractButton>(window, "Emoticons"), Qt::LeftButton);
+        settle();
+        client.around.screen.works(chats().Picker.Get());
+        settle();
+        return viewOf(chats().Picker.Get());
+    };
+    FormView* picker = open();
+    ASSERT_NE(picker, nullptr);
+    EXPECT_TRUE(picker->isVisible());
+    auto* sun = named<QWidget>(picker, "(sun)");
+    ASSERT_NE(sun, nullptr);
+    QTest::mouseClick(sun, Qt::LeftButton);
+    settle();
+    EXPECT_EQ(chat->Text1.Text.get(), "(sun)");
+    EXPECT_EQ(chats().Picker.Get(), nullptr);
+
+    ASSERT_NE(open(), nullptr);
+    client.around.screen.works(chat);
+    settle();
+    EXPECT_EQ(chats().Picker.Get(), nullptr);
+}
+
+TEST_F(WindowsTest, StateAndIgnoredUsers) {
+    FormView* main = viewOf(&client.window());
+    QTest::mouseClick(named<QAbstractButton>(main, "Change your state"), Qt::LeftButton);
+    ASSERT_NE(openMenu(), nullptr);
+    client.server.heard();
+    choose("Do not disturb");
+    EXPECT_THAT(client.server.heard(), Contains("NICK Maria[DND]"));
+    EXPECT_THAT(fromQString(named<QAbstractButton>(main, "Your state")->text()), HasSubstr("Dnd"));
+    says(":Maria!m@h NICK :Maria[DND]");
+    EXPECT_THAT(client.window().Presence.lblNick.Caption.get(), "Maria[DND]");
+
+    says(":Maria!m@h JOIN :#thes");
+    says(":srv 353 Maria = #thes :bore");
+    says(":srv 366 Maria #thes :End");
+    named<QWidget>(main, "Users")->window();
+    EXPECT_THAT(rightClick(list(main, "Users"), 0), Contains("&Ignore"));
+    choose("&Ignore");
+    EXPECT_THAT(rows(list(main, "Ignored")), ElementsAre(HasSubstr("Bore")));
+    EXPECT_THAT(rightClick(list(main, "Ignored"), 0), Contains("&Stop ignoring"));
+    choose("&Stop ignoring");
+    EXPECT_THAT(rows(list(main, "Ignored")), IsEmpty());
+}
+
+TEST_F(WindowsTest, TheMainWindowIsNeverLost) {
+    FormView* main = viewOf(&client.window());
+    main->close();
+    EXPECT_FALSE(main->isVisible());
+    client.host.send(3, 1);
+    settle();
+    EXPECT_TRUE(main->isVisible());
+    face.hasTray = false;
+    main->close();
+    EXPECT_TRUE(main->isMinimized());
+    EXPECT_EQ(face.toldOfMinimizing, 1);
+    EXPECT_TRUE(client.window().Visible);
+    EXPECT_TRUE(face.onLine);
+    client.server.closes();
+    settle();
+    EXPECT_FALSE(face.onLine);
+    main->showNormal();
+    QTest::mouseClick(named<QAbstractButton>(main, "Menu"), Qt::LeftButton);
+    choose("&Settings...");
+    EXPECT_EQ(face.settingsShown, 1);
+    QTest::mouseClick(named<QAbstractButton>(main, "Menu"), Qt::LeftButton);
+    choose("&Quit");
+    EXPECT_EQ(face.quits, 1);
+}
+
+TEST_F(WindowsTest, ANoticeOpensItsWindow) {
+    says(":Nikos!n@h PRIVMSG Maria :hi");
+    FormView* window = viewOf(chats().Privates.Window("Nikos"));
+    window->close();
+    settle();
+    face.openNotice(HostValue("nikos"));
+    EXPECT_TRUE(window->isVisible());
+    face.openNotice(HostValue("nobody"));
+    face.openNotice(HostValue(7));
+}
+
+TEST_F(WindowsTest, TheSmallWindows) {
+    chats().MsgBox.Load().Display("You cannot <b>join</b>", "Join error", 2);
+    chats().MsgBox.Load().Display("again", "Join error", 2);
+    settle();
+    const QPointer<FormView> box(viewOf(chats().MsgBox.Get()));
+    ASSERT_FALSE(box.isNull());
+    EXPECT_TRUE(box->isVisible());
+    box->close();
+    settle();
+    ASSERT_FALSE(box.isNull()) << "the next note is shown";
+    QTest::keyClick(box, Qt::Key_Escape);
+    box->close();
+    settle();
+    EXPECT_TRUE(box.isNull());
+
+    chats().ChanKey.Load().ExecList("#a|#b|");
+    settle();
+    auto* key = viewOf(chats().ChanKey.Get())->findChild<QLineEdit*>();
+    ASSERT_NE(key, nullptr);
+    client.server.heard();
+    QTest::keyClicks(key, "secret");
+    QTest::keyClick(key, Qt::Key_Return);
+    settle();
+    EXPECT_THAT(client.server.heard(), ElementsAre("JOIN #a secret"));
+    QTest::keyClick(key, Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(chats().ChanKey.Get(), nullptr);
+
+    chats().MOTD.Load().Display("Welcome to\r\nthe network");
+    settle();
+    FormView* day = viewOf(chats().MOTD.Get());
+    ASSERT_NE(day, nullptr);
+    day->findChild<QCheckBox*>()->click();
+    EXPECT_EQ(client.around.settings.GetSetting("Talvora", "Settings", "ShowMOTD", ""), "0");
+}
+
+TEST_F(WindowsTest, EveryButtonHasANameAndZoomIsRemembered) {
+    says(":Nikos!n@h PRIVMSG Maria :hi");
+    says(":Maria!m@h JOIN :#thes");
+    chats().Channels.StartChan("#thes");
+    chats().ChanKey.Load().JoinNew();
+    chats().MsgBox.Load().Display("text", "title", 1);
+    settle();
+    QTest::mouseClick(named<QAbstractButton>(viewOf(chats().Privates.Window("Nikos")), "Emoticons"),
+                      Qt::LeftButton);
+    settle();
+    for (const auto& [form, window] : face.windows) {
+        for (const QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+            if (!button->isVisible() || button->objectName().startsWith(QLatin1String("qt_"))) continue;
+            EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
+                << "a button in " << window->windowTitle().toStdString();
+        }
+    }
+    auto* talk = named<RichTextView>(viewOf(chats().Privates.Window("Nikos")), "Conversation");
+    QTest::keyClick(viewOf(chats().Privates.Window("Nikos")), Qt::Key_Plus, Qt::ControlModifier);
+    talk->setZoom(1.5);
+    says(":Zoe!z@h PRIVMSG Maria :hi");
+    EXPECT_EQ(named<RichTextView>(viewOf(chats().Privates.Window("Zoe")), "Conversation")->Zoom(), 1.5);
+}
+
+// Whoever forgets to bind a control has it here.
+TEST_F(WindowsTest, EveryControlIsBound) {
+    says(":Nikos!n@h PRIVMSG Maria :hi");
+    says(":Maria!m@h JOIN :#thes");
+    chats().Channels.StartChan("#thes");
+    settle();
+    Form1& main = client.window();
+    frmChanChat& channel = *chats().Channels.Window("#thes");
+    for (Label* label :
+         {&main.Session.Label8, &main.Session.Label20, &main.Users.Label21, &main.Presence.Label18,
+          &main.Presence.lblNick, &main.Trouble.lblTrouble, &channel.FoldPlugins}) {
+        EXPECT_TRUE(label->Caption.Changed.hasHandlers());
+    }
+    for (Image* image : {&main.Session.imgStat, &main.Presence.imgState})
+        EXPECT_TRUE(image->Picture.Changed.hasHandlers());
+    for (Image* image : {&main.Session.imgMailOK, &main.Session.imgMailErr}) {
+        EXPECT_TRUE(image->Visible.Changed.hasHandlers());
+    }
+    for (Form* form : {static_cast<Form*>(&main), static_cast<Form*>(&channel)}) {
+        EXPECT_TRUE(form->Caption.Changed.hasHandlers());
+        EXPECT_TRUE(form->Visible.Changed.hasHandlers());
+        EXPECT_TRUE(form->WindowState.Changed.hasHandlers());
+        EXPECT_TRUE(form->PopupMenu.hasHandlers());
+    }
+    EXPECT_TRUE(main.Windows->Check1.Value.Changed.hasHandlers());
+    EXPECT_TRUE(channel.PluginsWidth.Changed.hasHandlers());
+    EXPECT_TRUE(channel.Text1.GotFocus.hasHandlers());
+}
+
+}  // namespace
+}  // namespace talvora::test

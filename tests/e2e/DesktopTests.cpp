@@ -1,0 +1,99 @@
+// The host with its windows, on a screen with a window manager.
+
+#include <gtest/gtest.h>
+
+#include "e2e/support/IrcServer.h"
+#include "e2e/support/OrreryProcess.h"
+#include "e2e/support/Screen.h"
+
+namespace talvora::e2e {
+
+namespace {
+
+class Windows : public testing::Test {
+  protected:
+    void SetUp() override {
+        for (const std::string& reason : {Screen::whyNot(), IrcServer::whyNot(ServerKind::Ngircd)}) {
+            if (!reason.empty()) GTEST_SKIP() << reason;
+        }
+    }
+};
+
+TEST_F(Windows, TwoUsersTalkOverThem) {
+    IrcServer server(ServerKind::Ngircd);
+    const Screen screen;
+    OrreryProcess nikos(server.port(), {.nick = "Nikos", .channels = "#one|"});
+    nikos.gate().expectNumeric(366, {"#one"});
+
+    OrreryOptions options{.nick = "Maria", .channels = "#one|"};
+    options.settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"};
+    options.screen = screen.environment();
+    OrreryProcess maria(server.port(), options);
+    maria.gate().expectNumeric(366, {"#one"});
+    maria.gate().send(3, 1);
+    const std::string main = screen.expectWindow("Talvora");
+
+    // What comes by itself shows, and leaves the keyboard where it is.
+    screen.activate(main);
+    nikos.gate().send(Host::SayPrivate, JsonArray{"Maria", "are you there?"});
+    const std::string chat = screen.expectWindow("Chat - Nikos");
+    EXPECT_EQ(screen.activeTitle(), "Talvora");
+    screen.activate(chat);
+    screen.type("yes <b> & no");
+    screen.press("Return");
+    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Maria", "yes <b> & no"});
+
+    nikos.gate().send(Host::Raw, "PRIVMSG #one :and here?");
+    screen.activate(screen.expectWindow("Channel - #One"));
+    screen.type("here too");
+    screen.press("ctrl+Return");
+    nikos.gate().takeLine("ACTION here too");
+
+    // A second start shows the first one's window.
+    Program second = orreryProgram(maria.folder(), maria.folder() / "network.ini");
+    std::erase(second.arguments, "--headless");
+    for (const std::string& variable : screen.environment()) second.environment.push_back(variable);
+    Process again(second);
+    EXPECT_EQ(again.waitExit(), 0);
+    again.expectOutput("already running");
+    screen.expectActive("Talvora");
+
+    EXPECT_EQ(maria.terminate(), 0);
+    EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
+}
+
+TEST_F(Windows, AskThreeThingsAtTheFirstStart) {
+    IrcServer server(ServerKind::Ngircd);
+    const Screen screen;
+    const TempFolder folder;
+    Program program = orreryProgram(folder, folder.write("network.ini", profileText(server.port(), {})));
+    std::erase(program.arguments, "--headless");
+    for (const std::string& variable : screen.environment()) program.environment.push_back(variable);
+    Process orrery(program);
+    screen.activate(screen.expectWindow("Welcome.*"));
+    screen.type("Maria");
+    screen.press("Tab");
+    screen.type("Work.Here");
+    screen.press("Return");
+    screen.expectWindow("Talvora");
+    GateReader gate(folder / "gate");
+    gate.send(Host::Raw, "WHOIS Maria");
+    gate.takeLine("UL:Work.Here");
+    orrery.signal(SIGTERM);
+    EXPECT_EQ(orrery.waitExit(), 0);
+}
+
+TEST(WithoutAScreen, TheHostSaysSo) {
+    const TempFolder folder;
+    Program program = orreryProgram(folder, folder.write("network.ini", profileText(1, {})));
+    std::erase(program.arguments, "--headless");
+    for (const char* variable : {"DISPLAY=", "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM="}) {
+        program.environment.emplace_back(variable);
+    }
+    Process orrery(program);
+    EXPECT_EQ(orrery.waitExit(), 2);
+    orrery.expectOutput("no screen");
+}
+
+}  // namespace
+}  // namespace talvora::e2e
