@@ -40,6 +40,11 @@ function(talvora_core name folder)
     target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
+# talvora_quick(NAME): what people's hands drive need not be fast to run where it is developed, but to build.
+function(talvora_quick name)
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
+endfunction()
+
 # talvora_test_options(NAME): a test is compiled more often than it runs. What it tests is built with both
 # sanitizers; its own code goes without the slower of them to compile, and without optimization.
 function(talvora_test_options name)

@@ -98,7 +98,7 @@ auto inLoop(Call call) {
 
 QWidget* windowWith(const QString& part) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->isVisible() && window->windowTitle().contains(part)) return window;
+        if (window->isVisible() && window->windowTitle().contains(part, Qt::CaseInsensitive)) return window;
     }
     throw e2e::Missing("no window is called " + part.toStdString());
 }

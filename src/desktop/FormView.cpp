@@ -39,6 +39,7 @@ void FormView::follow() {
     on_ +=
         form_.Caption.Changed.connect([this](const std::string& text) { setWindowTitle(toQString(text)); });
     on_ += form_.Visible.Changed.connect([this](bool visible) { showOrHide(visible); });
+    on_ += form_.Shown.connect([this] { comeForward(); });
     for (Property<int>* edge : {&form_.Left, &form_.Top, &form_.Width, &form_.Height}) {
         on_ += edge->Changed.connect([this](int) { place(); });
     }
@@ -55,10 +56,12 @@ void FormView::follow() {
 void FormView::showOrHide(bool visible) {
     setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
     setVisible(visible);
-    if (visible && site_.Face.UserActs()) {
-        raise();
-        activateWindow();
-    }
+}
+
+void FormView::comeForward() {
+    if (!isVisible() || !site_.Face.UserActs()) return;
+    raise();
+    activateWindow();
 }
 
 void FormView::place() {
@@ -80,10 +83,17 @@ void FormView::end() {
     });
 }
 
-// The toolkit may still hold the window itself; all that knows the form goes now.
+// All that knows the form goes now; but the toolkit may still be busy with the window itself, or with a menu
+// of it, which is closed by now.
 void FormView::release() {
     on_.clear();
-    qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+    for (QWidget* child : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        if (child->isWindow()) {
+            child->deleteLater();
+        } else {
+            delete child;
+        }
+    }
     deleteLater();
 }
 

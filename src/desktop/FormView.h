@@ -59,6 +59,7 @@ class FormView : public QWidget {
   private:
     void follow();
     void showOrHide(bool visible);
+    void comeForward();
     void place();
     void end();
     void release();

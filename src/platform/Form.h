@@ -29,13 +29,18 @@ class Form {
 
     Property<FormState> WindowState{FormState::Normal};
 
-    void Show() { Visible = true; }
+    void Show() {
+        Visible = true;
+        Shown.raise();
+    }
     void Hide() { Visible = false; }
 
     // Asks QueryUnload, and hides the form for good if nothing objects. True if the form is unloaded.
     bool Unload(CloseReason reason = CloseReason::Code);
     bool IsUnloaded() const { return unloaded_; }
     Event<> Unloaded;
+    // Show has been called, perhaps for a form that was visible already.
+    Event<> Shown;
 
     // A menu of the form is to open at the pointer.
     Event<Menu&> PopupMenu;

@@ -21,7 +21,7 @@ namespace talvora {
 namespace {
 
 constexpr QSize standardSize{320, 600};
-constexpr int nameColumn = 150;  // pixels
+constexpr int nameColumn = 175;  // pixels
 constexpr int windowsHeight = 190;
 constexpr int usersColumn = 50;
 
@@ -69,6 +69,7 @@ QWidget* Form1View::makeHeader() {
     names->setSpacing(0);
     auto* nick = new QLabel(header);
     nick->setFont(theme::titleFont());
+    nick->setIndent(theme::small);
     attach(on_, form_.Presence.lblNick, *nick);
     auto* stateName = new QToolButton(header);
     stateName->setAutoRaise(true);
@@ -109,7 +110,7 @@ QWidget* Form1View::makeSession() {
     };
     picture(form_.Session.imgStat, tr("Connection"), picturesOf(Pictures::Sessions));
     on_ += form_.Session.imgStat.Picture.Changed.connect(
-        [this](int picture) { Site().Face.ShowOnLine(picture == SessionPicture::OnLine); });
+        [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
     auto* session = new QLabel(line);
     attach(on_, form_.Session.Label8, *session);
     row->addWidget(session, 1);
@@ -121,12 +122,21 @@ QWidget* Form1View::makeSession() {
 }
 
 QWidget* Form1View::makeTrouble() {
-    auto* label = new QLabel(this);
+    auto* line = new QWidget(this);
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(theme::medium);
+    auto* picture = new IconLabel(theme::smallIcon, line);
+    picture->setIcon(theme::icon(QStringLiteral("warning")));
+    row->addWidget(picture, 0, Qt::AlignTop);
+    auto* label = new QLabel(line);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     label->setAccessibleName(tr("Trouble"));
     attach(on_, form_.Trouble.lblTrouble, *label);
-    return label;
+    row->addWidget(label, 1);
+    attachVisible(on_, form_.Trouble.lblTrouble.Visible, *line);
+    return line;
 }
 
 QWidget* Form1View::makeFooter() {

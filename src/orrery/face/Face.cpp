@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QStringList>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/QtText.h"
@@ -29,6 +30,7 @@ constexpr const char* WindowsSection = "Windows";
 constexpr const char* ToldOfMinimizing = "ToldOfMinimizing";
 
 constexpr std::size_t MostAnswers = 32;
+constexpr std::size_t MostUnshown = 32;
 constexpr std::size_t LongestText = 256;
 
 std::string textAt(const HostMessage& message, std::size_t index) {
@@ -36,6 +38,13 @@ std::string textAt(const HostMessage& message, std::size_t index) {
     const std::string* const text =
         data == nullptr || index >= data->size() ? nullptr : (*data)[index].asText();
     return text == nullptr ? std::string() : text->substr(0, LongestText);
+}
+
+bool isOfOneWindow(const HostValue& notice, const HostValue& other) {
+    const HostArray* const a = notice.asArray();
+    const HostArray* const b = other.asArray();
+    return a != nullptr && b != nullptr && a->size() > 3 && b->size() > 3 && (*a)[2] == (*b)[2] &&
+           (*a)[3] == (*b)[3];
 }
 
 Notices::Clock monotonicClock() {
@@ -83,6 +92,7 @@ void Face::Close() {
     delete about_;
     delete minimized_;
     notices_.reset();
+    unshown_.clear();
     tray_.reset();
     makers_.clear();
     icons_.clear();
@@ -122,10 +132,30 @@ void Face::heard(const HostMessage& message) {
     }
 }
 
+// However many lines come in one turn of the loop, only the last of each window is made ready to be shown.
 void Face::heardNotice(const HostMessage& message) {
     if (notices_ == nullptr) return;
-    auto popUp = popUpOf(message.Data, savedPrivacy(host_->ThePlatform.Settings));
-    if (popUp) notices_->Show(std::move(*popUp));
+    const auto same = std::find_if(unshown_.begin(), unshown_.end(),
+                                   [&](const HostValue& one) { return isOfOneWindow(one, message.Data); });
+    if (same != unshown_.end()) {
+        *same = message.Data;
+        return;
+    }
+    if (unshown_.empty()) {
+        QMetaObject::invokeMethod(
+            &context_, [this] { showNotices(); }, Qt::QueuedConnection);
+    }
+    if (unshown_.size() == MostUnshown) unshown_.pop_front();
+    unshown_.push_back(message.Data);
+}
+
+void Face::showNotices() {
+    const std::deque<HostValue> heard = std::exchange(unshown_, {});
+    if (notices_ == nullptr) return;
+    const NoticePrivacy privacy = savedPrivacy(host_->ThePlatform.Settings);
+    for (const HostValue& one : heard) {
+        if (auto popUp = popUpOf(one, privacy)) notices_->Show(std::move(*popUp));
+    }
 }
 
 void Face::say(std::int32_t number, HostValue data) {

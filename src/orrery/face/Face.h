@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QMessageBox>
 #include <QPointer>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -57,6 +58,7 @@ class Face final : public OrreryFace, public HostFace {
   private:
     void heard(const HostMessage& message);
     void heardNotice(const HostMessage& message);
+    void showNotices();
     void say(std::int32_t number, HostValue data = {});
     std::vector<HostMessage> answersTo(std::int32_t question, std::int32_t answer);
     bool welcome();
@@ -76,6 +78,7 @@ class Face final : public OrreryFace, public HostFace {
     Subscription hearing_;
     std::unique_ptr<Tray> tray_;
     std::unique_ptr<Notices> notices_;
+    std::deque<HostValue> unshown_;  // notices of this turn of the loop
     std::unique_ptr<SettingsWindow> settings_;
     QPointer<QWidget> welcome_;
     QPointer<QMessageBox> about_;

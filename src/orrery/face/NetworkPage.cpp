@@ -37,7 +37,7 @@ NetworkPage::NetworkPage(NetworkProfile& profile, std::string file)
       widget_(std::make_unique<QWidget>()),
       server_(new QLineEdit(valueOf(profile, "ServerHost"))),
       port_(new QLineEdit(valueOf(profile, "ServerPort"))),
-      tls_(new QCheckBox(QStringLiteral("Secure the connection with &TLS"))),
+      tls_(new QCheckBox(QStringLiteral("Secure the connection with T&LS"))),
       caFile_(new QLineEdit(valueOf(profile, "CAFile"))),
       encoding_(new QComboBox),
       dialect_(new QLineEdit(valueOf(profile, "Dialect"))),

@@ -32,6 +32,8 @@ class SmallViewsTest : public testing::Test {
     void press(QWidget* window, int key, const QString& text = {}) {
         QWidget* target = window->focusWidget() != nullptr ? window->focusWidget() : window;
         QApplication::processEvents();
+        // A window manager takes its time.
+        QApplication::setActiveWindow(window);
         virtuals.platform.Guarded.run("key", [&] {
             QTest::sendKeyEvent(QTest::Click, target, static_cast<Qt::Key>(key), text, Qt::NoModifier);
         });

@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 
 #include "desktop/RichTextView.h"
@@ -193,42 +192,6 @@ TEST_F(WindowsTest, ANoticeOpensItsWindow) {
     EXPECT_TRUE(window->isVisible());
     face.openNotice(HostValue("nobody"));
     face.openNotice(HostValue(7));
-}
-
-TEST_F(WindowsTest, TheSmallWindows) {
-    chats().MsgBox.Load().Display("You cannot <b>join</b>", "Join error", 2);
-    chats().MsgBox.Load().Display("again", "Join error", 2);
-    settle();
-    const QPointer<FormView> box(viewOf(chats().MsgBox.Get()));
-    ASSERT_FALSE(box.isNull());
-    EXPECT_TRUE(box->isVisible());
-    box->close();
-    settle();
-    ASSERT_FALSE(box.isNull()) << "the next note is shown";
-    QTest::keyClick(box, Qt::Key_Escape);
-    box->close();
-    settle();
-    EXPECT_TRUE(box.isNull());
-
-    chats().ChanKey.Load().ExecList("#a|#b|");
-    settle();
-    auto* key = viewOf(chats().ChanKey.Get())->findChild<QLineEdit*>();
-    ASSERT_NE(key, nullptr);
-    client.server.heard();
-    QTest::keyClicks(key, "secret");
-    QTest::keyClick(key, Qt::Key_Return);
-    settle();
-    EXPECT_THAT(client.server.heard(), ElementsAre("JOIN #a secret"));
-    QTest::keyClick(key, Qt::Key_Escape);
-    settle();
-    EXPECT_EQ(chats().ChanKey.Get(), nullptr);
-
-    chats().MOTD.Load().Display("Welcome to\r\nthe network");
-    settle();
-    FormView* day = viewOf(chats().MOTD.Get());
-    ASSERT_NE(day, nullptr);
-    day->findChild<QCheckBox*>()->click();
-    EXPECT_EQ(client.around.settings.GetSetting("Talvora", "Settings", "ShowMOTD", ""), "0");
 }
 
 TEST_F(WindowsTest, EveryButtonHasANameAndZoomIsRemembered) {
