@@ -53,8 +53,15 @@ void attach(Subscriptions& on, TextBox& model, QLineEdit& widget) {
     follow(on, model.SelStart, select);
     follow(on, model.SelLength, select);
     on += model.GotFocus.connect([&widget] { widget.setFocus(); });
-    QObject::connect(&widget, &QLineEdit::textChanged, &widget,
-                     [&model](const QString& text) { model.Text = fromQString(text); });
+    QObject::connect(&widget, &QLineEdit::textChanged, &widget, [&model, &widget](const QString& text) {
+        model.Text = fromQString(text);
+        // What has no place in the code page is shown as what will be used.
+        const QString kept = toQString(model.Text.get());
+        if (kept == text) return;
+        const int place = widget.cursorPosition();
+        widget.setText(kept);
+        widget.setCursorPosition(place);
+    });
 }
 
 void attach(Subscriptions& on, Menu& model, QAction& action) {

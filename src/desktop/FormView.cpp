@@ -2,11 +2,14 @@
 
 #include <QCloseEvent>
 #include <QCursor>
+#include <QScreen>
 #include <QShortcut>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 #include "desktop/Binding.h"
+#include "desktop/ListTree.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
 
@@ -14,7 +17,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int twipsPerPixel = 15;
+constexpr int longestTitle = 200;
 constexpr double zoomStep = 1.1;
 
 }  // namespace
@@ -22,7 +25,8 @@ constexpr double zoomStep = 1.1;
 FormView::FormView(Form& form, const ViewSite& site, std::string kind, QSize standardSize)
     : form_(form), site_(site), kind_(std::move(kind)), self_(std::make_shared<FormView*>(this)) {
     setWindowFlag(Qt::Window);
-    resize(site_.Memory.size(kind_, standardSize));
+    resize(site_.Memory.size(kind_, standardSize).boundedTo(screen()->availableSize()));
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
     form_.Width = width() * twipsPerPixel;
     form_.Height = height() * twipsPerPixel;
     site_.Face.Register(form_, *this);
@@ -48,18 +52,26 @@ void FormView::follow() {
         setWindowState(minimized ? windowState() | Qt::WindowMinimized
                                  : windowState() & ~Qt::WindowMinimized);
     });
-    on_ += form_.PopupMenu.connect([this](Menu& model) { popUp(model, QCursor::pos()); });
+    on_ += form_.PopupMenu.connect([this](Menu& model) { popUp(model, menuPlace()); });
     on_ += form_.Unloaded.connect([this] { end(); });
+}
+
+// A caption may hold what a stranger calls himself. The toolkit takes "[*]" for a mark of its own.
+void FormView::showTitle() {
+    setWindowTitle(
+        oneLine(form_.Caption.get(), longestTitle).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
 }
 
 // A window that the user has asked for takes the keyboard; one that comes by itself stays out of his way.
 void FormView::showOrHide(bool visible) {
+    if (ended_) return;
     setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
     setVisible(visible);
 }
 
 void FormView::comeForward() {
-    if (!isVisible() || !site_.Face.UserActs()) return;
+    if (ended_ || !isVisible() || !site_.Face.UserActs()) return;
+    if (isMinimized()) showNormal();
     raise();
     activateWindow();
 }
@@ -67,8 +79,8 @@ void FormView::comeForward() {
 void FormView::place() {
     if (placing_) return;
     placing_ = true;
-    setGeometry(form_.Left / twipsPerPixel, form_.Top / twipsPerPixel, form_.Width / twipsPerPixel,
-                form_.Height / twipsPerPixel);
+    move(std::max(form_.Left / twipsPerPixel, 0), std::max(form_.Top / twipsPerPixel, 0));
+    resize(form_.Width / twipsPerPixel, form_.Height / twipsPerPixel);
     placing_ = false;
 }
 
@@ -134,6 +146,15 @@ void FormView::moveEvent(QMoveEvent* event) {
 }
 
 // ---- Menus
+
+// At the pointer, if that is what has opened the menu; else at what has the keyboard.
+QPoint FormView::menuPlace() const {
+    const QPoint pointer = QCursor::pos();
+    QWidget* focus = focusWidget();
+    if (focus == nullptr || rect().contains(mapFromGlobal(pointer))) return pointer;
+    if (const auto* list = dynamic_cast<ListTree*>(focus)) return list->menuPlace();
+    return focus->mapToGlobal(focus->rect().bottomLeft());
+}
 
 void FormView::fillMenu(QMenu&, Menu&) {}
 

@@ -27,6 +27,9 @@ struct ViewSite {
     ViewMemory& Memory;
 };
 
+// The system's unit of length, 1440 to the inch.
+inline constexpr int twipsPerPixel = 15;
+
 class FormView : public QWidget {
   public:
     // `kind` is what size and zoom are remembered under.
@@ -58,6 +61,8 @@ class FormView : public QWidget {
 
   private:
     void follow();
+    QPoint menuPlace() const;
+    void showTitle();
     void showOrHide(bool visible);
     void comeForward();
     void place();

@@ -9,6 +9,7 @@ namespace {
 bool isOfHands(const QEvent& event) {
     switch (event.type()) {
         case QEvent::KeyPress:
+        case QEvent::KeyRelease:
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:

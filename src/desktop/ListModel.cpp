@@ -9,6 +9,12 @@
 
 namespace talvora {
 
+namespace {
+
+constexpr std::size_t longestText = 300;  // that a row shows
+
+}  // namespace
+
 ListModel::ListModel(ListView& list, Look look) : list_(list), look_(std::move(look)) {
     ListItems& rows = list.ListItems;
     on_ += rows.RowInserted.connect([this](int index) { inserted(index); });
@@ -117,12 +123,7 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant ListModel::shown(const ListItem& row, int column) const {
     const std::string& text = column == 0 ? row.Text() : row.SubItems(static_cast<std::size_t>(column));
-    QString line = toQString(text);
-    // A row is one line, whatever a stranger has put into it.
-    for (QChar& letter : line) {
-        if (letter.category() == QChar::Other_Control) letter = QLatin1Char(' ');
-    }
-    return line;
+    return oneLine(text, longestText);
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
@@ -134,6 +135,9 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
             return shown(*row, index.column());
         case Qt::ToolTipRole:
             return theme::plainToolTip(shown(*row, index.column()).toString());
+        case Qt::AccessibleTextRole:
+            if (!first || !look_.IsNews || !look_.IsNews(row->SmallIcon())) return {};
+            return QString(shown(*row, 0).toString() + QStringLiteral(", new"));
         case Qt::DecorationRole:
             return first && look_.Icon && row->SmallIcon() != 0 ? QVariant(look_.Icon(row->SmallIcon()))
                                                                 : QVariant();

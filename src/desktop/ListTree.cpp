@@ -52,7 +52,18 @@ void ListTree::currentChanged(const QModelIndex& current, const QModelIndex& pre
     QTreeView::currentChanged(current, previous);
     ListItem* row = model_.item(current);
     // The toolkit moves the current row by itself when it goes; that is no click.
-    if (row != nullptr && hasFocus()) list_.userClicks(*row);
+    if (row != nullptr && hasFocus() && !takingFocus_) list_.userClicks(*row);
+}
+
+// The toolkit makes a row current so that the keyboard has a place; that is no click either.
+void ListTree::focusInEvent(QFocusEvent* event) {
+    takingFocus_ = true;
+    QTreeView::focusInEvent(event);
+    takingFocus_ = false;
+}
+
+QPoint ListTree::menuPlace() const {
+    return viewport()->mapToGlobal(visualRect(currentIndex()).center());
 }
 
 void ListTree::mouseReleaseEvent(QMouseEvent* event) {

@@ -14,8 +14,11 @@ class ListTree final : public QTreeView {
 
     // What stands in the list while it has no rows.
     void setEmptyText(const QString& text) { emptyText_ = text; }
+    // Where a menu that the keyboard opens belongs, on the screen.
+    QPoint menuPlace() const;
 
   protected:
+    void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -29,6 +32,7 @@ class ListTree final : public QTreeView {
     ListView& list_;
     ListModel model_;
     QString emptyText_;
+    bool takingFocus_ = false;
 };
 
 }  // namespace talvora

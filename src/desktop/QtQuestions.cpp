@@ -19,12 +19,17 @@ QWidget* QtQuestions::parentForBox() const {
 }
 
 void QtQuestions::stand(QuestionBox& box) {
-    if (!standing_.empty() && standing_.back() != nullptr) standing_.back()->setEnabled(false);
+    QPointer<QWidget> focus;  // of the question below, which loses it while it is disabled
+    if (!standing_.empty() && standing_.back() != nullptr) {
+        focus = standing_.back()->focusWidget();
+        standing_.back()->setEnabled(false);
+    }
     standing_.emplace_back(&box);
     QuestionBox::wait(box);
     standing_.pop_back();
     if (standing_.empty() || standing_.back() == nullptr || standing_.back()->IsOver()) return;
     standing_.back()->setEnabled(true);
+    if (focus != nullptr) focus->setFocus();
     standing_.back()->activateWindow();
 }
 

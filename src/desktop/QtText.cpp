@@ -29,4 +29,17 @@ std::string fromQString(const QString& text) {
     return fromUtf8({utf8.constData(), static_cast<std::size_t>(utf8.size())});
 }
 
+QString oneLine(std::string_view cp1253, std::size_t longest) {
+    QString line = toQString(cp1253.substr(0, longest));
+    for (QChar& letter : line) {
+        if (letter.category() == QChar::Other_Control) letter = QLatin1Char(' ');
+    }
+    return line;
+}
+
+QString caption(std::string_view cp1253) {
+    constexpr std::size_t longest = 200;
+    return oneLine(cp1253, longest).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
 }  // namespace talvora

@@ -9,6 +9,10 @@
 namespace talvora {
 
 QString toQString(std::string_view cp1253);
+// One line of at most so many letters, for titles and rows: control characters become blanks.
+QString oneLine(std::string_view cp1253, std::size_t longest);
+// For a button or a menu, which take "&" and a tab for signs of their own.
+QString caption(std::string_view cp1253);
 // What has no place in the code page becomes the nearest text.
 std::string fromQString(const QString& text);
 

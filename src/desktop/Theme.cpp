@@ -108,7 +108,9 @@ QToolButton* iconButton(const QString& name, const QString& text, QWidget* paren
 }
 
 QString plainToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+    constexpr int longestTip = 300;
+    const QString tip = text.left(longestTip);
+    return Qt::mightBeRichText(tip) ? QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped()) : tip;
 }
 
 }  // namespace talvora::theme

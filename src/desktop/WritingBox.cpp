@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <algorithm>
 #include <utility>
 
@@ -56,7 +57,8 @@ void WritingBox::textEdited() {
     updateGeometry();
     if (passing_) return;
     passing_ = true;
-    model_.SelStart = static_cast<std::size_t>(textCursor().position());
+    // As what is in front of the caret will be sent.
+    model_.SelStart = fromQString(toPlainText().left(textCursor().position())).size();
     model_.Text = fromQString(toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     passing_ = false;
     // What has no place in the code page becomes what will be sent; and the model may have emptied itself.
@@ -101,8 +103,22 @@ void WritingBox::focusInEvent(QFocusEvent* event) {
 
 // Within what a person could mean; the toolkit would lay out any amount.
 void WritingBox::insertFromMimeData(const QMimeData* source) {
-    if (!source->hasText()) return;
-    insertPlainText(source->text().left(RichTextBox::kMaxTextByHand));
+    if (!source->hasText() || source->hasUrls()) return;
+    QString text = source->text().left(RichTextBox::kMaxTextByHand);
+    // Lines that are pasted are meant to be sent; what a hand lets fall here is still to be looked at.
+    if (dropping_) text.replace(QRegularExpression(QStringLiteral("[\\r\\n]+")), QStringLiteral(" "));
+    insertPlainText(text);
+}
+
+void WritingBox::dropEvent(QDropEvent* event) {
+    dropping_ = true;
+    QPlainTextEdit::dropEvent(event);
+    dropping_ = false;
+}
+
+void WritingBox::resizeEvent(QResizeEvent* event) {
+    QPlainTextEdit::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width()) updateGeometry();
 }
 
 }  // namespace talvora

@@ -19,6 +19,8 @@ class WritingBox final : public QPlainTextEdit {
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void insertFromMimeData(const QMimeData* source) override;
+    void dropEvent(QDropEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     int linesWanted() const;
@@ -28,6 +30,7 @@ class WritingBox final : public QPlainTextEdit {
 
     TextBox& model_;
     bool passing_ = false;  // one side is just told of the other
+    bool dropping_ = false;
     Subscriptions on_;
 };
 

@@ -57,6 +57,7 @@ void frmChanKey::Display() {
 void frmChanKey::ask() {
     Show();
     Text1.SetFocus();
+    Text1.SelLength = 0;  // so that the same selection is made anew
     Text1.SelStart = 0;
     Text1.SelLength = Text1.Text.get().size();
 }

@@ -48,6 +48,8 @@ ChanKeyView::ChanKeyView(frmChanKey& form, const ViewSite& site) : FormView(form
     row->addLayout(column, 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    for (auto which : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel})
+        buttons->button(which)->setAutoDefault(true);
     attach(on_, form.Picture1[0], *buttons->button(QDialogButtonBox::Ok));
     attach(on_, form.Picture1[1], *buttons->button(QDialogButtonBox::Cancel));
     auto* rows = new QVBoxLayout(this);

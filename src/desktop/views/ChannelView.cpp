@@ -21,7 +21,6 @@ ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
 void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
-        addEntry(menu, window_.mnuInfo);
         menu.addSeparator();
         addEntry(menu, window_.mnuCmd)->setEnabled(false);
         return;

@@ -16,12 +16,6 @@
 
 namespace talvora {
 
-namespace {
-
-constexpr int twipsPerPixel = 15;
-
-}  // namespace
-
 ChatView::ChatView(ChatWindow& window, const ViewSite& site, const std::string& kind, QSize standardSize)
     : FormView(window, site, kind, standardSize), window_(window), across_(new QSplitter(this)) {
     RichTextView* talk = addRichText(window_.IRCWin1.RichTextBox1);

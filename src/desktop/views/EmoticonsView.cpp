@@ -20,7 +20,6 @@ namespace talvora {
 namespace {
 
 constexpr int kCell = 32;
-constexpr int kTwipsPerPixel = 15;
 
 std::shared_ptr<const Picture> firstPicture(const RichDocument& document) {
     for (std::uint64_t number = document.FirstNumber(); number < document.EndNumber(); ++number) {
@@ -76,7 +75,7 @@ class EmoticonsView::CellButton final : public QAbstractButton {
     }
     void paintPicture(QPainter& painter, const std::shared_ptr<const Picture>& picture) {
         if (image_.isNull()) image_ = decodePicture(*picture);
-        QSize size = QSize(picture->WidthTwips, picture->HeightTwips) / kTwipsPerPixel;
+        QSize size = QSize(picture->WidthTwips, picture->HeightTwips) / twipsPerPixel;
         const QSize room(kCell - 2 * theme::small, kCell - 2 * theme::small);
         if (size.width() > room.width() || size.height() > room.height()) {
             size.scale(room, Qt::KeepAspectRatio);
@@ -152,7 +151,7 @@ void EmoticonsView::bindBar() {
 void EmoticonsView::showEvent(QShowEvent* event) {
     FormView::showEvent(event);
     if (event->spontaneous()) return;
-    const QPoint wanted(form_.Left / kTwipsPerPixel, form_.Top / kTwipsPerPixel);
+    const QPoint wanted(form_.Left / twipsPerPixel, form_.Top / twipsPerPixel);
     const QScreen* where = QGuiApplication::screenAt(wanted);
     const QRect room = (where != nullptr ? where : screen())->availableGeometry();
     const QSize size = sizeHint();

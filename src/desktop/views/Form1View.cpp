@@ -1,5 +1,6 @@
 #include "desktop/views/Form1View.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -24,6 +25,11 @@ constexpr QSize standardSize{320, 600};
 constexpr int nameColumn = 175;  // pixels
 constexpr int windowsHeight = 190;
 constexpr int usersColumn = 50;
+
+// What a stranger writes does not decide how wide the window is.
+void letShrink(QLabel& label) {
+    label.setMinimumWidth(1);
+}
 
 QVBoxLayout* rowsIn(QWidget* widget) {
     auto* rows = new QVBoxLayout(widget);
@@ -70,13 +76,14 @@ QWidget* Form1View::makeHeader() {
     auto* nick = new QLabel(header);
     nick->setFont(theme::titleFont());
     nick->setIndent(theme::small);
+    letShrink(*nick);
     attach(on_, form_.Presence.lblNick, *nick);
     auto* stateName = new QToolButton(header);
     stateName->setAutoRaise(true);
-    stateName->setAccessibleName(tr("Your state"));
     stateName->setToolTip(tr("Change your state"));
     const auto show = [stateName](const std::string& text) {
-        stateName->setText(toQString(text) + QStringLiteral(" \u25BE"));
+        stateName->setAccessibleName(tr("Your state: %1").arg(toQString(text)));
+        stateName->setText(caption(text) + QStringLiteral(" \u25BE"));
     };
     show(form_.Presence.Label18.Caption);
     on_ += form_.Presence.Label18.Caption.Changed.connect(show);
@@ -112,6 +119,7 @@ QWidget* Form1View::makeSession() {
     on_ += form_.Session.imgStat.Picture.Changed.connect(
         [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
     auto* session = new QLabel(line);
+    letShrink(*session);
     attach(on_, form_.Session.Label8, *session);
     row->addWidget(session, 1);
     picture(form_.Session.imgMailOK, tr("The mail service is there"),
@@ -132,10 +140,14 @@ QWidget* Form1View::makeTrouble() {
     auto* label = new QLabel(line);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    label->setAccessibleName(tr("Trouble"));
+    letShrink(*label);
     attach(on_, form_.Trouble.lblTrouble, *label);
     row->addWidget(label, 1);
     attachVisible(on_, form_.Trouble.lblTrouble.Visible, *line);
+    on_ += form_.Trouble.lblTrouble.Caption.Changed.connect([label](const std::string&) {
+        QAccessibleEvent alert(label, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    });
     return line;
 }
 
@@ -147,6 +159,7 @@ QWidget* Form1View::makeFooter() {
     for (Label* model : {&form_.Session.Label20, &form_.Users.Label21}) {
         auto* label = new QLabel(footer);
         label->setFont(theme::smallFont());
+        letShrink(*label);
         attach(on_, *model, *label);
         row->addWidget(label);
     }
@@ -224,7 +237,7 @@ void Form1View::fillStates(QMenu& menu) {
     for (int i = 1; i <= states.UBound(); ++i) {
         const Menu& state = states(i);
         const int icon = toQString(state.Tag.get()).section(QLatin1Char('|'), 0, 0).toInt();
-        QAction* action = menu.addAction(pictureOf(Pictures::States, icon), toQString(state.Caption.get()));
+        QAction* action = menu.addAction(pictureOf(Pictures::States, icon), caption(state.Caption.get()));
         connect(action, &QAction::triggered, this, [this, i] {
             if (i <= form_.Presence.popStat.UBound()) form_.Presence.popStat(i).Click.raise();
         });

@@ -7,15 +7,10 @@
 #include <algorithm>
 
 #include "desktop/Binding.h"
+#include "desktop/FormView.h"
 #include "desktop/QtText.h"
 
 namespace talvora {
-
-namespace {
-
-constexpr int twipsPerPixel = 15;
-
-}  // namespace
 
 class SlotView final : public QWidget {
   public:
@@ -60,7 +55,7 @@ SlotView::SlotView(Container& slot, QWidget* parent)
 }
 
 void SlotView::showCaption() {
-    bar_->setText(toQString(slot_.Label1.Caption.get()));
+    bar_->setText(caption(slot_.Label1.Caption.get()));
     bar_->setEnabled(slot_.Label1.Enabled);
     const bool open = slot_.Image2.Picture == Container::imgUp;
     bar_->setArrowType(!slot_.Image2.Visible ? Qt::NoArrow : open ? Qt::UpArrow : Qt::DownArrow);

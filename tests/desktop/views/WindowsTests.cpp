@@ -8,6 +8,7 @@
 #include <QPointer>
 
 #include "desktop/RichTextView.h"
+#include "desktop/Theme.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
@@ -61,7 +62,7 @@ TEST_F(WindowsTest, TalkInAChannel) {
     EXPECT_TRUE(window->isVisible());
 
     EXPECT_THAT(rightClick(list(window, "Users of the channel"), 3),
-                ElementsAre("Start Private &Chat", "&Info", "(No commands)"));
+                ElementsAre("Start Private &Chat", "(No commands)"));
     choose("Start Private &Chat");
     EXPECT_NE(viewOf(chats().Privates.Window("zoe")), nullptr);
 
@@ -142,7 +143,7 @@ TEST_F(WindowsTest, StateAndIgnoredUsers) {
     client.server.heard();
     choose("Do not disturb");
     EXPECT_THAT(client.server.heard(), Contains("NICK Maria[DND]"));
-    EXPECT_THAT(fromQString(named<QAbstractButton>(main, "Your state")->text()), HasSubstr("Dnd"));
+    EXPECT_NE(named<QAbstractButton>(main, "Your state: Dnd"), nullptr);
     says(":Maria!m@h NICK :Maria[DND]");
     EXPECT_THAT(client.window().Presence.lblNick.Caption.get(), "Maria[DND]");
 
@@ -192,6 +193,31 @@ TEST_F(WindowsTest, ANoticeOpensItsWindow) {
     EXPECT_TRUE(window->isVisible());
     face.openNotice(HostValue("nobody"));
     face.openNotice(HostValue(7));
+}
+
+TEST_F(WindowsTest, StrangersDoNotShapeThem) {
+    FormView* main = viewOf(&client.window());
+    const int width = main->width();
+    says(":Maria!m@h JOIN :#thes");
+    says(":op!o@h KICK #thes Maria :" + std::string(400, 'W'));
+    says(":srv 266 Maria :Current global users: " + std::string(400, '9'));
+    EXPECT_FALSE(client.window().Trouble.lblTrouble.Caption.get().empty());
+    EXPECT_EQ(main->width(), width);
+    EXPECT_LE(main->minimumSizeHint().width(), width);
+
+    says(
+        ":a[*]\x1F"
+        "b!n@h PRIVMSG Maria :hi");
+    FormView* chat =
+        viewOf(chats().Privates.Window("a[*]\x1F"
+                                       "b"));
+    ASSERT_NE(chat, nullptr);
+    EXPECT_EQ(chat->windowTitle(), "Chat - A[*][*] b");
+    for (const QString& tip : {QStringLiteral("<img src=x>"), QString(5000, QLatin1Char('x'))}) {
+        EXPECT_FALSE(Qt::mightBeRichText(theme::plainToolTip(tip)) &&
+                     theme::plainToolTip(tip).contains(u"<img"));
+        EXPECT_LE(theme::plainToolTip(tip).size(), 400);
+    }
 }
 
 TEST_F(WindowsTest, EveryButtonHasANameAndZoomIsRemembered) {
