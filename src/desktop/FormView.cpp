@@ -39,9 +39,8 @@ FormView::~FormView() {
 }
 
 void FormView::follow() {
-    setWindowTitle(toQString(form_.Caption.get()));
-    on_ +=
-        form_.Caption.Changed.connect([this](const std::string& text) { setWindowTitle(toQString(text)); });
+    showTitle();
+    on_ += form_.Caption.Changed.connect([this](const std::string&) { showTitle(); });
     on_ += form_.Visible.Changed.connect([this](bool visible) { showOrHide(visible); });
     on_ += form_.Shown.connect([this] { comeForward(); });
     for (Property<int>* edge : {&form_.Left, &form_.Top, &form_.Width, &form_.Height}) {
