@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QUrl>
@@ -21,6 +22,19 @@ constexpr int kTwipsPerInch = 1440;
 constexpr int kInch = 96;  // of the pixels that the system counts in
 constexpr std::size_t kMaxLink = 8192;
 constexpr int kBetweenBeeps = 500;  // milliseconds
+
+// The program that opens a link is the user's, not ours: it gets neither our own choice for the toolkit nor
+// rights of new files that only suit a mail folder. Signals are set right by the toolkit.
+bool startOpener(const QString& opener, const QString& link) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_NO_GLIB"));
+    process.setProcessEnvironment(environment);
+    process.setProgram(QStringLiteral("/bin/sh"));
+    process.setArguments(
+        {QStringLiteral("-c"), QStringLiteral("umask 022; exec \"$@\""), QStringLiteral("sh"), opener, link});
+    return process.startDetached();
+}
 
 }  // namespace
 
@@ -127,8 +141,7 @@ void QtDesktop::Open(const std::string& url) {
     if (!link.isValid()) throw RuntimeError(Fault::InvalidProcedureCall);
     const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     const QString text = QString::fromLatin1(link.toEncoded());
-    const bool started =
-        opener.isEmpty() ? QDesktopServices::openUrl(link) : QProcess::startDetached(opener, {text});
+    const bool started = opener.isEmpty() ? QDesktopServices::openUrl(link) : startOpener(opener, text);
     if (!started) throw RuntimeError(Fault::InvalidProcedureCall);
 }
 

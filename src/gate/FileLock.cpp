@@ -28,4 +28,10 @@ void FileLock::unlock() {
     file_ = -1;
 }
 
+// It is only said by the way: a full disk keeps nobody from anything.
+void FileLock::write(std::string_view text) const {
+    if (file_ < 0 || ::ftruncate(file_, 0) != 0) return;
+    [[maybe_unused]] const auto written = ::pwrite(file_, text.data(), text.size(), 0);
+}
+
 }  // namespace talvora

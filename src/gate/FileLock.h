@@ -3,6 +3,7 @@
 // ends, however it ends. Keeps two hosts from one gate and from one folder of settings.
 
 #include <string>
+#include <string_view>
 
 namespace talvora {
 
@@ -17,6 +18,8 @@ class FileLock {
     // Throws std::system_error if the file cannot be opened.
     bool tryLock(const std::string& path);
     void unlock();
+    // What others may read in the file while the lock is held; without the lock nothing is written.
+    void write(std::string_view text) const;
 
   private:
     int file_ = -1;

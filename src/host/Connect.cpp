@@ -1,5 +1,6 @@
 #include "host/Connect.h"
 
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -112,6 +113,7 @@ void Connect::sendSpecial(const std::string& to, const HostValue& data) {
 void Connect::startUp() {
     trapped(globError_, "Main", [&](Trap& step) {
         account_.gSettingsChanged = true;
+        nickRead_.clear();
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         chats_.LoadTables(step);
@@ -122,7 +124,8 @@ void Connect::startUp() {
 
 void Connect::readAccount() {
     const NetworkProfile& profile = services_.Profile;
-    account_.gNickname = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
+    const std::string nick = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
+    if (nick != nickRead_) account_.gNickname = nickRead_ = nick;
     account_.LocationPath = settings_.Get(Section::Settings, "RealName", "Default.Unsetted");
     account_.gServerHost = profile.ServerHost;
     account_.gServerPort = profile.ServerPort;
@@ -145,7 +148,7 @@ void Connect::loadMainWindow() {
     } else if (!sameConnection(connectedBy_, services_.Profile)) {
         renewConnection();
     }
-    form1_->SetMailInterval(CInt(Val(minutes)));
+    form1_->SetMailInterval(CInt(std::clamp(Val(minutes), 1.0, 32767.0)));
     form1_->Form_Load();
 }
 
@@ -177,7 +180,7 @@ std::unique_ptr<SocketDriver> Connect::ircSocket() {
 bool Connect::needsNewConnection() const {
     if (!sameConnection(connectedBy_, services_.Profile)) return true;
     const std::string nick = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
-    return !form1_->IRCServ1.LoggedIn && nick != account_.gNickname;
+    return !form1_->IRCServ1.LoggedIn && nick != nickRead_;
 }
 
 // The windows stay; only what they speak through is another one.

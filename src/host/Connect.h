@@ -64,6 +64,7 @@ class Connect final : public HostPlugin {
     HostGate gate_;
     Random random_;
     Account account_;
+    std::string nickRead_;  // from the settings; the network may have given the account another one since
     ChatDesk chats_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it

@@ -110,8 +110,11 @@ one runs already, that one shows its window.
   --help                   this text
   --version                the version
 
-Exit status: 0 ended on request, or another one runs already; 1 could not
-start; 2 wrong usage, wrong network profile, or no screen and no --headless.
+Other users can see the values of --set in the list of processes.
+
+Exit status: 0 ended on request, or the one that runs already shows its window;
+1 could not start, or another one runs already and shows none; 2 wrong usage,
+wrong network profile, or no screen and no --headless.
 )";
 }
 

@@ -51,6 +51,10 @@ void furnishFile(const fs::path& from, const fs::path& folder) {
     fs::rename(beside, folder / name);
 }
 
+FolderError cannotFurnish(const fs::filesystem_error& error) {
+    return FolderError(error.path1().string() + " cannot be furnished: " + error.code().message());
+}
+
 }  // namespace
 
 Folders Folders::Choose(const CommandLine& line) {
@@ -66,10 +70,18 @@ Folders Folders::Choose(const CommandLine& line) {
     return folders;
 }
 
-void Folders::Furnish(const std::string& defaults) const {
+void Folders::MakeRoots() const {
     try {
         makeRoot(Config);
         makeRoot(Data);
+    } catch (const fs::filesystem_error& error) {
+        throw cannotFurnish(error);
+    }
+}
+
+void Folders::Furnish(const std::string& defaults) const {
+    MakeRoots();
+    try {
         makeFolder(Data, "Mail");
         makeFolder(Data, "Received");
         const fs::path system = makeFolder(Data, "System");
@@ -82,7 +94,7 @@ void Folders::Furnish(const std::string& defaults) const {
             if (entry.is_regular_file()) furnishFile(entry.path(), system);
         }
     } catch (const fs::filesystem_error& error) {
-        throw FolderError(error.path1().string() + " cannot be furnished: " + error.code().message());
+        throw cannotFurnish(error);
     }
 }
 

@@ -24,6 +24,8 @@ struct Folders {
     // What the command line says, else the user's standard folders. Absolute.
     static Folders Choose(const CommandLine& line);
 
+    // The folders alone, still empty. Throws FolderError.
+    void MakeRoots() const;
     // Creates what is missing, for the owner alone: the folders, and in them the files of `defaults` (empty
     // for none). What is there, in whatever case, is never touched. Throws FolderError.
     void Furnish(const std::string& defaults) const;

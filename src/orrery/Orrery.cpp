@@ -1,8 +1,13 @@
 #include "orrery/Orrery.h"
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <thread>
 
 #include "host/common/Settings.h"
 #include "host/common/Version.h"
@@ -16,15 +21,51 @@ namespace fs = std::filesystem;
 
 constexpr std::int32_t PluginLoaded = 2;
 constexpr std::int32_t Quit = 8;
+constexpr std::size_t LongestName = 80;
+
+// A host that is starting or ending says soon what it is, or is gone.
+constexpr int Tries = 30;
+constexpr auto BetweenTries = std::chrono::milliseconds(100);
+
+// What the host that holds a lock says of itself in the lock's file.
+namespace State {
+constexpr const char* Desktop = "desktop";
+constexpr const char* Headless = "headless";
+constexpr const char* Ending = "ending";
+}  // namespace State
+
 void tell(const std::string& line) {
     std::fputs((line + '\n').c_str(), stdout);
     std::fflush(stdout);
 }
 
+std::string stateIn(const std::string& path) {
+    std::string state;
+    std::ifstream(path) >> std::setw(16) >> state;
+    return state;
+}
+
 void lock(FileLock& lock, const std::string& folder, const char* name) {
-    if (!lock.tryLock((fs::path(folder) / name).string())) {
-        throw AlreadyRunning("Another host is running and uses " + folder + ".");
+    const std::string path = fs::path(folder) / name;
+    for (int tried = 1; !lock.tryLock(path); ++tried) {
+        const std::string state = stateIn(path);
+        if (tried == Tries || state == State::Desktop || state == State::Headless) {
+            throw AlreadyRunning("Another host is running and uses " + folder + ".",
+                                 state == State::Headless);
+        }
+        std::this_thread::sleep_for(BetweenTries);
     }
+}
+
+// What a plug-in calls itself, fit for one line of a terminal; in UTF-8.
+std::string shown(std::string name) {
+    const auto isControl = [](char letter) {
+        const char16_t c = codePointOf(static_cast<unsigned char>(letter));
+        return c < 0x20 || (c >= 0x7F && c < 0xA0);
+    };
+    name.resize(std::min(name.size(), LongestName));
+    std::replace_if(name.begin(), name.end(), isControl, '?');
+    return toUtf8(name);
 }
 
 }  // namespace
@@ -32,10 +73,12 @@ void lock(FileLock& lock, const std::string& folder, const char* name) {
 Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals,
                OrreryFace* face)
     : executableFolder_(executableFolder), signals_(signals), face_(face), folders_(Folders::Choose(line)) {
-    folders_.Furnish(InstalledDefaults(executableFolder_));
-    profile_ = readProfile(folders_.ProfileFile, !line.Profile.empty());
+    folders_.MakeRoots();
     lock(configLock_, folders_.Config, "settings.lock");
     lock(dataLock_, folders_.Data, "host.lock");
+    tellOthers(face_ == nullptr ? State::Headless : State::Desktop);
+    folders_.Furnish(InstalledDefaults(executableFolder_));
+    profile_ = readProfile(folders_.ProfileFile, !line.Profile.empty());
     gate_.Open(folders_.Gate);
     hearing_ = database_.MessageBroadcasted.connect([this](const HostMessage& m) { heard(m); });
     settings_ = std::make_unique<SqliteSettings>(folders_.SettingsFile);
@@ -74,10 +117,12 @@ void Orrery::Run() {
 
 bool Orrery::begin() {
     if (face_ == nullptr) return true;
-    return face_->Begin({database_, platform_->platform(), profile_, folders_}) && !ending_;
+    return face_->Begin({database_, platform_->platform(), profile_, folders_, settings_->Notice()}) &&
+           !ending_;
 }
 
 void Orrery::end() {
+    tellOthers(State::Ending);
     if (face_ != nullptr) face_->Close();
     plugins_.UnloadAll();
     gate_.Close();
@@ -104,15 +149,21 @@ void Orrery::heard(const HostMessage& message) {
     if (message.MsgID == PluginLoaded) {
         const HostArray* const data = message.Data.asArray();
         const std::string* const name = data == nullptr || data->empty() ? nullptr : data->front().asText();
-        if (name != nullptr) tell(toUtf8(*name) + " loaded");
+        if (name != nullptr) tell(shown(*name) + " loaded");
     } else if (message.MsgID == Quit) {
         goodbyeSaid_ = goodbyeSaid_ || message.ToID == HostAddress::Everybody;
         stop();
     }
 }
 
+void Orrery::tellOthers(const char* state) const {
+    configLock_.write(state);
+    dataLock_.write(state);
+}
+
 void Orrery::stop() {
     ending_ = true;
+    tellOthers(State::Ending);
     // Asking the toolkit to quit would ask every window first, and one that only hides would say no.
     QCoreApplication::exit();
 }

@@ -26,15 +26,16 @@ namespace talvora {
 // Another host of this user uses the folders.
 class AlreadyRunning : public FolderError {
   public:
-    using FolderError::FolderError;
+    AlreadyRunning(const std::string& text, bool headless) : FolderError(text), Headless(headless) {}
+    bool Headless;  // it has no window that it could show
 };
 
 class Orrery {
   public:
-    // Furnishes the folders, takes them for itself, and opens all that the component will need. Throws
-    // ProfileError for a profile that is wrong or missing, and FolderError, GateError, RuntimeError or
-    // another std::exception for what keeps the host from starting, among them AlreadyRunning. Without a
-    // `face` there is no screen; it outlives the host.
+    // Takes the folders for itself, waiting some seconds for a host that is just ending, furnishes them, and
+    // opens all that the component will need. Throws ProfileError for a profile that is wrong or missing, and
+    // FolderError, GateError, RuntimeError or another std::exception for what keeps the host from starting,
+    // among them AlreadyRunning. Without a `face` there is no screen; it outlives the host.
     Orrery(const CommandLine& line, const std::string& executableFolder, StopSignals& signals,
            OrreryFace* face = nullptr);
     ~Orrery();
@@ -52,6 +53,7 @@ class Orrery {
     void end();
     void heard(const HostMessage& message);
     void stop();
+    void tellOthers(const char* state) const;
     void sayGoodbye();
 
     // In the order in which each needs those before it; all go in the reverse order.

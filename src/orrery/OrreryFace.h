@@ -2,6 +2,8 @@
 // What a host with a screen adds to the host program. `main` makes it and hands it to Orrery, which knows no
 // windows.
 
+#include <string>
+
 #include "host/common/HostMessages.h"
 #include "host/profile/NetworkProfile.h"
 #include "orrery/Folders.h"
@@ -17,6 +19,7 @@ struct HostSide {
     Platform& ThePlatform;
     NetworkProfile& Profile;  // changed in place; the component looks at it when message 7 comes
     const Folders& Places;
+    std::string Notice = {};  // what the user is told before the start, code page 1253; empty for nothing
 };
 
 class OrreryFace {

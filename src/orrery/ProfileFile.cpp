@@ -67,6 +67,8 @@ void saveProfile(const std::string& file, const NetworkProfile& profile) {
     QSaveFile saved(QString::fromStdString(place.string()));
     const bool written =
         saved.open(QIODevice::WriteOnly) &&
+        // It may hold the key of the channel, and a file that was there would hand on its own rights.
+        saved.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
         saved.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
         saved.flush() && ::fsync(saved.handle()) == 0 && saved.commit();
     if (!written) throw ProfileFileError(cannotWrite(file, saved.errorString().toStdString()));

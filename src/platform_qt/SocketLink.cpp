@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/CodePage1253.h"
 #include "platform_qt/SocketLinger.h"
 
 namespace talvora {
@@ -78,8 +79,7 @@ void SocketLink::connectTo(const std::string& host, int port, const Network::Sec
     socket_ = std::make_unique<QTcpSocket>();
     watch();
     QObject::connect(socket_.get(), &QTcpSocket::connected, &context_, [this] { onStands(); });
-    socket_->connectToHost(QString::fromLatin1(host.data(), static_cast<int>(host.size())),
-                           static_cast<quint16>(port));
+    socket_->connectToHost(QString::fromStdString(toUtf8(host)), static_cast<quint16>(port));
 }
 
 void SocketLink::makeSecure(const std::string& host, int port, const std::string& caFile) {
@@ -103,8 +103,7 @@ void SocketLink::makeSecure(const std::string& host, int port, const std::string
     QObject::connect(secure_, &QSslSocket::sslErrors, &context_, [this](const QList<QSslError>& errors) {
         if (!errors.isEmpty()) refusal_ = plainText(errors.first().errorString());
     });
-    secure_->connectToHostEncrypted(QString::fromLatin1(host.data(), static_cast<int>(host.size())),
-                                    static_cast<quint16>(port));
+    secure_->connectToHostEncrypted(QString::fromStdString(toUtf8(host)), static_cast<quint16>(port));
 }
 
 void SocketLink::adopt(Descriptor connection) {

@@ -91,6 +91,7 @@ void Form1::ReConnect() {
         if (account_.gSettingsChanged) Leave("Changing some settings... rejoining in a while)");
         IRCServ1.SetRealName("UL:" + account_.LocationPath);
         IRCServ1.SetNickname(account_.gNickname);
+        Presence.ShowNick();
         IRCServ1.AutoRetry = true;
         IRCServ1.Password = settings_.Get(Section::Settings, "Pass", "none");
         if (account_.gSettingsChanged) IRCServ1.Connect(account_.gServerHost, account_.gServerPort);

@@ -46,7 +46,7 @@ PresencePanel::PresencePanel(Platform& platform, GlobError& globError, Component
     mnuIgnore.Caption = "&Ignore";
     mnuUnignore.Caption = "&Stop ignoring";
     on_ += engine.YouChangeNick.connect([this](const std::string& nick) { lblNick.Caption = nick; });
-    on_ += engine.LoginOK.connect([this] { showNick(); });
+    on_ += engine.LoginOK.connect([this] { ShowNick(); });
     on_ += popOnline.Click.connect([this] { popOnline_Click(); });
     on_ += mnuIgnore.Click.connect([this] { mnuIgnore_Click(); });
     on_ += mnuUnignore.Click.connect([this] { mnuUnignore_Click(); });
@@ -57,10 +57,10 @@ void PresencePanel::RefreshSettings() {
     imgState.Picture = OnlinePicture;
     Label18.Caption = "Online";
     gIgnoreList = settings_.Get(Section::Settings, "IgnoreList", "");
-    showNick();
+    ShowNick();
 }
 
-void PresencePanel::showNick() {
+void PresencePanel::ShowNick() {
     const std::string& nick = IRCServ1.Nickname();
     lblNick.Caption = nick.empty() ? account_.gNickname : nick;
 }

@@ -44,6 +44,9 @@ class PresencePanel {
     // "Online" (the nick stays as it is), and the ignore list.
     void RefreshSettings();
 
+    // The nick of the network, or the one that the next log-on will ask for.
+    void ShowNick();
+
     // While the state's tag is "DND".
     bool DoNotDisturb() const { return doNotDisturb_; }
     bool IsIgnored(const std::string& nick) const;
@@ -51,7 +54,6 @@ class PresencePanel {
   private:
     void mnuIgnore_Click();
     void mnuUnignore_Click();
-    void showNick();
     std::string shownName(const std::string& ignored) const;
     void rebuildMenu();
     void loadStates(Trap& step, File& states);

@@ -15,6 +15,7 @@ constexpr std::size_t LongestQuotation = 200;
 constexpr const char* AgainInTenSeconds = "trying again in ten seconds";
 constexpr const char* AgainInHalfAMinute = "trying again in half a minute";
 constexpr const char* AgainNow = "trying again now";
+constexpr const char* ChooseAnother = "choose another in the settings";
 
 namespace Numeric {
 constexpr int TryAgain = 263;
@@ -46,9 +47,9 @@ bool holds(const std::string& text, std::string_view what) {
 
 constexpr const char* WrongPassword = "The server asks for another password";
 constexpr const char* TooFast = "The server says: too fast";
-constexpr const char* Gone = "The server is gone";
+}  // namespace
 
-std::string wordsOfSocketError(int number, const std::string& description) {
+std::string TroublePanel::wordsOfSocketError(int number, const std::string& description) const {
     constexpr std::string_view refused = "The server's certificate was refused: ";
     switch (number) {
         case SocketErrors::ConnectionRefused:
@@ -60,7 +61,7 @@ std::string wordsOfSocketError(int number, const std::string& description) {
         case SocketErrors::NetworkUnreachable:
             return "The network cannot be reached";
         case SocketErrors::ConnectionReset:
-            return Gone;
+            return wordsOfEnd();
         case SocketErrors::CertificateRefused:
             if (!description.starts_with(refused)) break;
             return "The server's certificate cannot be trusted: " +
@@ -71,7 +72,9 @@ std::string wordsOfSocketError(int number, const std::string& description) {
     return "There is no connection to the server: " + quoted(description);
 }
 
-}  // namespace
+const char* TroublePanel::wordsOfEnd() const {
+    return loggedOn_ ? "The server is gone" : "The server closed the connection before the log-on";
+}
 
 TroublePanel::TroublePanel(Platform& platform, IRCServ& engine)
     : tmrTrouble(platform, Awhile), IRCServ1(engine) {
@@ -92,7 +95,10 @@ TroublePanel::TroublePanel(Platform& platform, IRCServ& engine)
         next_ = AgainNow;
         show();
     });
-    on_ += engine.LoginOK.connect([this] { clear(); });
+    on_ += engine.LoginOK.connect([this] {
+        loggedOn_ = true;
+        clear();
+    });
     on_ += engine.YouChangeNick.connect([this](Text) { isOver(About::Nick); });
     on_ += engine.YouAreKicked.connect(
         [this](Text channel, Text reason, Text by) { hearKick(channel, reason, by); });
@@ -122,9 +128,9 @@ void TroublePanel::hearNumber(int number, const StringArray& words) {
             if (IRCServ1.LoggedIn) tellForAWhile(About::Pace, TooFast);
             return;
         case Numeric::PasswordRefused:
-            return tell(About::LogOn, WrongPassword);
+            return logOnTrouble(About::LogOn, WrongPassword);
         case Numeric::Banned:
-            return tell(About::LogOn, "You were banned from this server");
+            return logOnTrouble(About::LogOn, "You were banned from this server");
         default:
             return;
     }
@@ -132,8 +138,13 @@ void TroublePanel::hearNumber(int number, const StringArray& words) {
 
 // Off line the log-on stands still until the server has its nick.
 void TroublePanel::nickTrouble(const std::string& sentence) {
-    if (IRCServ1.LoggedIn) return tellForAWhile(About::Nick, sentence);
-    tell(About::Nick, sentence);
+    logOnTrouble(About::Nick, sentence, ChooseAnother);
+}
+
+// Who is logged on stays so, whatever the server thinks of another try.
+void TroublePanel::logOnTrouble(About about, const std::string& sentence, const std::string& next) {
+    if (IRCServ1.LoggedIn) return tellForAWhile(about, sentence);
+    tell(about, sentence, next);
 }
 
 // The server's last words, before it closes.
@@ -141,7 +152,8 @@ void TroublePanel::hearError(const std::string& text) {
     if (leaving_ > 0 || explained_) return;
     if (holds(text, "throttl") || holds(text, "too fast")) return tell(About::LogOn, TooFast);
     if (holds(text, "bad password")) return tell(About::LogOn, WrongPassword);
-    tell(About::LogOn, "The server says: " + quoted(text));
+    const std::string words = quoted(text);
+    tell(About::LogOn, words.empty() ? "The server ends the connection" : "The server says: " + words);
 }
 
 void TroublePanel::hearSocketError(int number, const std::string& description) {
@@ -157,6 +169,7 @@ void TroublePanel::hearKick(const std::string& channel, const std::string& reaso
 
 // What kept the last log-on from its end stands until this one has come to its own.
 void TroublePanel::connected() {
+    loggedOn_ = false;
     explained_ = false;
     if (about_ != About::LogOn && about_ != About::Nick) return clear();
     next_.clear();
@@ -166,7 +179,7 @@ void TroublePanel::connected() {
 void TroublePanel::disconnected() {
     if (leaving_ > 0) return clear();
     tmrTrouble.Enabled = false;
-    if (!explained_) tell(About::Reach, Gone);
+    if (!explained_) tell(About::Reach, wordsOfEnd());
     next_ = IRCServ1.AutoRetry ? AgainInTenSeconds : "";
     show();
 }

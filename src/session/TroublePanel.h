@@ -43,6 +43,9 @@ class TroublePanel {
     void connected();
     void disconnected();
     void nickTrouble(const std::string& sentence);
+    void logOnTrouble(About about, const std::string& sentence, const std::string& next = {});
+    std::string wordsOfSocketError(int number, const std::string& description) const;
+    const char* wordsOfEnd() const;
     void tell(About about, std::string sentence, const std::string& next = {});
     void tellForAWhile(About about, std::string sentence, const std::string& next = {});
     void isOver(About about);
@@ -54,6 +57,7 @@ class TroublePanel {
     std::string sentence_;    // without its full stop
     std::string next_;        // what the engine does about it
     std::string channel_;     // of About::Channel
+    bool loggedOn_ = false;   // on this connection, or the one that has just ended
     bool explained_ = false;  // why this connection ends is known
     int leaving_ = 0;
     Subscriptions on_;

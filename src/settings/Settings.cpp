@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/common/Identity.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -63,26 +64,6 @@ const Settings::FlagKey Settings::flags[] = {
 namespace {
 
 constexpr const char* DefaultPackage = "1024";
-
-// What no server takes in a nick, and the bracket that begins a state.
-constexpr std::string_view NotInNicks = " ,:!@*?#[";
-
-std::string nickProblem(const std::string& nick) {
-    if (Trim(nick).empty()) return "The nickname is empty.";
-    const bool taken = nick.find_first_of(NotInNicks) == std::string::npos && nick[0] != '-' &&
-                       !(nick[0] >= '0' && nick[0] <= '9');
-    if (taken) return {};
-    return "The nickname " + nick +
-           " cannot be taken: it must not begin with a digit or \"-\", nor hold a "
-           "blank, \"[\" or any of , : ! @ * ? #";
-}
-
-std::string pathProblem(const std::string& path) {
-    if (Trim(path).empty()) return "The location path is empty.";
-    const auto steps = Split(path, ".");
-    if (std::ranges::none_of(steps, [](const auto& name) { return Trim(name).empty(); })) return {};
-    return "The location path " + path + " has an empty step between its dots.";
-}
 
 // A number is held in 16 bits.
 std::string intervalProblem(const std::string& text) {
@@ -178,7 +159,7 @@ Settings::LogOn Settings::shown() const {
 
 std::string Settings::Problem() const {
     for (const std::string& problem :
-         {nickProblem(Nickname.Text), pathProblem(RealName.Text), passProblem(Pass.Text),
+         {NickProblem(Nickname.Text), PathProblem(RealName.Text), passProblem(Pass.Text),
           intervalProblem(MailInterval.Text), States.Problem()}) {
         if (!problem.empty()) return problem;
     }

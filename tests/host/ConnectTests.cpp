@@ -72,7 +72,9 @@ TEST(Connect, Message8SaysQuitWithTheUsersWordsOrTheDefaultAndEndsForGood) {
             maria.server.transcript,
             testing::EndsWith(std::string("QUIT :") + (*words != '\0' ? words : "Bye bye!") + "\r\n"));
         EXPECT_EQ(maria.server.connections, 1) << "no retry after the end";
+        maria.around.settings.SaveSetting("Talvora", "Settings", "MailInterval", "99999");
         maria.host.send(1);
+        EXPECT_EQ(maria.component->MainWindow()->Presence.lblNick.Caption.get(), "Maria");
         world.time.run(1s);
         EXPECT_EQ(maria.server.connections, 2) << "and message 1 starts anew";
     }
@@ -89,6 +91,11 @@ TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
     world.time.run(5s);
     EXPECT_EQ(maria.server.connections, 1);
     EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Anna"));
+    maria.server.says(":Maria!m@h NICK :Zoe");
+    world.time.run(5s);
+    maria.host.send(7);
+    world.time.run(5s);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Zoe")) << "the settings say nothing new";
     account.gSettingsChanged = true;
     store.SaveSetting("Talvora", "Settings", "RealName", "Home.Kavala");
     maria.host.send(7);
@@ -96,7 +103,7 @@ TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
     EXPECT_THAT(maria.server.transcript, Not(HasSubstr("Changing some settings")));
     world.time.run(1500ms);
     EXPECT_EQ(maria.server.connections, 2);
-    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Anna", "USER Anna 0 * :UL:Home.Kavala"));
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Zoe", "USER Zoe 0 * :UL:Home.Kavala"));
 }
 
 TEST(Connect, TwoClientsLiveInOneProcess) {

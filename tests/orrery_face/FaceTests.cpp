@@ -158,10 +158,14 @@ TEST_F(FaceTest, TheNetworkPageKeepsTheCommentsAndNamesWhatCannotBe) {
     enter("sometimes", "standard +pacing");
     enter("old.test", "new.test");
     EXPECT_EQ(page.Problem(), "");
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("SysChannel = #byhand\n");
+    file.close();
     page.Save();
+    EXPECT_FALSE(QFile::permissions(file.fileName()) & (QFile::ReadGroup | QFile::ReadOther));
     EXPECT_EQ(profile.ServerHost + std::to_string(profile.ServerPort), "new.test6697");
     const NetworkProfile read = readProfile(places.ProfileFile, true);
-    EXPECT_TRUE(read.ServerPort == 6697 && read.Wire.has(Rewrite::Pacing));
+    EXPECT_TRUE(read.ServerPort == 6697 && read.Wire.has(Rewrite::Pacing) && read.SysChannel == "#byhand");
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_TRUE(file.readLine() == "; ours\n");
 

@@ -45,6 +45,11 @@ TEST(PopUp, ShowsNoMoreThanTheUserWantsOthersToSee) {
     }
     EXPECT_FALSE(popUpOf("text", NoticePrivacy::NameAndText) ||
                  popUpOf(HostArray{1}, NoticePrivacy::Neither));
+    const auto conversation = [](const HostValue& data) {
+        return popUpOf(data, NoticePrivacy::Neither)->Conversation;
+    };
+    EXPECT_NE(conversation(HostArray{"Mail", "", 3}), conversation(HostArray{"News", "", 3}));
+    EXPECT_NE(conversation(HostArray{"", "", 3, 5}), conversation(HostArray{"", "", 3, "5"}));
     const std::string endless(1'000'000, 'x');
     const auto large = popUpOf(chat(endless, endless), NoticePrivacy::NameAndText);
     EXPECT_LT(large->Summary.size() + large->Body.size(), 1000);
@@ -107,6 +112,7 @@ struct Server : QDBusVirtualObject {
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& to) override {
         const QVariantList given = message.arguments();
         if (message.member() == "GetCapabilities") return to.send(message.createReply(capabilities));
+        if (given.at(3) == "Refused") return to.send(message.createErrorReply(QDBusError::InvalidArgs, "no"));
         const uint replaced = given.at(1).toUInt();
         shown << QString::number(replaced) + '|' + given.at(3).toString() + '|' + given.at(4).toString();
         return to.send(message.createReply(replaced != 0 ? replaced : ++numbers));
@@ -177,6 +183,11 @@ TEST(Notices, OfOneConversationReplaceEachOtherAndAClickOpensItsWindow) {
     screen.passes(1000);
     screen.shows(chat("Nikos", "again"));
     until([&] { return server.last() == "0|Nikos|again"; });
+    screen.passes(1000);
+    screen.shows(chat("Refused", "one alone"));
+    screen.settle();
+    screen.shows(chat("Nikos", "and again"));
+    until([&] { return server.last().endsWith("|Nikos|and again"); });
 }
 
 TEST(Notices, WaitForNobodyAndFindAServerThatComesLater) {

@@ -40,6 +40,14 @@ TEST_F(TroubleTest, ALogOnThatFailsIsToldWithWhatTheEngineDoesNext) {
     maria.server.mood = ScriptedServer::Mood::Accepts;
     passes(10s);
     EXPECT_EQ(line(), "") << "it can be reached";
+    maria.server.closes();
+    passes();
+    EXPECT_EQ(line(), "The server closed the connection before the log-on; trying again in ten seconds.");
+    passes(10s);
+    says("ERROR :");
+    EXPECT_EQ(line(), "The server ends the connection.");
+    maria.server.closes();
+    passes(11s);
     says("ERROR :Your host is trying to (re)connect too fast -- throttled");
     maria.server.closes();
     passes();
@@ -59,10 +67,11 @@ TEST_F(TroubleTest, ALogOnThatFailsIsToldWithWhatTheEngineDoesNext) {
     says(":srv 439 * :Please wait while we process your connection.");
     EXPECT_EQ(line(), "");
     says(":srv 432 * Maria :Erroneous Nickname");
-    EXPECT_EQ(line(), "The server does not take the nick Maria.");
+    EXPECT_EQ(line(), "The server does not take the nick Maria; choose another in the settings.");
     says(":srv 433 * Maria :Nickname is already in use");
     passes(10min);
-    EXPECT_EQ(line(), "The nick Maria is in use by somebody else.") << "the log-on stands still";
+    EXPECT_EQ(line(), "The nick Maria is in use by somebody else; choose another in the settings.")
+        << "the log-on stands still";
     says("ERROR :Closing Link: (Registration timed out)");
     maria.server.closes();
     passes();
@@ -87,6 +96,10 @@ TEST_F(TroubleTest, OnLineItTellsForAWhileOrUntilItIsOver) {
     says(":srv 438 Maria Maria[DND] :Nick change too fast");
     EXPECT_EQ(line(), "The server says: too fast; trying again in half a minute.");
     says(":Maria!u@h NICK :Maria[DND]");
+    EXPECT_EQ(line(), "");
+    says(":srv 464 Maria :Password incorrect");
+    EXPECT_EQ(line(), "The server asks for another password.");
+    passes(4min);
     EXPECT_EQ(line(), "");
     says(":srv 263 Maria WHO :Server load is temporarily too heavy");
     EXPECT_EQ(line(), "The server says: too fast for WHO.");

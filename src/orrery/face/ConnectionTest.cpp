@@ -171,7 +171,7 @@ void ConnectionTest::failed(QAbstractSocket::SocketError error) {
         case QAbstractSocket::SslHandshakeFailedError:
         case QAbstractSocket::SslInternalError:
         case QAbstractSocket::SslInvalidUserDataError:
-            return finish(false, QStringLiteral("The server does not speak TLS on this port."));
+            return finish(false, handshakeWords());
         case QAbstractSocket::RemoteHostClosedError:
             received();
             return finish(false, closedWords());
@@ -181,11 +181,22 @@ void ConnectionTest::failed(QAbstractSocket::SocketError error) {
     }
 }
 
+// What is no TLS at all looks like TLS of a version that nobody knows.
+QString ConnectionTest::handshakeWords() const {
+    const QString reason = shown(socket_.errorString().toUtf8());
+    for (const char* other : {"wrong version number", "packet length too long"}) {
+        if (reason.contains(QLatin1String(other)))
+            return QStringLiteral("The server does not speak TLS on this port.");
+    }
+    return QStringLiteral("TLS could not be agreed on: %1").arg(reason);
+}
+
 QString ConnectionTest::certificateWords() const {
     bool expired = false;
     bool early = false;
     bool otherName = false;
     bool untrusted = false;
+    QStringList others;
     for (const QSslError& doubt : doubts_) {
         switch (doubt.error()) {
             case QSslError::CertificateExpired:
@@ -197,8 +208,16 @@ QString ConnectionTest::certificateWords() const {
             case QSslError::HostNameMismatch:
                 otherName = true;
                 break;
-            default:
+            case QSslError::SelfSignedCertificate:
+            case QSslError::SelfSignedCertificateInChain:
+            case QSslError::UnableToGetIssuerCertificate:
+            case QSslError::UnableToGetLocalIssuerCertificate:
+            case QSslError::UnableToVerifyFirstCertificate:
+            case QSslError::CertificateUntrusted:
                 untrusted = true;
+                break;
+            default:
+                others << shown(doubt.errorString().toUtf8());
                 break;
         }
     }
@@ -207,6 +226,8 @@ QString ConnectionTest::certificateWords() const {
     if (early) faults << QStringLiteral("it is not valid yet");
     if (otherName) faults << QStringLiteral("it was made for another name than %1").arg(host_);
     if (untrusted) faults << QStringLiteral("nobody whom this computer trusts has signed it");
+    others.removeDuplicates();
+    faults << others;
     return QStringLiteral("The server's certificate cannot be trusted: %1.")
         .arg(faults.join(QStringLiteral(", and ")));
 }

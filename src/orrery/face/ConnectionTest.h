@@ -38,6 +38,7 @@ class ConnectionTest {
 
     QString certificateWords() const;
     QString closedWords() const;
+    QString handshakeWords() const;
 
     NetworkProfile profile_;
     QString host_;

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QStringList>
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -44,7 +45,7 @@ bool isOfOneWindow(const HostValue& notice, const HostValue& other) {
     const HostArray* const a = notice.asArray();
     const HostArray* const b = other.asArray();
     return a != nullptr && b != nullptr && a->size() > 3 && b->size() > 3 && (*a)[2] == (*b)[2] &&
-           (*a)[3] == (*b)[3];
+           (*a)[3] == (*b)[3] && (!(*a)[3].isNull() || (*a)[0] == (*b)[0]);
 }
 
 Notices::Clock monotonicClock() {
@@ -77,6 +78,7 @@ bool Face::Begin(const HostSide& host) {
     desktop_.SetGuard(host.ThePlatform.Guarded);
     application_.setGuard(&host.ThePlatform.Guarded);
     hearing_ = host.Database.MessageBroadcasted.connect([this](const HostMessage& m) { heard(m); });
+    warn(host.Notice);
     if (!welcome()) return false;
     tray_ = std::make_unique<Tray>(Tray::Orders{[this] { OpenMainWindow(); }, [this] { ShowSettings(); },
                                                 [this] { ShowAbout(); }, [this] { Quit(); }});
@@ -84,6 +86,15 @@ bool Face::Begin(const HostSide& host) {
         if (opener_) opener_(window);
     });
     return true;
+}
+
+// The user has started the program to see it; but the log-on comes first, and laying out a window takes
+// longer than to connect.
+void Face::Started() {
+    constexpr int afterLogOn = 20;  // milliseconds
+    QTimer::singleShot(afterLogOn, &context_, [this] {
+        if (tray_ != nullptr) OpenMainWindow();
+    });
 }
 
 void Face::Close() {
@@ -105,6 +116,14 @@ void Face::End() {
     application_.setGuard(nullptr);
     desktop_.SetGuard(early_);
     host_.reset();
+}
+
+void Face::warn(const std::string& notice) {
+    if (notice.empty()) return;
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Talvora"), toQString(notice));
+    box.setTextFormat(Qt::PlainText);
+    welcome_ = &box;
+    box.exec();
 }
 
 bool Face::welcome() {
@@ -244,6 +263,11 @@ void Face::ShowSettings() {
         if (settings_->isVisible()) bringForward(*settings_);
         return;
     }
+    if (openingSettings_) return;
+    struct Opening {
+        bool& flag;
+        ~Opening() { flag = false; }
+    } const opening{openingSettings_ = true};
     settings_ = std::make_unique<SettingsWindow>(
         pages(), SettingsWindow::Orders{[this] { say(SettingsSaved); }, [this] { settingsClosed(); }});
     bringForward(*settings_);

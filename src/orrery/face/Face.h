@@ -34,8 +34,7 @@ class Face final : public OrreryFace, public HostFace {
     Desktop& Screen() override { return desktop_; }
     HostFace& Services() override { return *this; }
     bool Begin(const HostSide& host) override;
-    // The user has started the program to see it.
-    void Started() override { OpenMainWindow(); }
+    void Started() override;
     void Close() override;
     void End() override;
 
@@ -44,7 +43,7 @@ class Face final : public OrreryFace, public HostFace {
     void AddSettingsPage(const std::string& className, PageMaker maker) override;
     void AddIcon(const std::string& name, const QIcon& icon) override;
     void SetNoticeOpener(NoticeOpener opener) override;
-    bool HasTray() const override { return tray_ != nullptr && Tray::Available(); }
+    bool HasTray() const override { return Tray::Available(); }
     void TellOfMinimizing() override;
     bool UserActs() const override { return application_.UserActs(); }
     void ShowOnLine(bool onLine) override;
@@ -61,6 +60,7 @@ class Face final : public OrreryFace, public HostFace {
     void showNotices();
     void say(std::int32_t number, HostValue data = {});
     std::vector<HostMessage> answersTo(std::int32_t question, std::int32_t answer);
+    void warn(const std::string& notice);
     bool welcome();
     static QMessageBox* quietBox(const QString& title, const QString& text);
     void raiseWindow();
@@ -80,7 +80,8 @@ class Face final : public OrreryFace, public HostFace {
     std::unique_ptr<Notices> notices_;
     std::deque<HostValue> unshown_;  // notices of this turn of the loop
     std::unique_ptr<SettingsWindow> settings_;
-    QPointer<QWidget> welcome_;
+    bool openingSettings_ = false;  // whoever makes a page may ask something first
+    QPointer<QWidget> welcome_;     // or another box before the start
     QPointer<QMessageBox> about_;
     QPointer<QMessageBox> minimized_;
     QPointer<QWidget> main_;  // the first window that was registered

@@ -7,7 +7,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <array>
+#include <filesystem>
 #include <utility>
+#include <vector>
 
 #include "desktop/Theme.h"
 #include "host/profile/ProfileWriter.h"
@@ -33,6 +35,7 @@ QLabel* plainLabel(const QString& text) {
 
 NetworkPage::NetworkPage(NetworkProfile& profile, std::string file)
     : profile_(profile),
+      shown_(profile),
       file_(std::move(file)),
       widget_(std::make_unique<QWidget>()),
       server_(new QLineEdit(valueOf(profile, "ServerHost"))),
@@ -149,15 +152,18 @@ QString NetworkPage::Problem() const {
 void NetworkPage::Save() {
     QString problem;
     const NetworkProfile read = Read(problem);
-    const auto same = [&](const char* key) { return profileValue(read, key) == profileValue(profile_, key); };
-    bool changed = false;
+    std::vector<const char*> changed;
     for (const char* key :
          {"ServerHost", "ServerPort", "TLS", "CAFile", "Encoding", "Dialect", "SysChannel", "SysChanKey"}) {
-        changed = changed || !same(key);
+        if (profileValue(read, key) != profileValue(shown_, key)) changed.push_back(key);
     }
-    if (!changed) return;
-    saveProfile(file_, read);
-    profile_ = read;
+    if (changed.empty()) return;
+    // Somebody may have edited the file since.
+    NetworkProfile saved = std::filesystem::exists(file_) ? readProfile(file_, true) : profile_;
+    for (const char* key : changed) setProfileValue(saved, key, profileValue(read, key));
+    saveProfile(file_, saved);
+    profile_ = saved;
+    shown_ = read;
 }
 
 void NetworkPage::edited() {

@@ -41,6 +41,7 @@ class NetworkPage final : public SettingsPage {
     void tested(const QString& words);
 
     NetworkProfile& profile_;
+    NetworkProfile shown_;  // as the page was filled, or saved last
     std::string file_;
     std::unique_ptr<QWidget> widget_;
     QLineEdit* server_;

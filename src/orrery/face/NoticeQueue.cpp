@@ -38,8 +38,11 @@ HostValue windowOf(const HostArray& data) {
     return window.asInteger() != nullptr ? window : HostValue();
 }
 
-std::string conversationOf(std::int32_t kind, const HostValue& window) {
-    return std::to_string(kind) + ' ' + (window.isNull() ? std::string() : window.text());
+// Notices without a window belong together if they have one title.
+std::string conversationOf(std::int32_t kind, const HostValue& window, const std::string& title) {
+    const std::string name = window.isNull() ? title : window.text();
+    const char sort = window.isNull() ? '-' : window.asInteger() != nullptr ? '#' : '=';
+    return std::to_string(kind) + sort + name;
 }
 
 QString nameOnly(NoticeKind kind, const QString& name, const QString& title) {
@@ -60,12 +63,13 @@ std::optional<PopUp> popUpOf(const HostValue& value, NoticePrivacy privacy) {
 
     PopUp popUp;
     popUp.Window = windowOf(*data);
-    popUp.Conversation = conversationOf(kindNumber, popUp.Window);
+    const std::string rawTitle = textAt(*data, 0, LongestName);
+    popUp.Conversation = conversationOf(kindNumber, popUp.Window, rawTitle);
     if (privacy == NoticePrivacy::Neither) {
         popUp.Summary = QStringLiteral("New message");
         return popUp;
     }
-    const QString title = shown(textAt(*data, 0, LongestName));
+    const QString title = shown(rawTitle);
     const std::string window = textAt(*data, 3, LongestName);
     const QString name = chat && !window.empty() ? shown(window) : title;
     if (privacy == NoticePrivacy::NameOnly) {

@@ -20,6 +20,14 @@ QDBusMessage message(const char* method) {
     return QDBusMessage::createMethodCall(Service, Path, Service, QString::fromLatin1(method));
 }
 
+// Anything else is about the one notice.
+bool saysNobodyIsThere(const QDBusError& error) {
+    const QDBusError::ErrorType type = error.type();
+    return type == QDBusError::ServiceUnknown || type == QDBusError::NoReply ||
+           type == QDBusError::Disconnected ||
+           error.name() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+}
+
 }  // namespace
 
 Notices::Notices(const QDBusConnection& bus, Clock clock, std::function<void(const HostValue&)> clicked)
@@ -94,8 +102,8 @@ void Notices::notify(const PopUp& popUp) {
 void Notices::notified(const QDBusPendingCall& answer) {
     const QDBusPendingReply<uint> number = answer;
     const std::optional<PopUp> sent = std::exchange(sent_, std::nullopt);
-    if (number.isError()) return serverMissing();
-    queue_.Shown(*sent, number.value());
+    if (number.isError() && saysNobodyIsThere(number.error())) return serverMissing();
+    if (number.isValid()) queue_.Shown(*sent, number.value());
     Work();
 }
 

@@ -9,10 +9,12 @@
 
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "host/common/Identity.h"
 #include "host/common/Settings.h"
 #include "host/profile/ProfileWriter.h"
 #include "orrery/ProfileFile.h"
 #include "platform/RuntimeError.h"
+#include "platform/Text.h"
 
 namespace talvora {
 
@@ -27,25 +29,9 @@ bool isStored(const SettingsStore& store, std::string_view key) {
     return store.GetSetting(ProductName, Section::Settings, key, nothing) != nothing;
 }
 
-QString wrongNick(const QString& nick) {
-    if (nick.isEmpty()) return QStringLiteral("Please choose a nick.");
-    const QChar first = nick.front();
-    if (first.isDigit() || first == u'-') return QStringLiteral("A nick begins with a letter.");
-    for (const QChar letter : nick) {
-        if (letter.isSpace() || !letter.isPrint() || QStringLiteral("[]!@#&:,*?.").contains(letter)) {
-            return QStringLiteral("A nick is one word of letters and digits.");
-        }
-    }
-    return {};
-}
-
-QString wrongPath(const QString& path) {
-    if (path.isEmpty())
-        return QStringLiteral("Please say where you are, for example Work.Thessaloniki.Pylea.");
-    if (path.split(u'.').contains(QString())) {
-        return QStringLiteral("The location path has names between its dots, as in Work.Thessaloniki.Pylea.");
-    }
-    return {};
+// As it is saved: one line, in the code page.
+std::string entered(const QLineEdit& field) {
+    return OneLine(fromQString(field.text().trimmed()));
 }
 
 }  // namespace
@@ -105,8 +91,9 @@ void Welcome::build() {
 }
 
 QString Welcome::problem(NetworkProfile& profile) const {
-    if (const QString wrong = wrongNick(nick_->text().trimmed()); !wrong.isEmpty()) return wrong;
-    if (const QString wrong = wrongPath(path_->text().trimmed()); !wrong.isEmpty()) return wrong;
+    for (const std::string& wrong : {NickProblem(entered(*nick_)), PathProblem(entered(*path_))}) {
+        if (!wrong.empty()) return toQString(wrong);
+    }
     const auto set = [&](const char* key, const QLineEdit& field) -> QString {
         const auto complaint = setProfileValue(profile, key, field.text().trimmed().toStdString());
         return complaint ? QString::fromStdString(*complaint) : QString();
@@ -140,8 +127,8 @@ void Welcome::save(const NetworkProfile& profile) {
         profile_ = profile;
     }
     ComponentSettings settings(store_);
-    settings.Save(Section::Settings, "RealName", fromQString(path_->text().trimmed()));
-    settings.Save(Section::Settings, "Nickname", fromQString(nick_->text().trimmed()));
+    settings.Save(Section::Settings, "RealName", entered(*path_));
+    settings.Save(Section::Settings, "Nickname", entered(*nick_));
 }
 
 }  // namespace talvora

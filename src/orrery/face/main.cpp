@@ -1,12 +1,15 @@
 // orrery-desktop: the host program with a face. `orrery` becomes it where there is a screen.
 
+#include <QMessageBox>
 #include <array>
 #include <cstdio>
 
+#include "desktop/QtText.h"
 #include "orrery/Orrery.h"
 #include "orrery/Program.h"
 #include "orrery/face/Face.h"
 #include "orrery/face/FirstHost.h"
+#include "platform/RuntimeError.h"
 
 namespace talvora {
 namespace {
@@ -18,13 +21,35 @@ int runHost(const CommandLine& line, GuardedApplication& application, StopSignal
     return ExitStatus::Ended;
 }
 
-int showFirst(const CommandLine& line, const AlreadyRunning& reason) {
-    if (!showFirstHost(Folders::Choose(line).Gate)) {
-        return complain(std::string(reason.what()) + " It does not answer.", ExitStatus::CannotStart);
+int runOrShowFirst(const CommandLine& line, GuardedApplication& application, StopSignals& signals) {
+    try {
+        return runHost(line, application, signals);
+    } catch (const AlreadyRunning& first) {
+        if (first.Headless) {
+            return complain("Orrery is already running without windows.", ExitStatus::CannotStart);
+        }
     }
-    std::puts("Orrery is already running; its window is shown.");
-    std::fflush(stdout);
-    return ExitStatus::Ended;
+    if (showFirstHost(Folders::Choose(line).Gate)) {
+        std::puts("Orrery is already running; its window is shown.");
+        std::fflush(stdout);
+        return ExitStatus::Ended;
+    }
+    // The first one may have ended just now.
+    try {
+        return runHost(line, application, signals);
+    } catch (const AlreadyRunning& first) {
+        return complain(std::string(first.what()) + " It does not answer.", ExitStatus::CannotStart);
+    }
+}
+
+// Who starts the program from a menu reads no terminal.
+void showFailure(const std::exception& error, StopSignals& signals) {
+    const auto* const fault = dynamic_cast<const RuntimeError*>(&error);
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Talvora cannot start"),
+                    fault != nullptr ? toQString(fault->Description) : QString::fromUtf8(error.what()));
+    box.setTextFormat(Qt::PlainText);
+    signals.listen([] { QCoreApplication::exit(); });
+    box.exec();
 }
 
 int host(const CommandLine& line, char** argv) {
@@ -38,9 +63,10 @@ int host(const CommandLine& line, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("talvora"));
     settleLocale();
     try {
-        return runHost(line, application, signals);
-    } catch (const AlreadyRunning& reason) {
-        return showFirst(line, reason);
+        return runOrShowFirst(line, application, signals);
+    } catch (const std::exception& error) {
+        showFailure(error, signals);
+        throw;
     }
 }
 
