@@ -1,6 +1,7 @@
 #include "e2e/support/Screen.h"
 
 #include <filesystem>
+#include <sstream>
 
 namespace talvora::e2e {
 
@@ -10,6 +11,19 @@ constexpr const char* xvfb = "/usr/bin/Xvfb";
 constexpr const char* openbox = "/usr/bin/openbox";
 constexpr const char* xdotool = "/usr/bin/xdotool";
 constexpr int lookPeriod = 50;  // milliseconds; a screen has no sign for what comes onto it
+
+// The server writes it in a line of its own, perhaps after complaints.
+std::string displayNumber(Process& server) {
+    const Deadline deadline(Patience);
+    while (!deadline.passed()) {
+        std::istringstream lines(server.output());
+        for (std::string line; std::getline(lines, line) && !lines.eof();) {
+            if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) return line;
+        }
+        server.idle(lookPeriod);
+    }
+    throw Missing("no display. The server wrote:\n" + server.output());
+}
 
 }  // namespace
 
@@ -24,13 +38,7 @@ Screen::Screen() {
     Program server;
     server.arguments = {xvfb, "-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten", "tcp"};
     server_ = std::make_unique<Process>(server);
-    server_->expectOutput("\n");
-    const std::string& said = server_->output();
-    const std::size_t digit = said.find_last_of("0123456789");
-    const std::size_t before = said.find_last_not_of("0123456789", digit);
-    display_ =
-        ":" + said.substr(before == std::string::npos ? 0 : before + 1,
-                          digit - (before == std::string::npos ? static_cast<std::size_t>(-1) : before));
+    display_ = ":" + displayNumber(*server_);
     Program manager;
     manager.arguments = {openbox, "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"};
     manager.environment = environment();
