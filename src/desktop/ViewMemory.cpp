@@ -1,6 +1,7 @@
 #include "desktop/ViewMemory.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "platform/RuntimeError.h"
@@ -52,7 +53,7 @@ double ViewMemory::zoom(const std::string& kind) const {
 }
 
 void ViewMemory::keepZoom(const std::string& kind, double zoom) {
-    keep("Zoom_" + kind, std::to_string(static_cast<int>(zoom * 100 + 0.5)));
+    keep("Zoom_" + kind, std::to_string(std::lround(zoom * 100)));
 }
 
 void ViewMemory::timerEvent(QTimerEvent*) {
