@@ -22,7 +22,8 @@ namespace talvora {
 namespace {
 
 constexpr QSize standardSize{320, 600};
-constexpr int nameColumn = 175;  // pixels
+constexpr int windowColumn = 175;  // pixels
+constexpr int channelColumn = 130;
 constexpr int windowsHeight = 190;
 constexpr int usersColumn = 50;
 
@@ -180,7 +181,7 @@ QWidget* Form1View::makeWindows() {
         return icon == WindowPicture::PrivateNews || icon == WindowPicture::ChannelNews;
     };
     auto* list = new ListTree(form_.Windows->ListView1, std::move(look), tr("Open windows"), part);
-    list->header()->resizeSection(0, nameColumn);
+    list->header()->resizeSection(0, windowColumn);
     list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
     rows->addWidget(list, 1);
     auto* hide = new QCheckBox(part);
@@ -210,8 +211,10 @@ QWidget* Form1View::makeChannels() {
     look.Icon = picturesOf(Pictures::Channels);
     look.Checkable = true;
     auto* list = new ListTree(form_.Channels.ListView2, std::move(look), tr("Channels"), part);
-    list->header()->resizeSection(0, nameColumn);
+    list->header()->resizeSection(0, channelColumn);
     list->header()->resizeSection(1, usersColumn);
+    // The stretched last column asks for its own width too before it is cut.
+    list->header()->resizeSection(2, usersColumn);
     list->setEmptyText(tr("No channels yet."));
     rows->addWidget(list, 1);
     return part;

@@ -10,16 +10,13 @@
 
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "desktop/views/Pictures.h"
 
 namespace talvora {
 
 namespace {
 
 enum Column { Tag, Description, Columns };
-
-QIcon pictureOf(int number) {
-    return theme::icon(QStringLiteral("state-%1").arg(number));
-}
 
 }  // namespace
 
@@ -59,7 +56,7 @@ QTableWidget* StateTableView::makeTable() {
 QComboBox* StateTableView::makePictures() {
     auto* box = new QComboBox(this);
     for (int number = 1; number <= StateRows::Icons; ++number) {
-        box->addItem(pictureOf(number), tr("Picture %1").arg(number));
+        box->addItem(pictureOf(Pictures::States, number), tr("Picture %1").arg(number));
     }
     box->setAccessibleName(tr("Picture of the state"));
     return box;
@@ -103,7 +100,7 @@ void StateTableView::fillRow(int index) {
     };
     put(Tag, row.Tag);
     put(Description, row.Description);
-    table_->item(index, Tag)->setIcon(pictureOf(row.Icon));
+    table_->item(index, Tag)->setIcon(pictureOf(Pictures::States, row.Icon));
 }
 
 void StateTableView::showCurrent() {

@@ -84,7 +84,8 @@ class Face final : public OrreryFace, public HostFace {
     QPointer<QWidget> welcome_;     // or another box before the start
     QPointer<QMessageBox> about_;
     QPointer<QMessageBox> minimized_;
-    QPointer<QWidget> main_;  // the first window that was registered
+    QPointer<QWidget> main_;  // the first window that was registered, and its form
+    const Form* mainForm_ = nullptr;
     std::map<std::string, PageMaker> makers_;
     std::map<std::string, QIcon> icons_;
     NoticeOpener opener_;
