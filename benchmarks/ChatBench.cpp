@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "chat/IRCWin.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "EngineAccess.h"
 #include "irc/wire/WireAdapter.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora {
 

@@ -10,9 +10,10 @@
 #include <vector>
 
 #include "EngineAccess.h"
+#include "common/HostMessageNumbers.h"
 #include "host/Connect.h"
-#include "host/profile/NetworkProfile.h"
-#include "support/VirtualPlatform.h"
+#include "profile/NetworkProfile.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora {
 namespace {
@@ -42,7 +43,7 @@ class Session {
         network_.server("127.0.0.1", 6667).deaf = true;
         component_.Init(host_, 1);
         HostMessage start;
-        start.MsgID = 1;
+        start.MsgID = HostMsg::Start;
         start.ToID = 1;
         host_.Broadcast(start);
         time_.run(std::chrono::seconds(3));

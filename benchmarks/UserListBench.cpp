@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "chat/UserList.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora {
 namespace {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "common/HostMessageNumbers.h"
 #include "e2e/support/Waiting.h"
 
 namespace talvora::bench {
@@ -9,7 +10,6 @@ namespace talvora::bench {
 namespace {
 
 constexpr std::int32_t pluginID = 1;
-constexpr std::int32_t channelText = 1005;
 
 NetworkProfile profileFor(int port) {
     NetworkProfile profile;
@@ -34,14 +34,14 @@ ChatClient::ChatClient(int port)
     settings.Save(Section::Settings, "Nickname", "Nikos");
     settings.Save(Section::Settings, "ChanList", "#talk|");
     hearing_ = database_.MessageBroadcasted.connect([this](const HostMessage& message) {
-        if (message.MsgID == channelText) ++broadcasts_;
+        if (message.MsgID == HostMsg::ChannelText) ++broadcasts_;
     });
     component_.Init(database_, pluginID);
 }
 
 void ChatClient::start() {
     HostMessage message;
-    message.MsgID = 1;
+    message.MsgID = HostMsg::Start;
     message.FromID = HostAddress::Host;
     message.ToID = pluginID;
     database_.Broadcast(message);

@@ -7,12 +7,12 @@
 
 #include "e2e/support/TempFolder.h"
 #include "host/Connect.h"
-#include "host/profile/NetworkProfile.h"
 #include "orrery/HostDatabase.h"
 #include "platform/Files.h"
 #include "platform_qt/PosixDisk.h"
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/SqliteSettings.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora::bench {
 

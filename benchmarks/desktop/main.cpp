@@ -13,7 +13,7 @@
 
 #include "chat/IRCWin.h"
 #include "desktop/RichTextView.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 
 #include "chat/ChatSurroundings.h"
 #include "chat/IRCWin.h"
+#include "common/Trap.h"
 #include "extensions/PluginSlots.h"
-#include "host/common/Trap.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 #include "platform/Timer.h"

@@ -14,7 +14,7 @@
 
 #include "chat/Alive.h"
 #include "chat/modEmotions.h"
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Platform.h"
 #include "platform/rich/RichTextBox.h"
 

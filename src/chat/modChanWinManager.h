@@ -7,7 +7,7 @@
 #include "chat/ChatSurroundings.h"
 #include "chat/WindowTable.h"
 #include "chat/frmChanChat.h"
-#include "host/common/SingleBox.h"
+#include "common/SingleBox.h"
 
 namespace talvora {
 

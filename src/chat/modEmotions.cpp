@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 

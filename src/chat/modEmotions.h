@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/common/GlobError.h"
+#include "common/GlobError.h"
 
 namespace talvora {
 

@@ -8,7 +8,7 @@
 #include <unordered_set>
 
 #include "chat/StateTable.h"
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 
 namespace talvora {
 

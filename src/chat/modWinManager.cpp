@@ -1,6 +1,6 @@
 #include "chat/modWinManager.h"
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Text.h"
 
 namespace talvora {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 class QWidget;
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Text.h"
 
 namespace talvora {

@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
+#include "common/GlobError.h"
 #include "extensions/ChatPlugin.h"
 #include "extensions/PluginFactories.h"
-#include "host/common/GlobError.h"
 #include "platform/Controls.h"
 #include "platform/Loop.h"
 

@@ -1,6 +1,6 @@
 #include "extensions/PluginFactories.h"
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/CodePage1253.h"
 
 namespace talvora {

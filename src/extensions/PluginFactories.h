@@ -7,8 +7,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "common/GlobError.h"
 #include "extensions/ChatPlugin.h"
-#include "host/common/GlobError.h"
 #include "platform/PluginLibraries.h"
 #include "platform/Text.h"
 

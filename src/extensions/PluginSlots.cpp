@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Text.h"
 
 namespace talvora {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "host/common/GlobError.h"
+#include "common/GlobError.h"
 #include "platform/Files.h"
 
 namespace talvora {

@@ -17,8 +17,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/HostMessages.h"
 #include "gate/FileLock.h"
-#include "host/common/HostMessages.h"
 
 namespace talvora {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 namespace talvora {
 

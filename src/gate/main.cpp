@@ -9,10 +9,10 @@
 #include <system_error>
 #include <vector>
 
+#include "common/Version.h"
 #include "gate/GateClient.h"
 #include "gate/GateJson.h"
 #include "gate/Places.h"
-#include "host/common/Version.h"
 #include "platform/CodePage1253.h"
 
 namespace talvora {

@@ -4,7 +4,8 @@
 #include <tuple>
 #include <utility>
 
-#include "host/common/Trap.h"
+#include "common/HostMessageNumbers.h"
+#include "common/Trap.h"
 #include "irc/wire/AdaptedSocket.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
@@ -58,38 +59,38 @@ void Connect::dMsgDB_MessageBroadcasted(const HostMessage& message) {
 void Connect::handle(const HostMessage& message) {
     const HostValue& data = message.Data;
     switch (message.MsgID) {
-        case 1:
-            gate_.Broadcast(2, HostArray{"Talvora IRC", 1}, HostAddress::Host);
+        case HostMsg::Start:
+            gate_.Broadcast(HostMsg::Started, HostArray{"Talvora IRC", 1}, HostAddress::Host);
             startUp();
             break;
-        case 3:
+        case HostMsg::ShowWindow:
             if (gStarted && MainWindow() != nullptr && data == HostValue(1)) MainWindow()->Show();
             break;
-        case 4:
-            gate_.Broadcast(5, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
+        case HostMsg::GatherPages:
+            gate_.Broadcast(HostMsg::SettingsPage, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
                             HostAddress::SettingsManager);
             break;
-        case 7:
+        case HostMsg::ApplySettings:
             LoadSettings();
             break;
-        case 8:
+        case HostMsg::Terminate:
             Class_Terminate();
             break;
-        case 18:
-            gate_.Broadcast(19,
+        case HostMsg::GatherAbout:
+            gate_.Broadcast(HostMsg::About,
                             HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
                             HostAddress::Host);
             break;
-        case 1002:
+        case HostMsg::SaySystemVerb:
             sendSpecial(account_.gSysChannel, data);
             break;
-        case 1003:
+        case HostMsg::SayVerb:
             sendSpecial(data.at(2).text(), data);
             break;
-        case 1006:
+        case HostMsg::SayPrivate:
             sendPlain(data);
             break;
-        case 1014:
+        case HostMsg::SayRaw:
             if (auto* window = MainWindow()) window->IRCServ1.SendIRC(data.text());
             break;
         default:

@@ -4,13 +4,13 @@
 
 #include <memory>
 
+#include "common/ComponentSettings.h"
+#include "common/GlobError.h"
+#include "common/HostGate.h"
+#include "common/HostPlugin.h"
 #include "host/ChatDesk.h"
-#include "host/common/GlobError.h"
-#include "host/common/HostGate.h"
-#include "host/common/HostPlugin.h"
-#include "host/common/Settings.h"
-#include "host/profile/NetworkProfile.h"
 #include "platform/Random.h"
+#include "profile/NetworkProfile.h"
 #include "session/Account.h"
 #include "session/Form1.h"
 #include "session/Handovers.h"

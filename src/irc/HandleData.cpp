@@ -3,47 +3,49 @@
 #include <algorithm>
 #include <iterator>
 
+#include "common/Numerics.h"
 #include "irc/IRCServ.h"
 #include "platform/Text.h"
 
 namespace talvora {
 
 constexpr IRCServ::NumericRow IRCServ::numerics[] = {
-    {1, &IRCServ::onWelcome},           // logged in
-    {5, &IRCServ::onBounce},            //
-    {265, &IRCServ::onLocalUsers},      //
-    {266, &IRCServ::onGlobalUsers},     //
-    {301, &IRCServ::onAway},            // somebody is away
-    {305, &IRCServ::onBack},            // this user is no longer away
-    {306, &IRCServ::onMarkedAway},      //
-    {311, &IRCServ::onWhoisUser},       // a WHOIS reply begins
-    {312, &IRCServ::onWhoisServer},     //
-    {313, &IRCServ::onWhoisOperator},   //
-    {315, &IRCServ::onEndOfWho},        //
-    {317, &IRCServ::onWhoisIdle},       //
-    {318, &IRCServ::onEndOfWhois},      //
-    {319, &IRCServ::onWhoisChannels},   //
-    {322, &IRCServ::onListLine},        // a channel of the server's list
-    {323, &IRCServ::onEndOfList},       //
-    {352, &IRCServ::onWhoLine},         // a user of a WHO reply
-    {353, &IRCServ::onNames},           // a piece of a names list
-    {366, &IRCServ::onEndOfNames},      // the list is whole
-    {372, &IRCServ::onMotdLine},        //
-    {375, &IRCServ::onMotdStart},       //
-    {376, &IRCServ::onEndOfMotd},       //
-    {401, &IRCServ::onNoSuchNick},      //
-    {404, &IRCServ::onNotInChannel},    //
-    {421, &IRCServ::onUnknownCommand},  // stands for an empty message of the day, on purpose
-    {431, &IRCServ::onNickError},       //
-    {432, &IRCServ::onNickError},       //
-    {433, &IRCServ::onNickInUse},       //
-    {436, &IRCServ::onNickInUse},       //
-    {438, &IRCServ::onNickTooFast},     //
-    {442, &IRCServ::onNotInChannel},    //
-    {473, &IRCServ::onInviteOnly},      //
-    {474, &IRCServ::onBanned},          //
-    {475, &IRCServ::onKeyRequired},     //
-    {927, &IRCServ::onAlreadyJoined},   //
+    {Numeric::Welcome, &IRCServ::onWelcome},                   // logged in
+    {Numeric::Bounce, &IRCServ::onBounce},                     //
+    {Numeric::LocalUsers, &IRCServ::onLocalUsers},             //
+    {Numeric::GlobalUsers, &IRCServ::onGlobalUsers},           //
+    {Numeric::Away, &IRCServ::onAway},                         // somebody is away
+    {Numeric::NoLongerAway, &IRCServ::onBack},                 // this user is no longer away
+    {Numeric::NowAway, &IRCServ::onMarkedAway},                //
+    {Numeric::WhoisUser, &IRCServ::onWhoisUser},               // a WHOIS reply begins
+    {Numeric::WhoisServer, &IRCServ::onWhoisServer},           //
+    {Numeric::WhoisOperator, &IRCServ::onWhoisOperator},       //
+    {Numeric::EndOfWho, &IRCServ::onEndOfWho},                 //
+    {Numeric::WhoisIdle, &IRCServ::onWhoisIdle},               //
+    {Numeric::EndOfWhois, &IRCServ::onEndOfWhois},             //
+    {Numeric::WhoisChannels, &IRCServ::onWhoisChannels},       //
+    {Numeric::List, &IRCServ::onListLine},                     // a channel of the server's list
+    {Numeric::EndOfList, &IRCServ::onEndOfList},               //
+    {Numeric::Who, &IRCServ::onWhoLine},                       // a user of a WHO reply
+    {Numeric::Names, &IRCServ::onNames},                       // a piece of a names list
+    {Numeric::EndOfNames, &IRCServ::onEndOfNames},             // the list is whole
+    {Numeric::Motd, &IRCServ::onMotdLine},                     //
+    {Numeric::MotdStart, &IRCServ::onMotdStart},               //
+    {Numeric::EndOfMotd, &IRCServ::onEndOfMotd},               //
+    {Numeric::NoSuchNick, &IRCServ::onNoSuchNick},             //
+    {Numeric::CannotSendToChannel, &IRCServ::onNotInChannel},  //
+    {Numeric::UnknownCommand,
+     &IRCServ::onUnknownCommand},                       // stands for an empty message of the day, on purpose
+    {Numeric::NoNicknameGiven, &IRCServ::onNickError},  //
+    {Numeric::ErroneousNickname, &IRCServ::onNickError},  //
+    {Numeric::NicknameInUse, &IRCServ::onNickInUse},      //
+    {Numeric::NickCollision, &IRCServ::onNickInUse},      //
+    {Numeric::NickTooFast, &IRCServ::onNickTooFast},      //
+    {Numeric::NotOnChannel, &IRCServ::onNotInChannel},    //
+    {Numeric::InviteOnly, &IRCServ::onInviteOnly},        //
+    {Numeric::BannedFromChannel, &IRCServ::onBanned},     //
+    {Numeric::KeyRequired, &IRCServ::onKeyRequired},      //
+    {Numeric::AlreadyJoined, &IRCServ::onAlreadyJoined},  //
 };
 
 constexpr IRCServ::WordRow IRCServ::words[] = {

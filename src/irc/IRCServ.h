@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "irc/LineBuffer.h"
 #include "irc/ReplyText.h"
 #include "irc/ServerLine.h"

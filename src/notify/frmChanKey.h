@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "host/common/Settings.h"
-#include "host/common/Trap.h"
+#include "common/ComponentSettings.h"
+#include "common/Trap.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 

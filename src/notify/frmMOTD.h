@@ -4,8 +4,8 @@
 #include <string>
 
 #include "chat/IRCWin.h"
-#include "host/common/Settings.h"
-#include "host/common/Trap.h"
+#include "common/ComponentSettings.h"
+#include "common/Trap.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 #include "platform/Timer.h"

@@ -2,7 +2,7 @@
 // The host's message database: a broadcast reaches every listener before it returns, and listeners may
 // broadcast in turn. Owned by the host program; outlives the plug-ins.
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 namespace talvora {
 

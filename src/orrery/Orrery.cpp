@@ -9,8 +9,9 @@
 #include <iomanip>
 #include <thread>
 
-#include "host/common/Settings.h"
-#include "host/common/Version.h"
+#include "common/ComponentSettings.h"
+#include "common/HostMessageNumbers.h"
+#include "common/Version.h"
 #include "orrery/ProfileFile.h"
 #include "platform/CodePage1253.h"
 
@@ -19,8 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int32_t PluginLoaded = 2;
-constexpr std::int32_t Quit = 8;
 constexpr std::size_t LongestName = 80;
 
 // A host that is starting or ending says soon what it is, or is gone.
@@ -146,11 +145,11 @@ void Orrery::runComponent() {
 
 void Orrery::heard(const HostMessage& message) {
     if (message.ToID != HostAddress::Everybody && message.ToID != HostAddress::Host) return;
-    if (message.MsgID == PluginLoaded) {
+    if (message.MsgID == HostMsg::Started) {
         const HostArray* const data = message.Data.asArray();
         const std::string* const name = data == nullptr || data->empty() ? nullptr : data->front().asText();
         if (name != nullptr) tell(shown(*name) + " loaded");
-    } else if (message.MsgID == Quit) {
+    } else if (message.MsgID == HostMsg::Terminate) {
         goodbyeSaid_ = goodbyeSaid_ || message.ToID == HostAddress::Everybody;
         stop();
     }
@@ -171,7 +170,7 @@ void Orrery::stop() {
 void Orrery::sayGoodbye() {
     if (goodbyeSaid_) return;
     HostMessage message;
-    message.MsgID = Quit;
+    message.MsgID = HostMsg::Terminate;
     message.FromID = HostAddress::Host;
     message.Tag = "Orrery";
     database_.Broadcast(message);

@@ -8,7 +8,6 @@
 
 #include "gate/FileLock.h"
 #include "gate/Gate.h"
-#include "host/profile/NetworkProfile.h"
 #include "orrery/CommandLine.h"
 #include "orrery/Folders.h"
 #include "orrery/HostDatabase.h"
@@ -20,6 +19,7 @@
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/SqliteSettings.h"
 #include "platform_qt/StopSignals.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

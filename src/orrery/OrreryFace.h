@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "host/common/HostMessages.h"
-#include "host/profile/NetworkProfile.h"
+#include "common/HostMessages.h"
 #include "orrery/Folders.h"
 #include "platform/Platform.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include "common/HostMessageNumbers.h"
 #include "platform/Guard.h"
 
 namespace talvora {
@@ -67,7 +68,7 @@ std::int32_t PluginLoader::Load(const std::string& file, const HostServices& ser
 
 void PluginLoader::Start(std::int32_t id) {
     HostMessage message;
-    message.MsgID = 1;
+    message.MsgID = HostMsg::Start;
     message.FromID = HostAddress::Host;
     message.ToID = id;
     message.Tag = "Orrery";

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "host/common/HostPlugin.h"
+#include "common/HostPlugin.h"
 
 namespace talvora {
 

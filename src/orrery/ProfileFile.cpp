@@ -10,8 +10,8 @@
 #include <fstream>
 #include <system_error>
 
-#include "host/profile/ProfileWriter.h"
 #include "platform_qt/Descriptor.h"
+#include "profile/ProfileWriter.h"
 
 namespace talvora {
 namespace {

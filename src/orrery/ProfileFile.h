@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

@@ -9,11 +9,11 @@
 #include <cstring>
 #include <vector>
 
-#include "host/common/Version.h"
-#include "host/profile/NetworkProfile.h"
+#include "common/Version.h"
 #include "platform/CodePage1253.h"
 #include "platform/RuntimeError.h"
 #include "platform_qt/QtPlatform.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 namespace {

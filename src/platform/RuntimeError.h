@@ -1,7 +1,7 @@
 #pragma once
 // A run-time fault as the system knows it: a number, a description, a source and the last system error.
 // It is thrown by the platform and by checked accessors, and never crosses the edge of a procedure that has a
-// trap (host/common/Trap.h).
+// trap (common/Trap.h).
 
 #include <exception>
 #include <string>

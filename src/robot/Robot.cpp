@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/common/Version.h"
+#include "common/Version.h"
 #include "irc/ModeCodec.h"
 #include "irc/wire/AdaptedSocket.h"
 #include "platform/Text.h"

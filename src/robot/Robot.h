@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/common/GlobError.h"
+#include "common/GlobError.h"
 #include "irc/IRCServ.h"
 #include "platform/Random.h"
 #include "platform/Text.h"

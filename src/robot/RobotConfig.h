@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 #include "robot/RobotStore.h"
 
 namespace talvora {

@@ -4,7 +4,7 @@
 #include <QLoggingCategory>
 #include <filesystem>
 
-#include "host/common/Version.h"
+#include "common/Version.h"
 #include "platform/CodePage1253.h"
 
 namespace talvora {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "host/common/Version.h"
+#include "common/Version.h"
 #include "platform/CodePage1253.h"
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/StopSignals.h"

@@ -2,7 +2,7 @@
 
 #include <unordered_map>
 
-#include "host/common/FlatList.h"
+#include "common/FlatList.h"
 #include "platform/Text.h"
 
 namespace talvora {

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "chat/UserList.h"
-#include "host/common/Settings.h"
-#include "host/common/Trap.h"
+#include "common/ComponentSettings.h"
+#include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "platform/ListView.h"

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "chat/UserList.h"
-#include "host/common/HostGate.h"
-#include "host/common/Settings.h"
-#include "host/common/Trap.h"
+#include "common/ComponentSettings.h"
+#include "common/HostGate.h"
+#include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Form.h"
 #include "session/Account.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "chat/modNickDecode.h"
-#include "host/common/FlatList.h"
+#include "common/FlatList.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 

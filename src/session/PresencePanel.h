@@ -5,8 +5,8 @@
 #include <string>
 
 #include "chat/UserList.h"
-#include "host/common/Settings.h"
-#include "host/common/Trap.h"
+#include "common/ComponentSettings.h"
+#include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "session/Account.h"

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "platform/Timer.h"

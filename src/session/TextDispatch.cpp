@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "host/common/HostArrays.h"
-#include "host/common/Version.h"
+#include "common/HostArrays.h"
+#include "common/HostMessageNumbers.h"
+#include "common/Version.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -49,10 +50,10 @@ TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& en
     on_ += gIPSock.DataArrival.connect([this] { gIPSock_DataArrival(); });
     on_ += IRCServ1.ServerRespond.connect(
         [this](std::int32_t number, const StringArray& parameters, Text tailing) {
-            gate_.Broadcast(1012, ArrayOf(number, copyOf(parameters), tailing));
+            gate_.Broadcast(HostMsg::ServerNumeric, ArrayOf(number, copyOf(parameters), tailing));
         });
     on_ += IRCServ1.ServerStrRespond.connect([this](Text cmd, const StringArray& parameters, Text tailing) {
-        gate_.Broadcast(1013, ArrayOf(cmd, copyOf(parameters), tailing));
+        gate_.Broadcast(HostMsg::ServerWord, ArrayOf(cmd, copyOf(parameters), tailing));
     });
 }
 
@@ -101,7 +102,7 @@ void TextDispatch::IRCServ1_PMTextArrived(Text nick, Text text) {
             return;
         }
         step([&] { distributePrivate(nick, text, ""); });
-        step([&] { gate_.Broadcast(1007, ArrayOf(nick, text)); });
+        step([&] { gate_.Broadcast(HostMsg::PrivateText, ArrayOf(nick, text)); });
     });
 }
 
@@ -122,7 +123,7 @@ void TextDispatch::IRCServ1_PMSpecialTextArrived(Text nick, Text command, Text t
             return;
         }
         step([&] { distributePrivate(nick, text, command); });
-        step([&] { broadcastVerb(1004, command, nick, text); });
+        step([&] { broadcastVerb(HostMsg::Verb, command, nick, text); });
     });
 }
 
@@ -216,7 +217,7 @@ void TextDispatch::IRCServ1_TextArrived(Text nick, Text channel, Text text) {
     trapped(globError_, "IRCServ1_TextArrived", [&](Trap& step) {
         if (presence_.IsIgnored(nick) || isSystemChannel(channel)) return;
         step([&] { distributeChannel(channel, nick, text, ""); });
-        step([&] { gate_.Broadcast(1005, ArrayOf(channel, nick, text)); });
+        step([&] { gate_.Broadcast(HostMsg::ChannelText, ArrayOf(channel, nick, text)); });
     });
 }
 
@@ -224,7 +225,7 @@ void TextDispatch::IRCServ1_SpecialTextArrived(Text nick, Text channel, Text com
     trapped(globError_, "IRCServ1_SpecialTextArrived", [&](Trap& step) {
         if (presence_.IsIgnored(nick)) return;
         if (isSystemChannel(channel)) {
-            step([&] { broadcastVerb(1001, command, nick, text); });
+            step([&] { broadcastVerb(HostMsg::SystemVerb, command, nick, text); });
         } else {
             step([&] { distributeChannel(channel, nick, text, command); });
         }

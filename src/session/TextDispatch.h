@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "host/common/HostGate.h"
-#include "host/common/Trap.h"
+#include "common/HostGate.h"
+#include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Winsock.h"
 #include "session/Account.h"

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "common/Numerics.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -16,18 +17,6 @@ constexpr const char* AgainInTenSeconds = "trying again in ten seconds";
 constexpr const char* AgainInHalfAMinute = "trying again in half a minute";
 constexpr const char* AgainNow = "trying again now";
 constexpr const char* ChooseAnother = "choose another in the settings";
-
-namespace Numeric {
-constexpr int TryAgain = 263;
-constexpr int NoNick = 431;
-constexpr int NickRefused = 432;
-constexpr int NickInUse = 433;
-constexpr int NickCollides = 436;
-constexpr int NickTooFast = 438;
-constexpr int TargetTooFast = 439;
-constexpr int PasswordRefused = 464;
-constexpr int Banned = 465;
-}  // namespace Numeric
 
 // What others have written, fit for one line of a window.
 std::string quoted(std::string_view text) {
@@ -113,11 +102,11 @@ void TroublePanel::hearNumber(int number, const StringArray& words) {
         return quoted(words.size() > 1 && !words[1].empty() ? words[1] : otherwise);
     };
     switch (number) {
-        case Numeric::NoNick:
-        case Numeric::NickRefused:
+        case Numeric::NoNicknameGiven:
+        case Numeric::ErroneousNickname:
             return nickTrouble("The server does not take the nick " + word(IRCServ1.Nickname()));
-        case Numeric::NickInUse:
-        case Numeric::NickCollides:
+        case Numeric::NicknameInUse:
+        case Numeric::NickCollision:
             return nickTrouble("The nick " + word(IRCServ1.Nickname()) + " is in use by somebody else");
         case Numeric::NickTooFast:
             return tellForAWhile(About::Nick, TooFast, AgainInHalfAMinute);
@@ -127,9 +116,9 @@ void TroublePanel::hearNumber(int number, const StringArray& words) {
             // Before the log-on it is how some servers ask for patience.
             if (IRCServ1.LoggedIn) tellForAWhile(About::Pace, TooFast);
             return;
-        case Numeric::PasswordRefused:
+        case Numeric::PasswordMismatch:
             return logOnTrouble(About::LogOn, WrongPassword);
-        case Numeric::Banned:
+        case Numeric::BannedFromServer:
             return logOnTrouble(About::LogOn, "You were banned from this server");
         default:
             return;

@@ -1,7 +1,8 @@
 #include "session/UsersPanel.h"
 
 #include "chat/modNickDecode.h"
-#include "host/common/HostArrays.h"
+#include "common/HostArrays.h"
+#include "common/HostMessageNumbers.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -38,7 +39,7 @@ void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
         if (to_.Privates != nullptr) step([&] { to_.Privates->EnterPM(nick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->JoinChan(channel, nick); });
         step([&] { UserList1.Add(nick, channel); });
-        step([&] { gate_.Broadcast(1008, ArrayOf(channel, nick)); });
+        step([&] { gate_.Broadcast(HostMsg::UserJoined, ArrayOf(channel, nick)); });
     });
 }
 
@@ -46,7 +47,7 @@ void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserPartChannel", [&](Trap& step) {
         if (to_.Channels != nullptr) step([&] { to_.Channels->PartChan(channel, nick); });
         step([&] { UserList1.Part(nick, channel); });
-        step([&] { gate_.Broadcast(1009, ArrayOf(channel, nick)); });
+        step([&] { gate_.Broadcast(HostMsg::UserParted, ArrayOf(channel, nick)); });
     });
 }
 
@@ -55,7 +56,7 @@ void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
         step([&] { UserList1.Remove(nick); });
         if (to_.Privates != nullptr) step([&] { to_.Privates->QuitPM(nick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->QuitChan(nick); });
-        step([&] { gate_.Broadcast(1010, ArrayOf(nick, message)); });
+        step([&] { gate_.Broadcast(HostMsg::UserQuit, ArrayOf(nick, message)); });
     });
 }
 
@@ -64,7 +65,7 @@ void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
         step([&] { UserList1.Rename(oldNick, newNick); });
         if (to_.Privates != nullptr) step([&] { to_.Privates->RenamePM(oldNick, newNick); });
         if (to_.Channels != nullptr) step([&] { to_.Channels->RenameChan(oldNick, newNick); });
-        step([&] { gate_.Broadcast(1011, ArrayOf(oldNick, newNick)); });
+        step([&] { gate_.Broadcast(HostMsg::UserRenamed, ArrayOf(oldNick, newNick)); });
     });
 }
 

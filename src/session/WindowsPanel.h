@@ -5,7 +5,7 @@
 
 #include "chat/modChanWinManager.h"
 #include "chat/modWinManager.h"
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Controls.h"
 #include "platform/ListView.h"
 #include "platform/Timer.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/common/Trap.h"
+#include "common/Trap.h"
 #include "platform/Files.h"
 
 namespace talvora {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/common/Identity.h"
+#include "common/Identity.h"
 #include "platform/Text.h"
 
 namespace talvora {

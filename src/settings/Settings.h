@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "host/common/Settings.h"
+#include "common/ComponentSettings.h"
 #include "platform/Controls.h"
 #include "session/Account.h"
 #include "settings/PluginRows.h"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What may include what: an arrow goes down only, and no toolkit in the core."""
+"""What may include what: an arrow goes down only, top folders form no circle, and no toolkit in the core."""
 
 import pathlib
 import re
@@ -8,38 +8,53 @@ import sys
 CORE = {
     "platform": {"platform"},
     "platform/rich": {"platform/rich", "platform"},
-    "host/common": {"host/common", "platform"},
-    "irc/wire": {"irc/wire", "platform"},
-    "irc": {"irc", "host/common", "platform"},
-    "host/profile": {"host/profile", "irc/wire", "host/common", "platform"},
-    "extensions": {"extensions", "host/common", "platform"},
-    "chat": {"chat", "extensions", "host/common", "platform/rich", "platform"},
-    "notify": {"notify", "chat", "host/common", "platform/rich", "platform"},
-    "session": {"session", "irc", "notify", "chat", "host/common", "platform"},
-    "settings": {"settings", "session", "host/common", "platform"},
+    "common": {"common", "platform"},
+    "irc/wire": {"irc/wire", "common", "platform"},
+    "irc": {"irc", "common", "platform"},
+    "profile": {"profile", "irc/wire", "common", "platform"},
+    "extensions": {"extensions", "common", "platform"},
+    "chat": {"chat", "extensions", "common", "platform/rich", "platform"},
+    "notify": {"notify", "chat", "common", "platform/rich", "platform"},
+    "session": {"session", "irc", "notify", "chat", "common", "platform"},
+    "settings": {"settings", "session", "common", "platform"},
     "host": {
-        "host", "host/common", "host/profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
+        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
     },
     "host/plugin": {"host"},
 }
 ABOVE = {
+    "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
     "platform_qt": {"platform_qt", "platform"},
-    "desktop": {"desktop", "chat", "host/common", "platform_qt", "platform/rich", "platform"},
+    "desktop": {"desktop", "chat", "common", "platform_qt", "platform/rich", "platform"},
     "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "extensions",
-                      "host/common", "platform/rich", "platform"},
+                      "common", "platform/rich", "platform"},
     "desktop/plugin": {"desktop/views"},
-    "gate": {"gate", "host/common", "platform_qt", "platform"},
-    "robot": {"robot", "irc", "irc/wire", "gate", "host/common", "host/profile", "platform_qt", "platform"},
-    "orrery/face": {"orrery/face", "orrery", "desktop", "gate", "host/common", "host/profile", "platform_qt",
+    "gate": {"gate", "common", "platform_qt", "platform"},
+    "robot": {"robot", "irc", "irc/wire", "gate", "common", "profile", "platform_qt", "platform"},
+    "orrery/face": {"orrery/face", "orrery", "desktop", "gate", "common", "profile", "platform_qt",
                     "platform"},
-    "orrery": {"orrery", "gate", "host/common", "host/profile", "platform_qt", "platform"},
+    "orrery": {"orrery", "gate", "common", "profile", "platform_qt", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
+
+
+def circles(uses):
+    """Top folders that reach themselves, however long the way."""
+    def reached(start):
+        seen, ahead = set(), [start]
+        while ahead:
+            for other in uses.get(ahead.pop(), set()) - seen:
+                seen.add(other)
+                ahead.append(other)
+        return seen
+
+    return [f"{folder}: top folders include each other in a circle" for folder in uses if folder in reached(folder)]
 
 
 def main(src):
     faults = []
     rules = CORE | ABOVE
+    uses = {}
     for path in sorted(src.rglob("*")):
         if path.suffix not in (".h", ".cpp"):
             continue
@@ -50,10 +65,14 @@ def main(src):
         for kind, name in INCLUDE.findall(path.read_text()):
             if kind == '"':
                 other = pathlib.PurePosixPath(name).parent.as_posix()
+                tops = folder.split("/")[0], other.split("/")[0]
+                if tops[0] != tops[1]:
+                    uses.setdefault(tops[0], set()).add(tops[1])
                 if other not in rules[folder]:
                     faults.append(f"{path}: {folder} must not include {name}")
             elif folder in CORE and re.match(r"Q[A-Za-z]|qt|sys/|unistd|fcntl", name):
                 faults.append(f"{path}: <{name}> in the core")
+    faults += circles(uses)
     print("\n".join(faults) or "every include goes down")
     return 1 if faults else 0
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "chat/IRCWin.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 

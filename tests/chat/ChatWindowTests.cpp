@@ -171,7 +171,7 @@ TEST_F(WindowsTest, APrivateWindowTellsOfWhatTheUserDoesNotSee) {
             EXPECT_EQ(effects(window, notice), each.effects);
             EXPECT_EQ(window.LastText, "hi");
             if (!notice.empty()) {
-                EXPECT_EQ(notice, "9(Chat, Anna: hi, 1, Anna, , imgChat, False, False)");
+                EXPECT_EQ(notice, "Notice(Chat, Anna: hi, 1, Anna, , imgChat, False, False)");
             }
         }
     }

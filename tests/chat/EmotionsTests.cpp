@@ -3,7 +3,7 @@
 #include "chat/ChatFixture.h"
 #include "chat/frmEmoticons.h"
 #include "platform/Text.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 namespace {

@@ -1,6 +1,6 @@
 #include "chat/ChatFixture.h"
 #include "platform/Text.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "chat/modNickDecode.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {

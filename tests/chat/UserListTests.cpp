@@ -5,7 +5,7 @@
 #include <random>
 
 #include "chat/UserList.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {

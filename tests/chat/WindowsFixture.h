@@ -8,7 +8,7 @@
 #include "chat/modChanWinManager.h"
 #include "chat/modWinManager.h"
 #include "platform/Text.h"
-#include "support/World.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 

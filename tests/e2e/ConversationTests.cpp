@@ -26,7 +26,7 @@ void expectWord(GateReader& gate, const std::string& word, const std::string& pa
     const auto wanted = [&](const Json& data) {
         return data.at(std::size_t{0}).text() == word && data.at(2).text().find(part) != std::string::npos;
     };
-    gate.expectMessage(Host::Word, wanted, word + " with " + part);
+    gate.expectMessage(HostMsg::ServerWord, wanted, word + " with " + part);
 }
 
 // Servers decorate the words of farewell.
@@ -34,7 +34,7 @@ void expectQuit(GateReader& gate, const std::string& nick, const std::string& wo
     const auto wanted = [&](const Json& data) {
         return data.at(std::size_t{0}).text() == nick && data.at(1).text().find(words) != std::string::npos;
     };
-    gate.expectMessage(Host::UserQuit, wanted, nick + " saying " + words);
+    gate.expectMessage(HostMsg::UserQuit, wanted, nick + " saying " + words);
 }
 
 // ---- Two hosts
@@ -79,47 +79,48 @@ TEST_P(TwoUsers, MeetTalkPartAndMeetAgain) {
         GateReader& says = maria.gate();
         hears.expectNumeric(366, {"#one"});
         says.expectNumeric(366, {"#orrery"});
-        says.send(Host::Raw, "JOIN #one");
-        hears.expectMessage(Host::UserJoined, JsonArray{"#one", "Maria"});
+        says.send(HostMsg::SayRaw, "JOIN #one");
+        hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
         EXPECT_NE(says.expectNumeric(353, {"=", "#one"}).at(2).text().find("Nikos"), std::string::npos);
 
-        says.send(Host::Raw, "PRIVMSG #one :Καλησπέρα: \"όλοι\"");
+        says.send(HostMsg::SayRaw, "PRIVMSG #one :Καλησπέρα: \"όλοι\"");
         hears.expectNotice(2, "#One", "#One: Maria: Καλησπέρα: \"όλοι\"");
-        hears.expectMessage(Host::ChannelText, JsonArray{"#one", "Maria", "Καλησπέρα: \"όλοι\""});
+        hears.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Maria", "Καλησπέρα: \"όλοι\""});
         // A window that opens asks for the names of its channel.
         const auto both = [](const Json& data) {
             return data.at(2).text().find("Maria") != std::string::npos;
         };
-        hears.expectMessage(Host::Numeric, both, "names with Maria");
-        says.send(Host::Raw, "PRIVMSG #one :\1ACTION γνέφει\1");
+        hears.expectMessage(HostMsg::ServerNumeric, both, "names with Maria");
+        says.send(HostMsg::SayRaw, "PRIVMSG #one :\1ACTION γνέφει\1");
         hears.expectNotice(2, "#One", "#One: Maria: $ACTION γνέφει");
-        says.send(Host::SayPrivate, JsonArray{"Nikos", "μόνο εσύ"});
+        says.send(HostMsg::SayPrivate, JsonArray{"Nikos", "μόνο εσύ"});
         hears.expectNotice(1, "Maria", "Maria: μόνο εσύ");
-        hears.expectMessage(Host::PrivateText, JsonArray{"Maria", "μόνο εσύ"});
+        hears.expectMessage(HostMsg::PrivateText, JsonArray{"Maria", "μόνο εσύ"});
 
-        says.send(Host::Raw, "NICK Maria[AWAY]");
-        hears.expectMessage(Host::UserRenamed, JsonArray{"Maria", "Maria[AWAY]"});
-        says.send(Host::Raw, "PRIVMSG Nikos :\1ACTION λείπει\1");
+        says.send(HostMsg::SayRaw, "NICK Maria[AWAY]");
+        hears.expectMessage(HostMsg::UserRenamed, JsonArray{"Maria", "Maria[AWAY]"});
+        says.send(HostMsg::SayRaw, "PRIVMSG Nikos :\1ACTION λείπει\1");
         hears.expectNotice(1, "Maria[away]", "Maria[away]: λείπει");
-        says.send(Host::Raw, "NICK Maria");
-        hears.expectMessage(Host::UserRenamed, JsonArray{"Maria[AWAY]", "Maria"});
-        says.send(Host::Raw, "PART #one");
-        hears.expectMessage(Host::UserParted, JsonArray{"#one", "Maria"});
-        says.send(Host::Raw, "JOIN #one");
-        hears.expectMessage(Host::UserJoined, JsonArray{"#one", "Maria"});
-        says.send(Host::Terminate, {});
+        says.send(HostMsg::SayRaw, "NICK Maria");
+        hears.expectMessage(HostMsg::UserRenamed, JsonArray{"Maria[AWAY]", "Maria"});
+        says.send(HostMsg::SayRaw, "PART #one");
+        hears.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Maria"});
+        says.send(HostMsg::SayRaw, "JOIN #one");
+        hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
+        says.send(HostMsg::Terminate, {});
         expectQuit(hears, "Maria", "Τα λέμε");
         expectPeacefulEnd(maria);
     }
     // Back again, and of another mind.
     OrreryProcess maria(server.port(), user("Maria", "#one|", {"Settings/IgnoreList=nikos@"}));
-    hears.expectMessage(Host::UserJoined, JsonArray{"#one", "Maria"});
-    maria.gate().send(Host::SayPrivate, JsonArray{"Nikos", "πάλι εδώ"});
+    hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
+    maria.gate().send(HostMsg::SayPrivate, JsonArray{"Nikos", "πάλι εδώ"});
     hears.expectNotice(1, "Maria", "Maria: πάλι εδώ");
-    hears.send(Host::Raw, "PRIVMSG #one :μ' ακούς;");
-    hears.send(Host::SayPrivate, JsonArray{"Maria", "μ' ακούς;"});
+    hears.send(HostMsg::SayRaw, "PRIVMSG #one :μ' ακούς;");
+    hears.send(HostMsg::SayPrivate, JsonArray{"Maria", "μ' ακούς;"});
     hears.expectNotice(1, "Maria", "Maria: ignores you");
-    EXPECT_FALSE(maria.gate().saw("\"MsgID\":1005") || maria.gate().saw("\"MsgID\":1007"));
+    EXPECT_FALSE(maria.gate().saw(hostMessage(HostMsg::ChannelText)) ||
+                 maria.gate().saw(hostMessage(HostMsg::PrivateText)));
     expectPeacefulEnd(maria);
     expectPeacefulEnd(nikos);
 }
@@ -156,15 +157,15 @@ TEST_F(WithIrssi, TheUserAnswersAndIsHeard) {
     petros.type("/whois Maria");
     petros.expect("ircname +: UL:Default.Unsetted");
 
-    gate.send(Host::Raw, "PRIVMSG #one :Καλημέρα σε \00312όλους\003!");
+    gate.send(HostMsg::SayRaw, "PRIVMSG #one :Καλημέρα σε \00312όλους\003!");
     petros.expect("<@Maria> Καλημέρα σε όλους!");
-    gate.send(Host::Raw, "PRIVMSG #one :\1ACTION γνέφει\1");
+    gate.send(HostMsg::SayRaw, "PRIVMSG #one :\1ACTION γνέφει\1");
     petros.expect("[*] Maria γνέφει");
-    gate.send(Host::SayPrivate, JsonArray{"Petros", "μόνο εσύ"});
+    gate.send(HostMsg::SayPrivate, JsonArray{"Petros", "μόνο εσύ"});
     petros.expect("\\[Maria\\(~Maria@127.0.0.1\\)\\] μόνο εσύ");
-    gate.send(Host::Raw, "NICK Maria[AWAY]");
+    gate.send(HostMsg::SayRaw, "NICK Maria[AWAY]");
     petros.expect("Maria is now known as Maria\\[AWAY\\]");
-    gate.send(Host::Terminate, {});
+    gate.send(HostMsg::Terminate, {});
     petros.expect("Maria\\[AWAY\\] \\[.*\\] has quit \\[.*Γεια σας");
     expectPeacefulEnd(maria);
 }
@@ -175,29 +176,29 @@ TEST_F(WithIrssi, ItsWordsArriveAsTheyAre) {
     GateReader& gate = maria.gate();
     gate.expectNumeric(366, {"#one"});
     Irssi petros(server.port(), {.charset = "CP1253"});
-    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Petros"});
+    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Petros"});
 
     petros.type("Καλημέρα \0034,8με χρώμα\003 :-)");
     gate.expectNotice(2, "#One", "#One: Petros: Καλημέρα \0034,8με χρώμα\003 :-)");
-    gate.expectMessage(Host::ChannelText, JsonArray{"#one", "Petros", "Καλημέρα \0034,8με χρώμα\003 :-)"});
+    gate.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Petros", "Καλημέρα \0034,8με χρώμα\003 :-)"});
     petros.type("/me γνέφει");
     gate.expectNotice(2, "#One", "#One: Petros: $ACTION γνέφει");
     petros.type("/msg Maria {\\rtf1 τι;}");
     gate.expectNotice(1, "Petros", "Petros: {\\rtf1 τι;}");
-    gate.expectMessage(Host::PrivateText, JsonArray{"Petros", "{\\rtf1 τι;}"});
+    gate.expectMessage(HostMsg::PrivateText, JsonArray{"Petros", "{\\rtf1 τι;}"});
     petros.type("/action Maria γελά");
     gate.expectNotice(1, "Petros", "Petros: γελά");
     petros.type("/ctcp Maria _CHESS e2 e4");
-    gate.expectMessage(Host::SpecialText, JsonArray{"CHESS", "Petros", "e2 e4"});
+    gate.expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Petros", "e2 e4"});
     petros.type("/nctcp Maria VERSION ως έχει");
     expectWord(gate, "NOTICE", "\1VERSION ως έχει\1");
 
     petros.type("/nick Petros[AWAY]");
-    gate.expectMessage(Host::UserRenamed, JsonArray{"Petros", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserRenamed, JsonArray{"Petros", "Petros[AWAY]"});
     petros.type("/part #one ως εδώ");
-    gate.expectMessage(Host::UserParted, JsonArray{"#one", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Petros[AWAY]"});
     petros.type("/join #one");
-    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Petros[AWAY]"});
     petros.type("/quit αντίο");
     expectQuit(gate, "Petros[AWAY]", "αντίο");
     expectPeacefulEnd(maria);
@@ -229,7 +230,7 @@ TEST(ChatPlugins, StandInTheTextPathOfEachWindow) {
     anna.say("Nikos", "softly");  // each window has plug-ins of its own
     gate.expectNotice(1, "Anna", "Anna: softly");
     for (const char* text : {"softly", "!shout", "softly"}) {
-        gate.expectMessage(Host::ChannelText,
+        gate.expectMessage(HostMsg::ChannelText,
                            JsonArray{"#one", "Anna", text});  // the host hears it as it came
     }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/HostMessageNumbers.h"
 #include "e2e/support/IrcServer.h"
 #include "e2e/support/OrreryProcess.h"
 #include "e2e/support/Screen.h"
@@ -30,20 +31,20 @@ TEST_F(Windows, TwoUsersTalkOverThem) {
     options.screen = screen.environment();
     OrreryProcess maria(server.port(), options);
     maria.gate().expectNumeric(366, {"#one"});
-    maria.gate().send(3, 1);
+    maria.gate().send(HostMsg::ShowWindow, 1);
     const std::string main = screen.expectWindow("Talvora");
 
     // What comes by itself shows, and leaves the keyboard where it is.
     screen.activate(main);
-    nikos.gate().send(Host::SayPrivate, JsonArray{"Maria", "are you there?"});
+    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Maria", "are you there?"});
     const std::string chat = screen.expectWindow("Chat - Nikos");
     EXPECT_EQ(screen.activeTitle(), "Talvora");
     screen.activate(chat);
     screen.type("yes <b> & no");
     screen.press("Return");
-    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Maria", "yes <b> & no"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Maria", "yes <b> & no"});
 
-    nikos.gate().send(Host::Raw, "PRIVMSG #one :and here?");
+    nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :and here?");
     screen.activate(screen.expectWindow("Channel - #One"));
     screen.type("here too");
     screen.press("ctrl+Return");
@@ -77,7 +78,7 @@ TEST_F(Windows, AskThreeThingsAtTheFirstStart) {
     screen.press("Return");
     screen.expectWindow("Talvora");
     GateReader gate(folder / "gate");
-    gate.send(Host::Raw, "WHOIS Maria");
+    gate.send(HostMsg::SayRaw, "WHOIS Maria");
     gate.takeLine("UL:Work.Here");
     orrery.signal(SIGTERM);
     EXPECT_EQ(orrery.waitExit(), 0);

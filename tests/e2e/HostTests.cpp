@@ -4,6 +4,7 @@
 
 #include <csignal>
 
+#include "common/HostMessageNumbers.h"
 #include "e2e/support/EachServer.h"
 
 namespace talvora::e2e {
@@ -29,14 +30,14 @@ TEST(TwoHosts, TalkThroughTheirGatesInUtf8) {
     nikos.gate().expectNumeric(366, {"#orrery"});
     maria.gate().expectNumeric(366, {"#orrery"});
 
-    nikos.gate().send(Host::SayPrivate, JsonArray{"Maria[DND]", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().expectMessage(Host::PrivateText, JsonArray{"Nikos", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().send(Host::SaySpecial, JsonArray{"CHESS", "e2 e4", "Nikos"});
-    nikos.gate().expectMessage(Host::SpecialText, JsonArray{"CHESS", "Maria[DND]", "e2 e4"});
-    maria.gate().send(Host::SaySystemText, JsonArray{"WEATHER", "ήλιος"});
-    nikos.gate().expectMessage(Host::SystemText, JsonArray{"WEATHER", "Maria[DND]", "ήλιος"});
-    maria.gate().send(Host::Raw, "PRIVMSG #one :καλημέρα σε όλους");
-    nikos.gate().expectMessage(Host::ChannelText, JsonArray{"#one", "Maria[DND]", "καλημέρα σε όλους"});
+    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Maria[DND]", "Γειά σου: \"εδώ\"\\"});
+    maria.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Nikos", "Γειά σου: \"εδώ\"\\"});
+    maria.gate().send(HostMsg::SayVerb, JsonArray{"CHESS", "e2 e4", "Nikos"});
+    nikos.gate().expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Maria[DND]", "e2 e4"});
+    maria.gate().send(HostMsg::SaySystemVerb, JsonArray{"WEATHER", "ήλιος"});
+    nikos.gate().expectMessage(HostMsg::SystemVerb, JsonArray{"WEATHER", "Maria[DND]", "ήλιος"});
+    maria.gate().send(HostMsg::SayRaw, "PRIVMSG #one :καλημέρα σε όλους");
+    nikos.gate().expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Maria[DND]", "καλημέρα σε όλους"});
     anna.expect({"PRIVMSG #one :καλημέρα σε όλους"});  // on the wire as in this file
 }
 
@@ -74,8 +75,8 @@ TEST(Host, LetsOnlyOneHaveAGate) {
 
     EXPECT_EQ(refused.waitExit(), 1) << refused.output();
     EXPECT_NE(refused.output().find(first.gatePath()), std::string::npos) << refused.output();
-    first.gate().send(18, {});
-    first.gate().takeLine("\"MsgID\":19");
+    first.gate().send(HostMsg::GatherAbout, {});
+    first.gate().takeLine(hostMessage(HostMsg::About));
     EXPECT_EQ(first.terminate(), 0) << first.process().output();
 }
 

@@ -110,7 +110,7 @@ TEST_P(LogOn, ComesBackAfterTheServerWasDown) {
     nikos.gate().expectNumeric(1);
     nikos.gate().expectNumeric(366, {"#orrery"});
     IrcPeer anna(server.port(), "Anna");
-    nikos.gate().send(Host::SayPrivate, JsonArray{"Anna", "back again"});
+    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Anna", "back again"});
     anna.expect({":Nikos!", "PRIVMSG Anna :back again"});
 }
 
@@ -127,7 +127,7 @@ TEST_P(LogOn, EndsWithTheWordsOfFarewell) {
     }
     OrreryProcess maria(server.port(), {.nick = "Maria", .channels = "#one|"});
     anna.expect({":Maria!", "JOIN", "#one"});
-    maria.gate().send(Host::Terminate, {});
+    maria.gate().send(HostMsg::Terminate, {});
     anna.expect({":Maria!", "QUIT", "Bye bye!"});
 }
 

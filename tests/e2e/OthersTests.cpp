@@ -11,7 +11,7 @@ TALVORA_EACH_SERVER(Others);
 // A line of the server as the engine read it: the word, its parameters without the empty ones, the text.
 void expectLine(GateReader& gate, const std::string& word, const JsonArray& parameters) {
     gate.expectMessage(
-        Host::Word,
+        HostMsg::ServerWord,
         [&](const Json& data) {
             JsonArray found;
             for (std::size_t i = 0; i < data.at(1).size(); ++i) {
@@ -24,9 +24,10 @@ void expectLine(GateReader& gate, const std::string& word, const JsonArray& para
 
 // What the server answers to this stands behind all that it answered before.
 void settle(GateReader& gate) {
-    gate.send(Host::Raw, "PING :settled");
+    gate.send(HostMsg::SayRaw, "PING :settled");
     gate.expectMessage(
-        Host::Word, [](const Json& data) { return data.at(std::size_t{0}).text() == "PONG"; }, "PONG");
+        HostMsg::ServerWord, [](const Json& data) { return data.at(std::size_t{0}).text() == "PONG"; },
+        "PONG");
 }
 
 TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
@@ -37,20 +38,20 @@ TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
     gate.expectNumeric(366, {"#one"});
 
     anna.join("#one");
-    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Anna"});
+    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Anna"});
     anna.send("NICK Anna[AWAY]");
-    gate.expectMessage(Host::UserRenamed, JsonArray{"Anna", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserRenamed, JsonArray{"Anna", "Anna[AWAY]"});
     anna.send("PART #one");
-    gate.expectMessage(Host::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Anna[AWAY]"});
     anna.join("#one");
-    gate.expectMessage(Host::UserJoined, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Anna[AWAY]"});
     anna.send("PART #one :later");
-    gate.expectMessage(Host::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Anna[AWAY]"});
     anna.join("#one");
     anna.send("QUIT :so long");
     // ircd-hybrid keeps back the last words of somebody who has just come.
     gate.expectMessage(
-        Host::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "Anna[AWAY]"; },
+        HostMsg::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "Anna[AWAY]"; },
         "Anna[AWAY]");
 }
 
@@ -64,12 +65,12 @@ TEST_P(Others, KickTheUserAndEachOther) {
     petros.join("#one");
 
     anna.send("KICK #one Petros :noise");
-    nikos.gate().expectMessage(Host::UserParted, JsonArray{"#one", "Petros"});
+    nikos.gate().expectMessage(HostMsg::UserParted, JsonArray{"#one", "Petros"});
     anna.send("KICK #one Nikos :noise");
     const auto kicked = [](const Json& data) {
         return data.at(std::size_t{0}).text() == "KICK" && data.at(1).at(1).text() == "Nikos";
     };
-    nikos.gate().expectMessage(Host::Word, kicked, "the kick");
+    nikos.gate().expectMessage(HostMsg::ServerWord, kicked, "the kick");
 }
 
 TEST_P(Others, ChangeModesInLinesOfOneForm) {
@@ -111,12 +112,12 @@ TEST_P(Others, MuteAChannelAndItStaysJoined) {
     OrreryProcess nikos(server.port(), {.channels = "#one|"});
     anna.expect({":Nikos!", "JOIN", "#one"});
 
-    nikos.gate().send(Host::Raw, "PRIVMSG #one :may I?");
+    nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :may I?");
     const auto toldSo = [](const Json& data) {
         return data.at(std::size_t{0}).text() == "NOTICE" &&
                data.at(2).text().find("#one") != std::string::npos;
     };
-    nikos.gate().expectMessage(Host::Word, toldSo, "a notice about #one");
+    nikos.gate().expectMessage(HostMsg::ServerWord, toldSo, "a notice about #one");
     EXPECT_FALSE(nikos.gate().saw("\"Data\":[404,"));
 }
 
@@ -126,9 +127,9 @@ TEST_P(Others, StayInTheListsOfKnownChannelsAlone) {
     GateReader& gate = nikos.gate();
     gate.expectNumeric(366, {"#one"});
 
-    gate.send(Host::Raw, "JOIN #one");  // says nothing more, though the channel list waits for a word
+    gate.send(HostMsg::SayRaw, "JOIN #one");  // says nothing more, though the channel list waits for a word
     gate.expectNumeric(927, {"#one"});
-    gate.send(Host::Raw, "NAMES #nobody");
+    gate.send(HostMsg::SayRaw, "NAMES #nobody");
     settle(gate);
     EXPECT_FALSE(gate.saw("\"#nobody\"")) << gate.transcript();
 }
@@ -152,9 +153,9 @@ TEST(HybridAsShipped, NamesTheUserAsItCutTheNick) {
     OrreryProcess nikos(server.port(), {.nick = "Alexandros"});
 
     nikos.gate().expectNumeric(1);
-    nikos.gate().expectMessage(Host::Word, JsonArray{"NICK", JsonArray{"", ""}, "Alexandro"});
+    nikos.gate().expectMessage(HostMsg::ServerWord, JsonArray{"NICK", JsonArray{"", ""}, "Alexandro"});
     anna.say("Alexandro", "is it you?");
-    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Anna", "is it you?"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Anna", "is it you?"});
 }
 
 }  // namespace

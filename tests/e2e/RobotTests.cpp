@@ -101,15 +101,15 @@ TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {
     Network network;
     OrreryProcess& nikos = network.user({.encoding = "utf-8"});
     nikos.gate().expectNumeric(366, {"#orrery"});
-    nikos.gate().send(Host::Raw, "PRIVMSG OrreryServ :\1MAIL 0 0\1");
-    nikos.gate().send(Host::Raw, "NAMES #orrery");
+    nikos.gate().send(HostMsg::SayRaw, "PRIVMSG OrreryServ :\1MAIL 0 0\1");
+    nikos.gate().send(HostMsg::SayRaw, "NAMES #orrery");
     nikos.gate().takeLine("OrreryServ");
     EXPECT_FALSE(nikos.gate().saw("[401,"));
 
     network.robot().signal(SIGTERM);
     EXPECT_EQ(network.robot().waitExit(), 0) << network.robot().output();
     nikos.gate().expectMessage(
-        Host::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "OrreryServ"; },
+        HostMsg::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "OrreryServ"; },
         "the robot's end");
     EXPECT_NE(network.robot().output().find("orreryserv.session: logged on"), std::string::npos)
         << network.robot().output();

@@ -20,13 +20,13 @@ TEST_P(Texts, OfUsersAndChannelsGoBothWays) {
     anna.expect({":Nikos!", "JOIN", "#one"});
     GateReader& gate = nikos.gate();
 
-    gate.send(Host::SayPrivate, JsonArray{"Anna", greek});
+    gate.send(HostMsg::SayPrivate, JsonArray{"Anna", greek});
     anna.expect({":Nikos!", std::string("PRIVMSG Anna :") + greekBytes});
     anna.say("Nikos", greekBytes);
-    gate.expectMessage(Host::PrivateText, JsonArray{"Anna", greek});
+    gate.expectMessage(HostMsg::PrivateText, JsonArray{"Anna", greek});
     anna.say("#one", "all: hear this");
-    gate.expectMessage(Host::ChannelText, JsonArray{"#one", "Anna", "all: hear this"});
-    gate.send(Host::Raw, "PRIVMSG #one :said raw");
+    gate.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Anna", "all: hear this"});
+    gate.send(HostMsg::SayRaw, "PRIVMSG #one :said raw");
     anna.expect({":Nikos!", "PRIVMSG #one :said raw"});
 }
 
@@ -39,16 +39,16 @@ TEST_P(Texts, OfOtherProgramsGoAsSpecialText) {
     GateReader& gate = nikos.gate();
 
     anna.special("Nikos", "_CHESS e2 e4");
-    gate.expectMessage(Host::SpecialText, JsonArray{"CHESS", "Anna", "e2 e4"});
+    gate.expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Anna", "e2 e4"});
     anna.special("#orrery", "_WEATHER rain");
-    gate.expectMessage(Host::SystemText, JsonArray{"WEATHER", "Anna", "rain"});
-    gate.send(Host::SaySpecial, JsonArray{"CHESS", "e7 e5", "Anna"});
+    gate.expectMessage(HostMsg::SystemVerb, JsonArray{"WEATHER", "Anna", "rain"});
+    gate.send(HostMsg::SayVerb, JsonArray{"CHESS", "e7 e5", "Anna"});
     anna.expect({":Nikos!", "PRIVMSG Anna :\1_CHESS e7 e5\1"});
-    gate.send(Host::SaySystemText, JsonArray{"WEATHER", "sun"});
+    gate.send(HostMsg::SaySystemVerb, JsonArray{"WEATHER", "sun"});
     anna.expect({":Nikos!", "PRIVMSG #orrery :\1_WEATHER sun\1"});
     anna.special("Nikos", "PING 123");
     anna.expect({":Nikos!", "NOTICE Anna :\1PING 123\1"});
-    EXPECT_FALSE(gate.saw("\"MsgID\":1005"));  // the system channel is no chat
+    EXPECT_FALSE(gate.saw(hostMessage(HostMsg::ChannelText)));  // the system channel is no chat
 }
 
 TEST_P(Texts, WithNothingInThemCostNothing) {
@@ -59,7 +59,7 @@ TEST_P(Texts, WithNothingInThemCostNothing) {
 
     anna.say("Nikos", "");
     anna.say("Nikos", "something");
-    nikos.gate().expectMessage(Host::PrivateText, JsonArray{"Anna", "something"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Anna", "something"});
     EXPECT_EQ(nikos.process().output().find("HandleData"), std::string::npos) << nikos.process().output();
 }
 
@@ -69,11 +69,11 @@ TEST_P(Texts, ThatAreTooLongKeepTheirClosingMark) {
     OrreryProcess nikos(server.port());
     nikos.gate().expectNumeric(366, {"#orrery"});  // by its own JOIN it has learnt its prefix
 
-    nikos.gate().send(Host::SaySpecial, JsonArray{"LONG", std::string(600, 'x'), "Anna"});
+    nikos.gate().send(HostMsg::SayVerb, JsonArray{"LONG", std::string(600, 'x'), "Anna"});
     const std::string line = anna.expect({":Nikos!", "PRIVMSG Anna :\1_LONG xxx"});
     EXPECT_EQ(line.back(), '\1');
     EXPECT_GT(line.size(), 480U);
-    nikos.gate().send(Host::SayPrivate, JsonArray{"Anna", "still there"});
+    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Anna", "still there"});
     anna.expect({"PRIVMSG Anna :still there"});
 }
 

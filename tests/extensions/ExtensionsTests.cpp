@@ -11,8 +11,8 @@
 #include "extensions/modPluginManager.h"
 #include "platform_qt/PosixPluginLibraries.h"
 #include "platform_qt/TemporaryFolder.h"
-#include "support/FaultOf.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/FaultOf.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "platform/Files.h"
 #include "platform/MemoryClipboard.h"
 #include "platform/Text.h"
-#include "support/MemorySettings.h"
+#include "simulation/MemorySettings.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "platform/Files.h"
 #include "platform/MemoryClipboard.h"
 #include "robot/Robot.h"
-#include "support/MemorySettings.h"
-#include "support/VirtualNetwork.h"
+#include "simulation/MemorySettings.h"
+#include "simulation/VirtualNetwork.h"
 
 namespace {
 

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <limits>
 
+#include "common/HostMessageNumbers.h"
 #include "gate/Gate.h"
 #include "gate/GateJson.h"
 #include "gate/LocalSocket.h"
@@ -61,7 +62,8 @@ TEST(GateJson, ValuesGoOutAndComeBack) {
 
 TEST(GateJson, FieldsHaveTheirDefaultsAndAWrongLineIsNoMessage) {
     const auto good = readMessage("{\"MsgID\":7,\"FromID\":\"me\"} \r").Message.value_or(HostMessage{});
-    EXPECT_TRUE(good.MsgID == 7 && good.FromID == 0 && good.ToID == HostAddress::Everybody);
+    EXPECT_TRUE(good.MsgID == HostMsg::ApplySettings && good.FromID == 0 &&
+                good.ToID == HostAddress::Everybody);
     const std::string deep(100000, '[');
     const std::pair<std::string, std::vector<std::string>> cases[] = {
         {"empty line", {"", " \r"}},
@@ -151,13 +153,13 @@ class GateTest : public Test {
 
 TEST_F(GateTest, EveryReaderHearsWhateverIsBroadcastAfterItCameInItsOrder) {
     handler = [this](const HostMessage& message) {
-        if (message.MsgID == 1) database.says(2);
+        if (message.MsgID == HostMsg::Start) database.says(HostMsg::Started);
     };
-    database.says(1004);
+    database.says(HostMsg::Verb);
     auto anna = reader();
-    database.says(1005, "first");
+    database.says(HostMsg::ChannelText, "first");
     auto nikos = reader();
-    database.says(1);
+    database.says(HostMsg::Start);
     ASSERT_TRUE(anna->hears(3) && nikos->hears(2));
     EXPECT_THAT(anna->lines, ElementsAre(HasSubstr("\"first\""), nikos->lines[0], nikos->lines[1]));
     EXPECT_THAT(nikos->lines, ElementsAre(HasSubstr("\"MsgID\":1,"), HasSubstr("\"MsgID\":2,")));
@@ -165,7 +167,7 @@ TEST_F(GateTest, EveryReaderHearsWhateverIsBroadcastAfterItCameInItsOrder) {
 
 TEST_F(GateTest, ALineIsBroadcastWithTheNumberOfItsConnectionAndWhatIsWrongAnsweredInItsPlace) {
     handler = [](const HostMessage& message) {
-        if (message.MsgID == 1002) message.Data.at(0);
+        if (message.MsgID == HostMsg::SaySystemVerb) message.Data.at(0);
     };
     auto anna = reader();
     auto nikos = reader();
@@ -184,8 +186,8 @@ TEST_F(GateTest, LinesOfOneThatHasLeftAreStillHandledInOrderWhenAHandlerLetsTheL
     handler = [&](const HostMessage& message) {
         EXPECT_EQ(++depth, 1);
         EXPECT_EQ(message.MsgID, static_cast<int>(seen.size()) - 1);
-        if (message.MsgID == 1) anna->socket.disconnectFromServer();
-        for (int i = 0; i < 10 && message.MsgID == 1; ++i) QCoreApplication::processEvents();
+        if (message.MsgID == HostMsg::Start) anna->socket.disconnectFromServer();
+        for (int i = 0; i < 10 && message.MsgID == HostMsg::Start; ++i) QCoreApplication::processEvents();
         --depth;
     };
     for (int i = 0; i < 1000; ++i)
@@ -211,7 +213,7 @@ TEST_F(GateTest, AReaderThatDoesNotKeepUpIsDroppedAndTheOthersMissNothing) {
     slow->socket.setReadBufferSize(1);
     std::size_t told = 0;
     for (; gate.Readers() == 2 && told * 100000 < 2 * Gate::QueueLimit; ++told) {
-        database.says(1012, std::string(100000, 'x'));
+        database.says(HostMsg::ServerNumeric, std::string(100000, 'x'));
         EXPECT_TRUE(quick->hears(told + 1));
     }
     EXPECT_TRUE(gate.Readers() == 1 && told * 100000 > Gate::QueueLimit) << told;

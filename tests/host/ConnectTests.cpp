@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/World.h"
+#include "common/HostMessageNumbers.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
@@ -15,11 +16,11 @@ using testing::Not;
 TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
     World world;
     Client& maria = world.client("Maria");
-    maria.host.send(4);
-    maria.host.send(18, {}, HostAddress::Everybody);
-    maria.host.send(4, {}, 2);
+    maria.host.send(HostMsg::GatherPages);
+    maria.host.send(HostMsg::GatherAbout, {}, HostAddress::Everybody);
+    maria.host.send(HostMsg::GatherPages, {}, 2);
     maria.host.send(999);
-    maria.host.send(3, 1);  // before message 1: no effect
+    maria.host.send(HostMsg::ShowWindow, 1);  // before message 1: no effect
     EXPECT_THAT(maria.host.take(),
                 ElementsAre("5(TalvoraClient.Settings, Talvora IRC, IRC)",
                             "19(Talvora Messenger, By the Talvora team, All rights reserved, )"));
@@ -28,34 +29,34 @@ TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
 TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {
     World world;
     Client& maria = world.loggedIn("Maria");
-    maria.host.send(1002, HostArray{"calc", "1 2"});
-    maria.host.send(1003, HostArray{"move", "e4", "Nikos"});
-    maria.host.send(1006, HostArray{"Nikos", "hello"});
-    maria.host.send(1014, "TOPIC #x :t");
+    maria.host.send(HostMsg::SaySystemVerb, HostArray{"calc", "1 2"});
+    maria.host.send(HostMsg::SayVerb, HostArray{"move", "e4", "Nikos"});
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "hello"});
+    maria.host.send(HostMsg::SayRaw, "TOPIC #x :t");
     EXPECT_THAT(maria.server.heard(),
                 ElementsAre("PRIVMSG #system :\1_calc 1 2\1", "PRIVMSG Nikos :\1_move e4\1",
                             "PRIVMSG Nikos :hello", "TOPIC #x :t"));
     maria.around.questions.willAnswer(Answer::Abort);
-    maria.host.send(1003, HostArray{"move", "e4"});
+    maria.host.send(HostMsg::SayVerb, HostArray{"move", "e4"});
     EXPECT_THAT(maria.around.questions.asked[0], HasSubstr("Number:9\r\n"));
     EXPECT_THAT(maria.around.questions.asked[0], HasSubstr("Function:dMsgDB_MessageBroadcasted"));
     maria.around.questions.willAnswer(Answer::Ignore);
-    maria.host.send(1006, "no array");
-    maria.host.send(1006, HostArray{"Nikos", "still here"});
+    maria.host.send(HostMsg::SayPrivate, "no array");
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "still here"});
     EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here"));
 }
 
 TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {
     World world;
     Client& maria = world.loggedIn("Maria");
-    maria.host.send(3, 2);
+    maria.host.send(HostMsg::ShowWindow, 2);
     EXPECT_FALSE(maria.window().Visible);
-    maria.host.send(3, 1);
+    maria.host.send(HostMsg::ShowWindow, 1);
     EXPECT_TRUE(maria.window().Visible);
     EXPECT_FALSE(maria.window().Unload(CloseReason::UserClosesBox));
     EXPECT_FALSE(maria.window().Visible);
     EXPECT_TRUE(maria.server.connected());
-    maria.host.send(3, 1);
+    maria.host.send(HostMsg::ShowWindow, 1);
     EXPECT_TRUE(maria.window().Visible);
 }
 
@@ -64,16 +65,16 @@ TEST(Connect, Message8SaysQuitWithTheUsersWordsOrTheDefaultAndEndsForGood) {
         World world;
         Client& maria = world.loggedIn("Maria");
         maria.around.settings.SaveSetting("talvora", "SETTINGS", "quitmsg", words);
-        maria.host.send(8);
+        maria.host.send(HostMsg::Terminate);
         EXPECT_EQ(maria.component->MainWindow(), nullptr);
-        maria.host.send(1006, HostArray{"Nikos", "too late"});
+        maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "too late"});
         world.time.run(1h);
         EXPECT_THAT(
             maria.server.transcript,
             testing::EndsWith(std::string("QUIT :") + (*words != '\0' ? words : "Bye bye!") + "\r\n"));
         EXPECT_EQ(maria.server.connections, 1) << "no retry after the end";
         maria.around.settings.SaveSetting("Talvora", "Settings", "MailInterval", "99999");
-        maria.host.send(1);
+        maria.host.send(HostMsg::Start);
         EXPECT_EQ(maria.component->MainWindow()->Presence.lblNick.Caption.get(), "Maria");
         world.time.run(1s);
         EXPECT_EQ(maria.server.connections, 2) << "and message 1 starts anew";
@@ -87,18 +88,18 @@ TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
     SettingsStore& store = maria.around.settings;
     account.gSettingsChanged = false;
     store.SaveSetting("Talvora", "Settings", "Nickname", "Anna");
-    maria.host.send(7);
+    maria.host.send(HostMsg::ApplySettings);
     world.time.run(5s);
     EXPECT_EQ(maria.server.connections, 1);
     EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Anna"));
     maria.server.says(":Maria!m@h NICK :Zoe");
     world.time.run(5s);
-    maria.host.send(7);
+    maria.host.send(HostMsg::ApplySettings);
     world.time.run(5s);
     EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Zoe")) << "the settings say nothing new";
     account.gSettingsChanged = true;
     store.SaveSetting("Talvora", "Settings", "RealName", "Home.Kavala");
-    maria.host.send(7);
+    maria.host.send(HostMsg::ApplySettings);
     EXPECT_THAT(maria.server.transcript, HasSubstr("QUIT :Reconfiguring settings\r\n"));
     EXPECT_THAT(maria.server.transcript, Not(HasSubstr("Changing some settings")));
     world.time.run(1500ms);
@@ -110,11 +111,12 @@ TEST(Connect, TwoClientsLiveInOneProcess) {
     World world;
     Client& maria = world.loggedIn("Maria");
     Client& nikos = world.loggedIn("Nikos");
-    maria.host.send(1006, HostArray{"Nikos", "hello"});
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "hello"});
     for (const std::string& line : maria.server.heard()) nikos.server.says(":Maria!m@h " + line);
     world.time.run(10ms);
-    EXPECT_THAT(nikos.host.take(), ElementsAre("9(Chat, Maria: hello, 1, Maria, , imgChat, False, False)",
-                                               "1007(Maria, hello)"));
+    EXPECT_THAT(nikos.host.take(),
+                ElementsAre("Notice(Chat, Maria: hello, 1, Maria, , imgChat, False, False)",
+                            "PrivateText(Maria, hello)"));
     EXPECT_THAT(maria.host.take(), IsEmpty());
 }
 
@@ -132,8 +134,8 @@ TEST(NotifyHost, IsSilentForKindsThatTheUserSwitchedOff) {
     gate.NotifyHost(notice);
     settings.Save(Section::Settings, "PopupChan", "F");
     gate.NotifyHost(notice);
-    EXPECT_THAT(maria.host.take(), ElementsAre("9(Title, Text, 1, null, line, 7, True, False)",
-                                               "9(Title, Text, 2, null, line, 7, True, False)"));
+    EXPECT_THAT(maria.host.take(), ElementsAre("Notice(Title, Text, 1, null, line, 7, True, False)",
+                                               "Notice(Title, Text, 2, null, line, 7, True, False)"));
 }
 
 // ---- The reporter

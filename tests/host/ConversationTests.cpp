@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-#include "support/Relay.h"
+#include "common/HostMessageNumbers.h"
+#include "simulation/Relay.h"
 
 namespace talvora::test {
 namespace {
@@ -54,7 +55,7 @@ class ConversationTest : public testing::Test {
         Client& client = world.client(nick);
         client.around.settings.SaveSetting("Talvora", "Settings", "ChanList", "");
         relay.serve(client);
-        client.host.send(1);
+        client.host.send(HostMsg::Start);
         world.time.run(5s);
         return client;
     }
@@ -145,11 +146,11 @@ TEST_F(ConversationTest, APrivateTalkFollowsItsPeerThroughStatesQuitsAndReturns)
     passes();
     EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos[dnd] changed to Nikos ***"));
 
-    nikos.host.send(8);
+    nikos.host.send(HostMsg::Terminate);
     passes();
     EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos has quit IRC!"));
     EXPECT_EQ(at->Caption.get(), "Chat - Disconnected");
-    nikos.host.send(1);
+    nikos.host.send(HostMsg::Start);
     passes(5s);
     EXPECT_THAT(shownIn(at), EndsWith("*** User Nikos has entered again IRC!"));
     EXPECT_EQ(at->Caption.get(), "Chat - Nikos");
@@ -264,9 +265,9 @@ TEST(Strangers, APlugInMayEndAndStartTheClientWhileItHearsOfALine) {
     World world;
     Client& maria = world.loggedIn("Maria");
     auto restart = maria.host.MessageBroadcasted.connect([&](const HostMessage& message) {
-        if (message.MsgID != 1007) return;
-        maria.host.send(8);
-        maria.host.send(1);
+        if (message.MsgID != HostMsg::PrivateText) return;
+        maria.host.send(HostMsg::Terminate);
+        maria.host.send(HostMsg::Start);
     });
     maria.server.says(":a!u@h PRIVMSG Maria :restart");
     world.time.run(2s);
@@ -281,10 +282,10 @@ TEST(Strangers, APlugInMayEndAndStartTheClientWhileItHearsOfALine) {
     // The end waits for the server meanwhile, and is not to be ended and started under its own feet.
     world.time.Defer([&] {
         for (const int message : {8, 1}) maria.host.send(message);
-        maria.host.send(3, 1);
+        maria.host.send(HostMsg::ShowWindow, 1);
     });
-    maria.host.send(8);
-    maria.host.send(3, 1);
+    maria.host.send(HostMsg::Terminate);
+    maria.host.send(HostMsg::ShowWindow, 1);
     EXPECT_EQ(maria.component->MainWindow(), nullptr);
     EXPECT_FALSE(maria.component->Started());
 }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora::test {
 namespace {

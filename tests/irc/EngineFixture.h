@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "irc/IRCServ.h"
-#include "support/EventLog.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/EventLog.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 

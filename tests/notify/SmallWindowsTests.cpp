@@ -6,7 +6,7 @@
 #include "notify/frmMOTD.h"
 #include "notify/frmMsgBox.h"
 #include "platform/SingleForm.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "chat/IRCWin.h"
 #include "platform/CodePage1253.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 using namespace talvora;
 

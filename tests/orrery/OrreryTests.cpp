@@ -7,12 +7,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/profile/NetworkProfile.h"
 #include "orrery/CommandLine.h"
 #include "orrery/Folders.h"
 #include "orrery/HostDatabase.h"
 #include "orrery/PluginLoader.h"
-#include "support/VirtualPlatform.h"
+#include "profile/NetworkProfile.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora {
 namespace {

@@ -1,7 +1,7 @@
 // A profile goes back into its file, which stays the user's own.
 #include <gmock/gmock.h>
 
-#include "host/profile/ProfileWriter.h"
+#include "profile/ProfileWriter.h"
 
 namespace talvora {
 namespace {

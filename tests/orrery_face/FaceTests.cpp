@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include "Until.h"
+#include "common/HostMessageNumbers.h"
 #include "orrery/HostDatabase.h"
 #include "orrery/ProfileFile.h"
 #include "orrery/face/Face.h"
@@ -13,7 +14,7 @@
 #include "orrery/face/NoticesPage.h"
 #include "orrery/face/Welcome.h"
 #include "platform/Form.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {
@@ -56,13 +57,14 @@ class FaceTest : public Test {
         return page;
     }
     void answer(const HostMessage& message) {
-        if (message.MsgID == 4) {
+        if (message.MsgID == HostMsg::GatherPages) {
             for (const char* name : {"Class.A", "Class.Unknown", "Class.B"})
                 database.Broadcast({5, 1, -3, "", HostArray{name, "Title", "IRC"}, 0});
             database.Broadcast({5, 1, -3, "", HostArray{1}, 0});
         }
-        if (message.MsgID == 7) log.emplace_back("apply");
-        if (message.MsgID == 18) database.Broadcast({19, 1, -2, "", HostArray{"<b>Product", "", 7, "x"}, 0});
+        if (message.MsgID == HostMsg::ApplySettings) log.emplace_back("apply");
+        if (message.MsgID == HostMsg::GatherAbout)
+            database.Broadcast({19, 1, -2, "", HostArray{"<b>Product", "", 7, "x"}, 0});
     }
 
     QTemporaryDir folder;
@@ -100,7 +102,7 @@ TEST_F(FaceTest, TheSettingsWindowSavesAllPagesAndThenAppliesThemOnce) {
     log.clear();
     // Whoever applies may let the user's hands in: the window stays until it is done.
     const auto closing = database.MessageBroadcasted.connect(
-        [&](const HostMessage& m) { EXPECT_FALSE(m.MsgID == 7 && window->close()); });
+        [&](const HostMessage& m) { EXPECT_FALSE(m.MsgID == HostMsg::ApplySettings && window->close()); });
     EXPECT_TRUE(window->Save());
     EXPECT_THAT(log, ElementsAre("A saved", "B saved", "apply", "A applied", "B applied"));
     log.clear();

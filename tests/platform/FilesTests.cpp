@@ -5,8 +5,8 @@
 #include <map>
 
 #include "platform/Files.h"
-#include "support/FaultOf.h"
-#include "support/MemoryDisk.h"
+#include "simulation/FaultOf.h"
+#include "simulation/MemoryDisk.h"
 
 namespace talvora::test {
 namespace {

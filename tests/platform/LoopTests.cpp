@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/Timer.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <unordered_map>
 
 #include "platform/Text.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 

@@ -6,7 +6,7 @@
 
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/HeadlessQuestions.h"
-#include "support/VirtualTime.h"
+#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 

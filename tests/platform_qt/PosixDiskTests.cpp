@@ -7,7 +7,7 @@
 #include "platform_qt/PosixDisk.h"
 #include "platform_qt/TemporaryFolder.h"
 #include "platform_qt/WasteFolder.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 

@@ -7,8 +7,8 @@
 
 #include "RealWorld.h"
 #include "platform_qt/Descriptor.h"
-#include "support/FaultOf.h"
-#include "support/VirtualTime.h"
+#include "simulation/FaultOf.h"
+#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 namespace {

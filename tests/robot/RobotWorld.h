@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "robot/Robot.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 

@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/HostMessageNumbers.h"
 #include "platform/Text.h"
-#include "support/World.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
@@ -24,7 +25,7 @@ TEST(Session, TheFirstLogOnJoinsTheSystemChannelAndThenTheSavedOnes) {
     Client& maria = world.client("Maria");
     maria.around.settings.SaveSetting("Talvora", "ChanKeys", "#two", "sesame");
     maria.around.settings.SaveSetting("Talvora", "Settings", "ChanList", "#one|#two|");
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     EXPECT_THAT(maria.host.take(), ElementsAre("2(Talvora IRC, 1)"));
     world.time.settle();
     EXPECT_EQ(maria.window().Session.Label8.Caption.get(), "Loging in...");
@@ -100,9 +101,10 @@ TEST(Session, NewsOfOthersReachTheHost) {
     }
     EXPECT_THAT(
         maria.host.take(),
-        ElementsAre("1008(#x, a)", "1011(a, d)", "1009(#x, d)", "1010(e, gone)", "1005(#x, a, hi)",
-                    "9(Chat, A: psst, 1, A, , imgChat, False, False)", "1007(a, psst)", "1001(calc, a, 1 2)",
-                    "1004(move, a, e4)", "9(Chat, A: waves, 1, A, , imgChat, False, False)"));
+        ElementsAre("UserJoined(#x, a)", "UserRenamed(a, d)", "UserParted(#x, d)", "UserQuit(e, gone)",
+                    "ChannelText(#x, a, hi)", "Notice(Chat, A: psst, 1, A, , imgChat, False, False)",
+                    "PrivateText(a, psst)", "SystemVerb(calc, a, 1 2)", "Verb(move, a, e4)",
+                    "Notice(Chat, A: waves, 1, A, , imgChat, False, False)"));
 }
 
 TEST(Session, QueriesAreAnsweredOnOneLineEach) {
@@ -126,7 +128,7 @@ TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
     World world;
     Client& maria = world.client("Maria");
     maria.around.settings.SaveSetting("Talvora", "Settings", "IgnoreList", "nikos@bob@");
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     world.time.settle();
     maria.server.says(":srv 001 Maria :Welcome");
     world.time.run(4s);
@@ -160,7 +162,7 @@ TEST(Presence, ATableOfSixtyStatesGivesFiftyEntriesAndABadLineOneReport) {
     for (int i = 0; i < 60; ++i) table += "S" + std::to_string(i) + "|State|3\r\n";
     maria.around.disk.put("System/perflix.lst", table);
     maria.around.questions.willAnswer(Answer::Ignore);
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     EXPECT_EQ(maria.window().Presence.popStat.UBound(), 50);
     EXPECT_EQ(maria.window().Presence.popStat(1).Tag.get(), "3|S0");
 }
@@ -170,7 +172,7 @@ TEST(Presence, AnUnreadableTableOfStatesLeavesNoTemplateInTheMenu) {
     Client& maria = world.client("Maria");
     maria.around.questions.answerFaults(Answer::Ignore);
     maria.around.disk.remove("System/perflix.lst");
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     EXPECT_EQ(maria.window().Presence.popStat.UBound(), 0);
     EXPECT_FALSE(maria.window().Presence.popStat(0).Visible);
 }

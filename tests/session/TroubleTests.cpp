@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/World.h"
+#include "common/HostMessageNumbers.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
@@ -12,7 +13,7 @@ using namespace std::chrono_literals;
 class TroubleTest : public testing::Test {
   protected:
     void starts() {
-        maria.host.send(1);
+        maria.host.send(HostMsg::Start);
         passes();
     }
     void passes(std::chrono::microseconds time = 100ms) { world.time.run(time); }
@@ -36,7 +37,7 @@ TEST_F(TroubleTest, ALogOnThatFailsIsToldWithWhatTheEngineDoesNext) {
     maria.server.mood = ScriptedServer::Mood::Silent;
     passes(10s);
     EXPECT_EQ(line(), "The server takes no connection; trying again now.");
-    maria.host.send(7);
+    maria.host.send(HostMsg::ApplySettings);
     maria.server.mood = ScriptedServer::Mood::Accepts;
     passes(10s);
     EXPECT_EQ(line(), "") << "it can be reached";
@@ -114,7 +115,7 @@ TEST_F(TroubleTest, OnLineItTellsForAWhileOrUntilItIsOver) {
     maria.server.closes();
     passes();
     maria.component->TheAccount().gSettingsChanged = true;
-    maria.host.send(7);
+    maria.host.send(HostMsg::ApplySettings);
     passes();
     EXPECT_EQ(line(), "") << "the user has asked for another connection";
 }

@@ -3,10 +3,11 @@
 
 #include <cerrno>
 
+#include "common/HostMessageNumbers.h"
 #include "platform/Text.h"
 #include "settings/Settings.h"
-#include "support/FaultOf.h"
-#include "support/World.h"
+#include "simulation/FaultOf.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
@@ -39,7 +40,7 @@ class SettingsTest : public testing::Test {
     void confirms(Settings& settings) {
         EXPECT_EQ(settings.Problem(), "");
         settings.SaveAll();
-        maria.host.send(7);
+        maria.host.send(HostMsg::ApplySettings);
         settings.Applied();
         world.time.run(100ms);
     }
@@ -128,7 +129,7 @@ TEST_F(SettingsTest, WhatWouldSurelyFailIsToldInPlainWords) {
 }
 
 TEST_F(SettingsTest, ANewConnectionIsMadeExactlyWhenOneIsNeeded) {
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     world.time.settle();
     maria.server.says(":srv 433 * Maria :Nickname is already in use");
     world.time.run(10ms);
@@ -166,7 +167,7 @@ TEST_F(SettingsTest, ANewConnectionIsMadeExactlyWhenOneIsNeeded) {
 }
 
 TEST_F(SettingsTest, AnotherNetworkIsEnteredWithItsOwnWireAndTheWindowsStay) {
-    maria.host.send(1);
+    maria.host.send(HostMsg::Start);
     world.time.settle();
     maria.server.says(":srv 001 Maria :Welcome");
     world.time.run(4s);
@@ -182,7 +183,7 @@ TEST_F(SettingsTest, AnotherNetworkIsEnteredWithItsOwnWireAndTheWindowsStay) {
     EXPECT_FALSE(maria.server.connected());
     other.says(":srv 001 Maria :Welcome");
     world.time.run(4s);
-    maria.host.send(1006, HostArray{"Nikos", "\xE1"});
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "\xE1"});
     EXPECT_THAT(other.transcript, AllOf(HasSubstr("JOIN #other "), HasSubstr("PRIVMSG Nikos :\xCE\xB1")));
     EXPECT_EQ(maria.component->Chats().Privates.Window("Nikos"), window);
     EXPECT_EQ(other.connections, 1);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/Numerics.h"
+
 namespace talvora {
 
 namespace {
@@ -76,39 +78,39 @@ void Incoming::word(const LineView& line, std::string& out) {
 void Incoming::numeric(const LineView& line, std::string& out) {
     using Kind = ReplyKeeper::Kind;
     switch (line.numeric) {
-        case 1:
+        case Numeric::Welcome:
             return welcome(line, out);
-        case 5:
+        case Numeric::Bounce:
             return support(line, out);
-        case 266:
+        case Numeric::GlobalUsers:
             return globalUsers(line, out);
-        case 311:
+        case Numeric::WhoisUser:
             return whoisUser(line, out);
-        case 318:
+        case Numeric::EndOfWhois:
             return endOfWhois(line, out);
-        case 321:
+        case Numeric::ListStart:
             [[fallthrough]];
-        case 322:
+        case Numeric::List:
             return piece(Kind::List, {}, line.whole, out);
-        case 323:
+        case Numeric::EndOfList:
             return endOf(Kind::List, line, out);
-        case 352:
+        case Numeric::Who:
             return who(line, out);
-        case 315:
+        case Numeric::EndOfWho:
             return endOfWho(line, out);
-        case 353:
+        case Numeric::Names:
             return names(line, out);
-        case 366:
+        case Numeric::EndOfNames:
             return endOfNames(line, out);
-        case 372:
+        case Numeric::Motd:
             [[fallthrough]];
-        case 375:
+        case Numeric::MotdStart:
             return piece(Kind::Motd, {}, line.whole, out);
-        case 376:
+        case Numeric::EndOfMotd:
             return endOf(Kind::Motd, line, out);
-        case 396:
+        case Numeric::DisplayedHost:
             return host(line, out);
-        case 404:
+        case Numeric::CannotSendToChannel:
             return cannotSend(line, out);
         default:
             return whoisPiece(line, out);

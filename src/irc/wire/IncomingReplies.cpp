@@ -1,3 +1,4 @@
+#include "common/Numerics.h"
 #include "irc/wire/Incoming.h"
 
 namespace talvora {
@@ -21,36 +22,36 @@ char knownRank(char sign) {
 // Numerics that a server puts between 311 and 318, as far as the engine reads them or they are common.
 bool belongsToWhois(int numeric) {
     switch (numeric) {
-        case 275:
-        case 276:
-        case 301:
-        case 307:
-        case 308:
-        case 309:
-        case 310:
-        case 312:
-        case 313:
-        case 316:
-        case 317:
-        case 319:
-        case 320:
-        case 325:
-        case 326:
-        case 327:
-        case 330:
-        case 335:
-        case 337:
-        case 338:
-        case 343:
-        case 344:
-        case 350:
-        case 378:
-        case 379:
-        case 569:
-        case 616:
-        case 617:
-        case 671:
-        case 690:
+        case Numeric::WhoisSecureLine:
+        case Numeric::WhoisCertificate:
+        case Numeric::Away:
+        case Numeric::WhoisRegistered:
+        case Numeric::WhoisAdmin:
+        case Numeric::WhoisServicesAdmin:
+        case Numeric::WhoisHelper:
+        case Numeric::WhoisServer:
+        case Numeric::WhoisOperator:
+        case Numeric::WhoisChannelOperator:
+        case Numeric::WhoisIdle:
+        case Numeric::WhoisChannels:
+        case Numeric::WhoisSpecial:
+        case Numeric::WhoisWebUser:
+        case Numeric::WhoisMasked:
+        case Numeric::WhoisRealHost:
+        case Numeric::WhoisAccount:
+        case Numeric::WhoisBot:
+        case Numeric::WhoisText:
+        case Numeric::WhoisActually:
+        case Numeric::WhoisOperatorName:
+        case Numeric::WhoisCountry:
+        case Numeric::WhoisGateway:
+        case Numeric::WhoisHost:
+        case Numeric::WhoisModes:
+        case Numeric::WhoisNetwork:
+        case Numeric::WhoisCloak:
+        case Numeric::WhoisBotKind:
+        case Numeric::WhoisSecure:
+        case Numeric::WhoisLanguage:
             return true;
         default:
             return false;

@@ -8,6 +8,7 @@
 #include <array>
 #include <utility>
 
+#include "common/Numerics.h"
 #include "desktop/QtText.h"
 
 namespace talvora {
@@ -146,7 +147,7 @@ void ConnectionTest::line(const QByteArray& text) {
         socket_.write("PONG " + rest.mid(5, 512) + "\r\n");
     } else if (command == "ERROR" && asksForPassword(rest)) {
         finish(false, QStringLiteral("The server answers, but it asks for a password."));
-    } else if (command == "ERROR" || number == 465) {
+    } else if (command == "ERROR" || number == Numeric::BannedFromServer) {
         finish(false, QStringLiteral("The server does not want the connection: %1").arg(shown(tailOf(rest))));
     } else if (isNumber) {
         heardNumeric(number, shown(sender));
@@ -154,7 +155,7 @@ void ConnectionTest::line(const QByteArray& text) {
 }
 
 void ConnectionTest::heardNumeric(int number, const QString& server) {
-    if (number == 464)
+    if (number == Numeric::PasswordMismatch)
         return finish(false, QStringLiteral("The server answers, but it asks for a password."));
     finish(true, QStringLiteral("Connected: %1 answers.").arg(server));
 }

@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

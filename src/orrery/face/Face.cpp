@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/HostMessageNumbers.h"
+#include "common/Version.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
-#include "host/common/Version.h"
 #include "orrery/face/NetworkPage.h"
 #include "orrery/face/NoticesPage.h"
 #include "orrery/face/Welcome.h"
@@ -16,15 +17,6 @@
 namespace talvora {
 
 namespace {
-
-constexpr std::int32_t ShowWindow = 3;
-constexpr std::int32_t WhichPages = 4;
-constexpr std::int32_t APage = 5;
-constexpr std::int32_t SettingsSaved = 7;
-constexpr std::int32_t EndNow = 8;
-constexpr std::int32_t ANotice = 9;
-constexpr std::int32_t WhoIsThere = 18;
-constexpr std::int32_t AnAbout = 19;
 
 constexpr const char* Application = "Orrery";
 constexpr const char* WindowsSection = "Windows";
@@ -142,11 +134,11 @@ void Face::heard(const HostMessage& message) {
         if (gathered_->size() < MostAnswers) gathered_->push_back(message);
     } else if (!forUs) {
         return;
-    } else if (message.MsgID == ShowWindow && message.Data == HostValue(1)) {
+    } else if (message.MsgID == HostMsg::ShowWindow && message.Data == HostValue(1)) {
         // The component, which shows it, may hear of it only after us.
         QMetaObject::invokeMethod(
             &context_, [this] { raiseWindow(); }, Qt::QueuedConnection);
-    } else if (message.MsgID == ANotice) {
+    } else if (message.MsgID == HostMsg::Notice) {
         heardNotice(message);
     }
 }
@@ -202,11 +194,11 @@ std::vector<HostMessage> Face::answersTo(std::int32_t question, std::int32_t ans
 // ---- What the tray and the windows ask for
 
 void Face::OpenMainWindow() {
-    say(ShowWindow, 1);
+    say(HostMsg::ShowWindow, 1);
 }
 
 void Face::Quit() {
-    say(EndNow);
+    say(HostMsg::Terminate);
 }
 
 void Face::raiseWindow() {
@@ -221,7 +213,7 @@ void Face::raiseWindow() {
 void Face::ShowAbout() {
     if (about_ != nullptr) return bringForward(*about_);
     QStringList lines{QStringLiteral("Orrery %1").arg(QString::fromStdString(Version::text()))};
-    for (const HostMessage& answer : answersTo(WhoIsThere, AnAbout)) {
+    for (const HostMessage& answer : answersTo(HostMsg::GatherAbout, HostMsg::About)) {
         lines << QString();
         for (std::size_t i = 0; i < 4; ++i) {
             if (const std::string text = textAt(answer, i); !text.empty()) lines << toQString(text);
@@ -269,13 +261,15 @@ void Face::ShowSettings() {
         ~Opening() { flag = false; }
     } const opening{openingSettings_ = true};
     settings_ = std::make_unique<SettingsWindow>(
-        pages(), SettingsWindow::Orders{[this] { say(SettingsSaved); }, [this] { settingsClosed(); }});
+        pages(),
+        SettingsWindow::Orders{[this] { say(HostMsg::ApplySettings); }, [this] { settingsClosed(); }});
     bringForward(*settings_);
 }
 
 std::vector<SettingsWindow::Page> Face::pages() {
     std::vector<SettingsWindow::Page> pages;
-    for (const HostMessage& answer : answersTo(WhichPages, APage)) addPluginPage(pages, answer);
+    for (const HostMessage& answer : answersTo(HostMsg::GatherPages, HostMsg::SettingsPage))
+        addPluginPage(pages, answer);
     pages.push_back({QStringLiteral("Network"), theme::icon(QStringLiteral("network")),
                      std::make_unique<NetworkPage>(host_->Profile, host_->Places.ProfileFile)});
     pages.push_back({QStringLiteral("Notices"), theme::icon(QStringLiteral("info")),

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <thread>
 
+#include "common/HostMessageNumbers.h"
 #include "gate/GateClient.h"
 #include "gate/GateJson.h"
 
@@ -36,7 +37,7 @@ bool showFirstHost(const std::string& gate) {
     const auto client = connectTo(gate);
     if (client == nullptr) return false;
     HostMessage message;
-    message.MsgID = 3;
+    message.MsgID = HostMsg::ShowWindow;
     message.Tag = "Orrery";
     message.Data = 1;
     std::string lines;

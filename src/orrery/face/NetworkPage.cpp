@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "desktop/Theme.h"
-#include "host/profile/ProfileWriter.h"
 #include "orrery/ProfileFile.h"
+#include "profile/ProfileWriter.h"
 
 namespace talvora {
 

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "desktop/HostFace.h"
-#include "host/profile/NetworkProfile.h"
 #include "orrery/face/ConnectionTest.h"
+#include "profile/NetworkProfile.h"
 
 class QFormLayout;
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/HostGate.h"
 #include "desktop/QtText.h"
-#include "host/common/HostGate.h"
 
 namespace talvora {
 

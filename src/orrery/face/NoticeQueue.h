@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 namespace talvora {
 

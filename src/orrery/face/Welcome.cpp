@@ -7,14 +7,14 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "common/ComponentSettings.h"
+#include "common/Identity.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
-#include "host/common/Identity.h"
-#include "host/common/Settings.h"
-#include "host/profile/ProfileWriter.h"
 #include "orrery/ProfileFile.h"
 #include "platform/RuntimeError.h"
 #include "platform/Text.h"
+#include "profile/ProfileWriter.h"
 
 namespace talvora {
 

@@ -6,8 +6,8 @@
 #include <QLineEdit>
 #include <string>
 
-#include "host/profile/NetworkProfile.h"
 #include "platform/SettingsStore.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

@@ -12,7 +12,7 @@
 #include "chat/ChatColors.h"
 #include "chat/IRCWin.h"
 #include "desktop/RichTextView.h"
-#include "support/VirtualPlatform.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace {
 

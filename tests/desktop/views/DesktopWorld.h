@@ -5,11 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "common/HostMessageNumbers.h"
 #include "desktop/FormView.h"
 #include "desktop/GuardedApplication.h"
 #include "desktop/views/RememberingFace.h"
 #include "desktop/views/Views.h"
-#include "support/World.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 
@@ -28,12 +29,12 @@ class DesktopWorld {
 
     // Starts the client, logs it on and shows its main window.
     void logOn() {
-        client.host.send(1);
+        client.host.send(HostMsg::Start);
         world.time.settle();
         client.server.says(":srv 001 Maria :Welcome");
         world.time.run(std::chrono::seconds(4));
         client.server.heard();
-        client.host.send(3, 1);
+        client.host.send(HostMsg::ShowWindow, 1);
         settle();
     }
     // Both sides have done what they had to do.

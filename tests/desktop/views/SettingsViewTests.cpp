@@ -12,7 +12,7 @@
 
 #include "desktop/QtText.h"
 #include "desktop/views/SettingsView.h"
-#include "support/World.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 namespace {

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPointer>
 
+#include "common/HostMessageNumbers.h"
 #include "desktop/RichTextView.h"
 #include "desktop/Theme.h"
 #include "desktop/views/WindowsFixture.h"
@@ -163,7 +164,7 @@ TEST_F(WindowsTest, TheMainWindowIsNeverLost) {
     FormView* main = viewOf(&client.window());
     main->close();
     EXPECT_FALSE(main->isVisible());
-    client.host.send(3, 1);
+    client.host.send(HostMsg::ShowWindow, 1);
     settle();
     EXPECT_TRUE(main->isVisible());
     face.hasTray = false;

@@ -63,7 +63,7 @@ void GateReader::expectMessage(int id, const Json& data) {
 }
 
 void GateReader::expectNotice(int kind, const std::string& window, const std::string& text) {
-    expectMessage(Host::Notice, JsonArray{"Chat", text, kind, window, "", "imgChat", false, false});
+    expectMessage(HostMsg::Notice, JsonArray{"Chat", text, kind, window, "", "imgChat", false, false});
 }
 
 Json GateReader::expectNumeric(int number, std::initializer_list<std::string_view> words) {
@@ -77,7 +77,7 @@ Json GateReader::expectNumeric(int number, std::initializer_list<std::string_vie
         }
         return true;
     };
-    return expectMessage(Host::Numeric, wanted, what);
+    return expectMessage(HostMsg::ServerNumeric, wanted, what);
 }
 
 std::string GateReader::takeLine(const std::string& part) {

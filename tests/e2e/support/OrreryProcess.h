@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "common/HostMessageNumbers.h"
 #include "e2e/support/Json.h"
 #include "e2e/support/LineSocket.h"
 #include "e2e/support/Process.h"
@@ -15,14 +16,10 @@
 
 namespace talvora::e2e {
 
-// Host messages that the tests speak of.
-namespace Host {
-constexpr int Terminate = 8, Notice = 9;
-constexpr int SystemText = 1001, SaySystemText = 1002, SaySpecial = 1003, SpecialText = 1004;
-constexpr int ChannelText = 1005, SayPrivate = 1006, PrivateText = 1007;
-constexpr int UserJoined = 1008, UserParted = 1009, UserQuit = 1010, UserRenamed = 1011;
-constexpr int Numeric = 1012, Word = 1013, Raw = 1014;
-}  // namespace Host
+// How a line of the gate with this message begins.
+inline std::string hostMessage(std::int32_t number) {
+    return "\"MsgID\":" + std::to_string(number) + ",";
+}
 
 // A connection to a gate.
 class GateReader {

@@ -1,7 +1,7 @@
 // The adapter's host between an engine's end and a server.
 #include "irc/wire/AdaptedSocket.h"
 #include "irc/wire/WireWorld.h"
-#include "support/VirtualNetwork.h"
+#include "simulation/VirtualNetwork.h"
 
 namespace talvora::test {
 namespace {

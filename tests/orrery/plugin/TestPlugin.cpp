@@ -1,6 +1,7 @@
 // A plug-in for the tests of the loader: answers message 1 by message 2 and tells when it goes.
 
-#include "host/common/HostPlugin.h"
+#include "common/HostMessageNumbers.h"
+#include "common/HostPlugin.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ class TestPlugin final : public HostPlugin {
             db.Broadcast({number, id, HostAddress::Host, "", HostArray{"Test plug-in", 1}, 0});
         };
         hearing_ = db.MessageBroadcasted.connect([this, id](const HostMessage& message) {
-            if (message.MsgID == 1 && message.ToID == id) say_(2);
+            if (message.MsgID == HostMsg::Start && message.ToID == id) say_(2);
         });
     }
 

@@ -4,7 +4,7 @@
 
 #include "platform/MemoryClipboard.h"
 #include "platform/rich/RichTextBox.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 namespace {

@@ -3,7 +3,7 @@
 #include "platform/rich/PictureStore.h"
 #include "platform/rich/RichDump.h"
 #include "platform/rich/RtfReader.h"
-#include "support/FaultOf.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 namespace {

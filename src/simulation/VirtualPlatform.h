@@ -5,11 +5,11 @@
 #include "platform/Files.h"
 #include "platform/MemoryClipboard.h"
 #include "platform/Platform.h"
-#include "support/MemoryDisk.h"
-#include "support/MemorySettings.h"
-#include "support/PreparedQuestions.h"
-#include "support/VirtualNetwork.h"
-#include "support/VirtualTime.h"
+#include "simulation/MemoryDisk.h"
+#include "simulation/MemorySettings.h"
+#include "simulation/PreparedQuestions.h"
+#include "simulation/VirtualNetwork.h"
+#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 

@@ -1,4 +1,4 @@
-#include "host/common/FlatList.h"
+#include "common/FlatList.h"
 
 #include "platform/Text.h"
 

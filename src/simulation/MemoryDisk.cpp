@@ -1,4 +1,4 @@
-#include "support/MemoryDisk.h"
+#include "simulation/MemoryDisk.h"
 
 #include <algorithm>
 #include <cerrno>

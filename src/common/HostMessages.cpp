@@ -1,4 +1,4 @@
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 #include <charconv>
 

@@ -6,13 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "common/HostMessageNumbers.h"
 #include "host/Connect.h"
-#include "host/profile/NetworkProfile.h"
-#include "support/VirtualPlatform.h"
+#include "profile/NetworkProfile.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 
-// A host that writes down what is broadcast, as `MsgID(data, data)`; 1012 and 1013 are left out.
+// A host that writes down what is broadcast, as `Name(data, data)`; the
+// two that come with every line of the server are left out.
 class RecordingHost final : public MessageDatabase {
   public:
     void Broadcast(const HostMessage& message) override;

@@ -1,4 +1,4 @@
-#include "host/profile/ProfileWriter.h"
+#include "profile/ProfileWriter.h"
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/World.h"
+#include "simulation/World.h"
 
 namespace talvora::test {
 

@@ -1,4 +1,4 @@
-#include "support/EventLog.h"
+#include "simulation/EventLog.h"
 
 #include <cstring>
 

@@ -1,10 +1,47 @@
-#include "support/World.h"
+#include "simulation/World.h"
 
-#include "support/EventLog.h"
+#include <map>
+
+#include "common/HostMessageNumbers.h"
+#include "simulation/EventLog.h"
 
 namespace talvora::test {
 
 namespace {
+
+// The names by which messages are written down.
+const std::map<std::int32_t, const char*> names = {
+    {HostMsg::Start, "Start"},
+    {HostMsg::Started, "Started"},
+    {HostMsg::ShowWindow, "ShowWindow"},
+    {HostMsg::GatherPages, "GatherPages"},
+    {HostMsg::SettingsPage, "SettingsPage"},
+    {HostMsg::ApplySettings, "ApplySettings"},
+    {HostMsg::Terminate, "Terminate"},
+    {HostMsg::Notice, "Notice"},
+    {HostMsg::OpenMail, "OpenMail"},
+    {HostMsg::GatherAbout, "GatherAbout"},
+    {HostMsg::About, "About"},
+    {HostMsg::SystemVerb, "SystemVerb"},
+    {HostMsg::SaySystemVerb, "SaySystemVerb"},
+    {HostMsg::SayVerb, "SayVerb"},
+    {HostMsg::Verb, "Verb"},
+    {HostMsg::ChannelText, "ChannelText"},
+    {HostMsg::SayPrivate, "SayPrivate"},
+    {HostMsg::PrivateText, "PrivateText"},
+    {HostMsg::UserJoined, "UserJoined"},
+    {HostMsg::UserParted, "UserParted"},
+    {HostMsg::UserQuit, "UserQuit"},
+    {HostMsg::UserRenamed, "UserRenamed"},
+    {HostMsg::ServerNumeric, "ServerNumeric"},
+    {HostMsg::ServerWord, "ServerWord"},
+    {HostMsg::SayRaw, "SayRaw"},
+};
+
+std::string nameOf(std::int32_t number) {
+    const auto found = names.find(number);
+    return found == names.end() ? std::to_string(number) : found->second;
+}
 
 std::string textOf(const HostValue& value) {
     if (value.isNull()) return "null";
@@ -18,8 +55,8 @@ std::string textOf(const HostValue& value) {
 }  // namespace
 
 void RecordingHost::Broadcast(const HostMessage& message) {
-    if (message.MsgID != 1012 && message.MsgID != 1013) {
-        heard_.push_back(std::to_string(message.MsgID) + "(" + textOf(message.Data) + ")");
+    if (message.MsgID != HostMsg::ServerNumeric && message.MsgID != HostMsg::ServerWord) {
+        heard_.push_back(nameOf(message.MsgID) + "(" + textOf(message.Data) + ")");
     }
     MessageBroadcasted.raise(message);
 }
@@ -57,7 +94,7 @@ Client& World::client(const std::string& nick) {
 
 Client& World::loggedIn(const std::string& nick) {
     Client& started = client(nick);
-    started.host.send(1);
+    started.host.send(HostMsg::Start);
     time.settle();
     started.server.says(":srv 001 " + nick + " :Welcome");
     time.run(std::chrono::seconds(4));

@@ -1,4 +1,4 @@
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 
 #include <algorithm>
 #include <array>

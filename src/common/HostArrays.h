@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 
 namespace talvora {
 

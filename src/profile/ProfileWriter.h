@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/profile/NetworkProfile.h"
+#include "profile/NetworkProfile.h"
 
 namespace talvora {
 

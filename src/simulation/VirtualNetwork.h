@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
-#include "support/VirtualTime.h"
+#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 

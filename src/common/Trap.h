@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-#include "host/common/GlobError.h"
+#include "common/GlobError.h"
 
 namespace talvora {
 

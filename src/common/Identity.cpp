@@ -1,4 +1,4 @@
-#include "host/common/Identity.h"
+#include "common/Identity.h"
 
 #include <algorithm>
 

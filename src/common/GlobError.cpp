@@ -1,4 +1,4 @@
-#include "host/common/GlobError.h"
+#include "common/GlobError.h"
 
 namespace talvora {
 

@@ -1,4 +1,4 @@
-#include "support/VirtualNetwork.h"
+#include "simulation/VirtualNetwork.h"
 
 #include <algorithm>
 

@@ -1,8 +1,9 @@
-#include "host/common/HostGate.h"
+#include "common/HostGate.h"
 
 #include <utility>
 
-#include "host/common/HostArrays.h"
+#include "common/HostArrays.h"
+#include "common/HostMessageNumbers.h"
 
 namespace talvora {
 
@@ -27,7 +28,7 @@ void HostGate::NotifyHost(const Notice& notice) {
                             : notice.Kind == NoticeKind::ChannelText ? "PopupChan"
                                                                      : nullptr;
     if (key != nullptr && settings_.Get(Section::Settings, key, "T") == "F") return;
-    Broadcast(9,
+    Broadcast(HostMsg::Notice,
               ArrayOf(notice.Title, notice.Text, static_cast<std::int32_t>(notice.Kind), notice.Window,
                       notice.Line, notice.Value, notice.First, notice.Second),
               HostAddress::Everybody, "IRC Plugin");

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "host/common/HostMessages.h"
-#include "host/common/Settings.h"
+#include "common/ComponentSettings.h"
+#include "common/HostMessages.h"
 
 namespace talvora {
 

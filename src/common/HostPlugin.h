@@ -10,7 +10,7 @@
 
 #include <cstdint>
 
-#include "host/common/HostMessages.h"
+#include "common/HostMessages.h"
 #include "platform/Platform.h"
 
 namespace talvora {

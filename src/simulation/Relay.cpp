@@ -1,4 +1,4 @@
-#include "support/Relay.h"
+#include "simulation/Relay.h"
 
 #include <algorithm>
 #include <set>

@@ -1,4 +1,4 @@
-#include "support/VirtualTime.h"
+#include "simulation/VirtualTime.h"
 
 #include <algorithm>
 
