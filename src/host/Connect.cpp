@@ -33,8 +33,10 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_) {
+      chats_(services.ThePlatform, globError_, settings_, gate_),
+      announcements_(services.ThePlatform, globError_, settings_, gate_, account_, services.Profile) {
     chats_.JoinTo(handovers_);
+    announcements_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -118,6 +120,7 @@ void Connect::startUp() {
         nickRead_.clear();
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
+        announcements_.Manager.Start();
         chats_.LoadTables(step);
         step([&] { loadMainWindow(); });
         gStarted = MainWindow() != nullptr;  // the end may have come in between
@@ -146,12 +149,14 @@ void Connect::loadMainWindow() {
         retireMainWindow();
         form1_ = std::make_unique<Form1>(around, ircSocket());
         chats_.Attach(form1_.get());
+        announcements_.Attach(form1_.get());
         MainWindowLoaded.raise(*form1_);
     } else if (!sameConnection(connectedBy_, services_.Profile)) {
         renewConnection();
     }
     form1_->SetMailInterval(CInt(std::clamp(Val(minutes), 1.0, 32767.0)));
     form1_->Form_Load();
+    announcements_.Load();
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -223,7 +228,9 @@ void Connect::terminate(Trap& step) {
     if (text.empty()) text = "Bye bye!";
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
+    step([&] { announcements_.UnloadAll(); });
     step([&] { chats_.UnloadAll(); });
+    announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
 }
 
