@@ -33,7 +33,7 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_),
+      chats_(services.ThePlatform, globError_, settings_, gate_, random_, account_),
       announcements_(services.ThePlatform, globError_, settings_, gate_, account_, services.Profile) {
     chats_.JoinTo(handovers_);
     announcements_.JoinTo(handovers_);
