@@ -98,7 +98,8 @@ void frmPM::PMArrived(const std::string& text, const std::string& command) {
     trapped(around_.Reporter, "PMArrived", [&](Trap&) {
         std::string line = incomingLine(text, command);
         if (!Broadcast(line, -1)) return;
-        if (isShown(command)) DisplayIRCCommand(line, UserName);
+        // A copy: the peer may be renamed while the line is shown.
+        if (isShown(command)) DisplayIRCCommand(line, std::string(UserName));
         noteNews();
     });
 }
@@ -132,9 +133,9 @@ void frmPM::ShowPluginLine(const std::string& text) {
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
         if (data.starts_with('\\')) {
-            around_.Commands.RunScriptCommand(data.substr(1), UserName, *this);
+            around_.Commands.RunScriptCommand(data.substr(1), std::string(UserName), *this);
         } else {
-            sendOn(step, UserName, data);
+            sendOn(step, std::string(UserName), data);
         }
     });
 }
@@ -153,6 +154,8 @@ void frmPM::Rename(const std::string& newNick) {
         noteNews();
         UserName = name;
         Caption = "Private chat with " + UserName;
+        // The list of windows has the old name, whether there is news or not.
+        around_.Session.RefreshWindows();
         offerName(newNick);
     });
 }

@@ -15,14 +15,14 @@ namespace talvora {
 class AnnounceDesk final : private AnnouncementService {
   public:
     AnnounceDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate,
-                 const Account& account, const NetworkProfile& profile);
+                 const NetworkProfile& profile);
 
-    void JoinTo(Handovers& to) { to.Announcements = this; }
+    void JoinTo(Handovers& to) { to.Announcements = *this; }
     // The main window that the manager speaks through; null while there is none.
     void Attach(Form1* window) { form1_ = window; }
     // Reads the list into its window, which keeps the panel.
     void Load() { Viewer.Load().LoadList(); }
-    void UnloadAll();
+    void UnloadAll(Trap& step);
 
     picAnn Panel;
     modAnnounceManager Manager;

@@ -16,7 +16,7 @@ std::string code(std::uint8_t fore, std::uint8_t back) {
 }  // namespace
 
 ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate,
-                   Random& random, const Account& account)
+                   Random& random)
     : Nicks(globError, platform.ProgramFiles),
       Emotions(platform.ProgramFiles, globError),
       Plugins(platform.ProgramFiles, globError),
@@ -24,7 +24,7 @@ ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& 
       Encryption{globError,
                  settings,
                  Cipher,
-                 [&account] { return account.gNickname; },
+                 [this] { return form1_ != nullptr ? form1_->State.gNickname() : std::string(); },
                  [](const std::string& nick) { return TruncNick(nick); },
                  code(Colors.ChatForeColor, Colors.ChatBackColor),
                  code(Colors.ActionForeColor, Colors.ActionBackColor),
@@ -32,7 +32,7 @@ ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& 
       Commands(platform, globError,
                {[this](const std::string& line) { SendIRC(line); },
                 [this](const std::string& nick) {
-                    if (form1_ != nullptr) form1_->IRCServ1.SetNickname(OneLine(nick));
+                    if (form1_ != nullptr) form1_->State.Ask(OneLine(nick));
                 }}),
       Scripts(platform, [this, &platform,
                          &globError] { return std::make_unique<frmScripts>(platform, globError, Commands); }),
@@ -72,25 +72,28 @@ void ChatDesk::LoadTables(Trap& step) {
 }
 
 void ChatDesk::JoinTo(Handovers& to) {
-    to.Channels = &Channels;
-    to.Privates = &Privates;
-    to.Keys = this;
-    to.MOTD = this;
-    to.Notes = &notes_;
+    to.Channels = Channels;
+    to.Privates = Privates;
+    to.Keys = *this;
+    to.MOTD = *this;
+    to.Notes = notes_;
 }
 
-void ChatDesk::UnloadAll() {
-    for (frmPM* window : Privates.Table().AllLoaded()) window->Unload();
-    for (frmChanChat* window : Channels.Table().AllLoaded()) window->Unload();
-    if (auto* form = ChanKey.Get()) form->Unload();
-    if (auto* form = MsgBox.Get()) form->Unload();
-    if (auto* form = MOTD.Get()) form->Unload();
-    if (auto* form = Picker.Get()) form->Unload();
-    if (auto* form = Scripts.Get()) form->Unload();
+void ChatDesk::UnloadAll(Trap& step) {
+    const auto unload = [&](Form* form) {
+        if (form != nullptr) step([&] { form->Unload(); });
+    };
+    for (frmPM* window : Privates.Table().AllLoaded()) unload(window);
+    for (frmChanChat* window : Channels.Table().AllLoaded()) unload(window);
+    unload(ChanKey.Get());
+    unload(MsgBox.Get());
+    unload(MOTD.Get());
+    unload(Picker.Get());
+    unload(Scripts.Get());
 }
 
 void ChatDesk::SendPM(const std::string& to, const std::string& text, bool special) {
-    if (form1_ != nullptr) form1_->Texts.SendPM(to, text, special);
+    if (form1_ != nullptr) form1_->Out.SendPM(to, text, special);
 }
 
 void ChatDesk::SendIRC(const std::string& line) {

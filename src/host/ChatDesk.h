@@ -20,7 +20,7 @@ namespace talvora {
 class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOfTheDay {
   public:
     ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate,
-             Random& random, const Account& account);
+             Random& random);
 
     // The tables of states, emoticons and plug-ins, and the user's libraries; once, at the start.
     void LoadTables(Trap& step);
@@ -28,7 +28,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     void Attach(Form1* window) { form1_ = window; }
     void JoinTo(Handovers& to);
     // Closes all windows, whatever they say.
-    void UnloadAll();
+    void UnloadAll(Trap& step);
 
     ChatColors Colors;
     modNickDecode Nicks;
