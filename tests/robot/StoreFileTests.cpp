@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <iterator>
@@ -19,6 +20,8 @@ namespace {
 TEST(RobotStoreFile, IsItsOwnersAloneAndRefusedAsItIsWhenDamaged) {
     const SqlitePlace live;
     const mode_t before = ::umask(0);
+    std::filesystem::permissions(live.folder.path(), std::filesystem::perms::all);
+    for (const char* file : {"store.db", "store.db-shm"}) live.folder.put(file, "");  // of a looser time
     RobotStore store(live.settings());
     ::umask(before);
     for (int mail = 0; mail < 100; ++mail) store.AddMail(mailOf(std::to_string(mail)), nullptr);
@@ -28,6 +31,7 @@ TEST(RobotStoreFile, IsItsOwnersAloneAndRefusedAsItIsWhenDamaged) {
     for (const char* file : {"store.db", "store.db-wal", "store.db-shm"}) {
         EXPECT_EQ(live.folder.mode(file), 0600) << file;
     }
+    EXPECT_EQ(live.folder.mode("."), 0700);
     using Damage = std::function<void(std::string & database, std::string & log)>;
     const std::pair<Damage, std::string> cases[] = {
         {[](std::string&, std::string&) {}, ""},
@@ -57,6 +61,25 @@ TEST(RobotStoreFile, IsItsOwnersAloneAndRefusedAsItIsWhenDamaged) {
     EXPECT_THROW(RobotStore{other.settings()}, StoreError);
     EXPECT_THROW(RobotStore{storeAt(other.folder.path())}, StoreError);
     EXPECT_THROW(RobotStore{storeAt(other.folder.path("no/such.db"))}, StoreError);
+}
+
+TEST(RobotStoreFile, GrowsToItsCeilingAndTakesMailAgainWhenSomeHasGone) {
+    const SqlitePlace place;
+    StoreSettings settings = place.settings();
+    settings.Megabytes = 1;
+    RobotStore store(settings);
+    int kept = 0;
+    const auto keep = [&] {
+        store.AddMail(mailOf(std::to_string(kept), {std::string(50'000, 'x')}),
+                      [&](bool safe) { kept += safe; });
+        store.Commit();
+    };
+    EXPECT_THROW(for (int mail = 0; mail < 30; ++mail) keep(), StoreError);
+    EXPECT_GT(kept, 15);
+    EXPECT_EQ(store.TotalsOf("Nikos").Mails, kept);
+    store.RemoveMail(store.FirstMailFor("Nikos", noon)->Id);
+    store.Commit();
+    keep();
 }
 
 // What a robot does that will be killed: keeps mails, several to a commit, and tells of those that are safe.
