@@ -11,11 +11,11 @@ inline int flushes = 0;
 
 }  // namespace talvora::test
 
-extern "C" int fdatasync(int file) {
+extern "C" __attribute__((visibility("default"))) int fdatasync(int file) {
     ++talvora::test::flushes;
     return static_cast<int>(::syscall(SYS_fdatasync, file));
 }
-extern "C" int fsync(int file) {
+extern "C" __attribute__((visibility("default"))) int fsync(int file) {
     ++talvora::test::flushes;
     return static_cast<int>(::syscall(SYS_fsync, file));
 }

