@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "gate/Places.h"
+#include "gate/PrivateFolder.h"
 
 namespace talvora {
 namespace {
@@ -28,7 +29,7 @@ fs::path existing(const fs::path& folder, const std::string& name) {
 }
 
 void makeRoot(const fs::path& folder) {
-    if (fs::is_directory(folder)) return;
+    if (fs::is_directory(folder)) return keepPrivate(folder.string());
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
 }

@@ -24,6 +24,7 @@ CORE = {
 }
 ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
+    "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
     "platform_qt": {"platform_qt", "platform"},
     "desktop": {"desktop", "chat", "common", "platform_qt", "platform/rich", "platform"},
     "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "extensions",

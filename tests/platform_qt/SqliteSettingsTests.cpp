@@ -13,6 +13,7 @@
 
 #include "platform/RuntimeError.h"
 #include "platform_qt/Descriptor.h"
+#include "platform_qt/Flushes.h"
 #include "platform_qt/SqliteSettings.h"
 #include "platform_qt/TemporaryFolder.h"
 
@@ -43,6 +44,17 @@ std::string refusal(const std::string& path) {
 // The files of the folder that were put aside, in order.
 QStringList asideIn(const TemporaryFolder& folder) {
     return QDir(QString::fromStdString(folder.path())).entryList({"*.damaged-*"}, QDir::Files, QDir::Name);
+}
+
+TEST(SqliteSettings, AreFlushedWithEachSave) {
+    const TemporaryFolder folder;
+    Store store(folder.path("settings.db"));
+    store.save("first", "value");
+    for (const char* value : {"one", "two"}) {
+        const int before = flushes;
+        store.save("second", value);
+        EXPECT_GT(flushes, before) << value;
+    }
 }
 
 TEST(SqliteSettings, AreFoundAgainByTheNextStartOfTheirOwnerAlone) {
