@@ -8,6 +8,10 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+# A folder's sources share what they include, so names local to a file are unique in their folder.
+set(CMAKE_UNITY_BUILD ${TALVORA_UNITY})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
+
 find_program(CCACHE ccache)
 if(CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
@@ -40,15 +44,9 @@ function(talvora_core name folder)
     target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
-# talvora_quick(NAME): what people's hands drive need not be fast to run where it is developed, but to build.
-function(talvora_quick name)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
-endfunction()
-
 # talvora_test_options(NAME): a test is compiled more often than it runs. What it tests is built with both
-# sanitizers; its own code goes without the slower of them to compile, and without optimization.
+# sanitizers; its own code goes without the slower of them to compile.
 function(talvora_test_options name)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
     if(TALVORA_SANITIZE)
         target_compile_options(${name} PRIVATE -fno-sanitize=undefined)
     endif()
@@ -60,7 +58,7 @@ function(talvora_test name folder)
     if(NOT sources)
         return()
     endif()
-    add_executable(${name} ${sources})
+    add_executable(${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/main.cpp)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     talvora_test_options(${name})
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gmock)

@@ -254,9 +254,3 @@ TEST_F(GateTest, ThePathIsTakenFromADeadProcessAlone) {
 
 }  // namespace
 }  // namespace talvora
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

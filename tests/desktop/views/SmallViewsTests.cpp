@@ -17,8 +17,8 @@
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
-#include "desktop/views/RememberingFace.h"
 #include "simulation/VirtualPlatform.h"
+#include "simulation/windows/RememberingFace.h"
 
 namespace talvora::test {
 
