@@ -52,15 +52,17 @@ function(talvora_test_options name)
     endif()
 endfunction()
 
-# talvora_test(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
-function(talvora_test name folder)
+# talvora_test_program(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
+function(talvora_test_program name folder)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
-    if(NOT sources)
-        return()
-    endif()
     add_executable(${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/main.cpp)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     talvora_test_options(${name})
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gmock)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+endfunction()
+
+# talvora_test(...): the same, run as one test. A process for each case would cost more than most cases do.
+function(talvora_test name)
+    talvora_test_program(${name} ${ARGN})
+    add_test(NAME ${name} COMMAND ${name})
 endfunction()

@@ -1,4 +1,4 @@
-// The programs themselves: two users side by side, the shell's tool, and refusals at the start.
+// The programs themselves: refusals at the start, one gate for one host, and the shell's tool.
 
 #include <gtest/gtest.h>
 
@@ -16,29 +16,6 @@ Program ctl(const OrreryProcess& orrery, std::initializer_list<std::string> word
     program.arguments = {builtProgram("orreryctl"), "--gate", orrery.gatePath()};
     program.arguments.insert(program.arguments.end(), words);
     return program;
-}
-
-TEST(TwoHosts, TalkThroughTheirGatesInUtf8) {
-    if (const auto reason = IrcServer::whyNot(ServerKind::Ngircd); !reason.empty()) GTEST_SKIP() << reason;
-    IrcServer server(ServerKind::Ngircd);
-    OrreryProcess nikos(server, {.channels = "#one|", .encoding = "utf-8"});
-    OrreryProcess maria(server, {.nick = "Maria[DND]", .channels = "#one|", .encoding = "utf-8"});
-    IrcPeer anna(server.port(), "Anna");
-    anna.join("#one");
-    nikos.gate().expectNumeric(366, {"#one"});
-    maria.gate().expectNumeric(366, {"#one"});
-    nikos.gate().expectNumeric(366, {"#orrery"});
-    maria.gate().expectNumeric(366, {"#orrery"});
-
-    nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria[DND]", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().expectMessage(HostMsg::PrivateText, QJsonArray{"Nikos", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().send(HostMsg::SayVerb, QJsonArray{"CHESS", "e2 e4", "Nikos"});
-    nikos.gate().expectMessage(HostMsg::Verb, QJsonArray{"CHESS", "Maria[DND]", "e2 e4"});
-    maria.gate().send(HostMsg::SaySystemVerb, QJsonArray{"WEATHER", "ήλιος"});
-    nikos.gate().expectMessage(HostMsg::SystemVerb, QJsonArray{"WEATHER", "Maria[DND]", "ήλιος"});
-    maria.gate().send(HostMsg::SayRaw, "PRIVMSG #one :καλημέρα σε όλους");
-    nikos.gate().expectMessage(HostMsg::ChannelText, QJsonArray{"#one", "Maria[DND]", "καλημέρα σε όλους"});
-    anna.expect({"PRIVMSG #one :καλημέρα σε όλους"});  // on the wire as in this file
 }
 
 struct Refusal {
