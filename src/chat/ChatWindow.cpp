@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::string_view actionMark = "$ACTION ";
 constexpr int lookPeriod = 500;  // milliseconds
-constexpr int narrowPanel = 120;
 
 }  // namespace
 
@@ -19,7 +18,7 @@ ChatWindow::ChatWindow(ChatSurroundings& around)
       Slots(*this, around.Factories, around.Reporter, around.ThePlatform.TheLoop),
       FoldPlugins(">>"),
       around_(around),
-      focusTimer_(around.ThePlatform, lookPeriod, true) {
+      focusTimer_(around.ThePlatform, Ending, lookPeriod, true) {
     connectHands();
     on_ += focusTimer_.Tick.connect([this] { look(); });
     // Between two changes of the foreground a look would find nothing new.
@@ -47,7 +46,6 @@ void ChatWindow::putAway() {
 }
 
 void ChatWindow::Form_Unload() {
-    focusTimer_.Enabled = false;
     Slots.Close();
 }
 
@@ -187,7 +185,7 @@ void ChatWindow::look() {
 }
 
 void ChatWindow::foldPlugins() {
-    const bool open = PluginsWidth < narrowPanel;
+    const bool open = PluginsAreFolded();
     PluginsWidth = open ? kPluginsOpen : kPluginsFolded;
     FoldPlugins.Caption = open ? ">>" : "<<";
 }
