@@ -12,7 +12,7 @@
 namespace talvora {
 namespace {
 
-constexpr std::size_t ReadAtOnce = std::size_t{64} << 10;
+constexpr std::size_t ReadBetweenLooks = std::size_t{64} << 10;
 constexpr std::size_t SentAndKept = std::size_t{1} << 20;
 
 bool wouldBlock() {
@@ -65,7 +65,7 @@ bool GateReader::receive() {
     received_.erase(0, start_);
     start_ = 0;
     looked_ = received_.size();
-    const std::size_t room = std::min(ReadAtOnce, GateLineLimit + 1 - looked_);
+    const std::size_t room = std::min(ReadBetweenLooks, GateLineLimit + 1 - looked_);
     received_.resize(looked_ + room);
     const ssize_t got = ::recv(socket_.get(), received_.data() + looked_, room, 0);
     received_.resize(looked_ + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));

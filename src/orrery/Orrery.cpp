@@ -57,7 +57,7 @@ void lock(FileLock& lock, const std::string& folder, const char* name) {
 }
 
 // What a plug-in calls itself, fit for one line of a terminal; in UTF-8.
-std::string shown(std::string name) {
+std::string shownName(std::string name) {
     const auto isControl = [](char letter) {
         const char16_t c = codePointOf(static_cast<unsigned char>(letter));
         return c < 0x20 || (c >= 0x7F && c < 0xA0);
@@ -148,7 +148,7 @@ void Orrery::heard(const HostMessage& message) {
     if (message.MsgID == HostMsg::Started) {
         const HostArray* const data = message.Data.asArray();
         const std::string* const name = data == nullptr || data->empty() ? nullptr : data->front().asText();
-        if (name != nullptr) tell(shown(*name) + " loaded");
+        if (name != nullptr) tell(shownName(*name) + " loaded");
     } else if (message.MsgID == HostMsg::Terminate) {
         goodbyeSaid_ = goodbyeSaid_ || message.ToID == HostAddress::Everybody;
         stop();

@@ -15,10 +15,10 @@ namespace {
 using Topic = FairQueue::Topic;
 
 // Longest numbers, for a line that is yet to be made.
-constexpr std::int64_t LongestId = 2'000'000'000;
+constexpr std::int64_t LongestMailId = 2'000'000'000;
 
 // The hours of a subject that ends in ":48:E"; 0 for a mail without the mark.
-std::int32_t hoursOf(std::string_view subject) {
+std::int32_t keptHours(std::string_view subject) {
     if (!subject.ends_with(":E")) return 0;
     subject.remove_suffix(2);
     const std::size_t colon = subject.rfind(':');
@@ -124,7 +124,7 @@ bool MailTaking::read(Taking& taking, std::string_view header) const {
 // A subject whose mail could not be announced to its recipient in one line would never reach him.
 bool MailTaking::reaches(const NewMail& mail, int pieces) const {
     MailHead head;
-    head.Id = LongestId;
+    head.Id = LongestMailId;
     head.Sender = mail.Sender;
     head.Subject = mail.Subject;
     head.Pieces = pieces;
@@ -168,7 +168,7 @@ void MailTaking::keep(const Caller& caller, NewMail mail, std::int64_t bytes) {
     if (bytes > roomOf(mail.Recipient)) return refuse(caller);
     mail.SentAt = MomentOf(clock_.Now());
     const std::int64_t longest = std::int64_t{config_.KeepDays} * 24;
-    const std::int64_t hours = hoursOf(mail.Subject);
+    const std::int64_t hours = keptHours(mail.Subject);
     mail.ExpiresAt = mail.SentAt + (hours > 0 ? std::min(hours, longest) : longest) * 3600;
     const std::string told =
         caller.Bare + " to " + mail.Recipient + ", " + CStr(mail.Pieces.size()) + " pieces";

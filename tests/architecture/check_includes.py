@@ -25,6 +25,9 @@ CORE = {
 ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
     "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
+    "simulation/programs": {"simulation/programs", "common", "platform"},
+    "simulation/windows": {"simulation/windows", "simulation", "desktop", "desktop/views", "orrery/face", "common",
+                           "platform"},
     "platform_qt": {"platform_qt", "platform"},
     "desktop": {"desktop", "chat", "common", "platform_qt", "platform/rich", "platform"},
     "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "extensions",

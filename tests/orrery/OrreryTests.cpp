@@ -154,9 +154,3 @@ TEST(PluginLoader, NumbersItsPlugInsAndNamesAWrongLibraryWithTheReason) {
 
 }  // namespace
 }  // namespace talvora
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

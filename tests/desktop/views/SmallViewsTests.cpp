@@ -18,8 +18,8 @@
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PluginViews.h"
-#include "desktop/views/RememberingFace.h"
 #include "simulation/VirtualPlatform.h"
+#include "simulation/windows/RememberingFace.h"
 
 namespace talvora::test {
 
