@@ -33,8 +33,10 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_) {
+      chats_(services.ThePlatform, globError_, settings_, gate_, random_),
+      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
+    announcements_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -128,6 +130,7 @@ void Connect::startUp() {
         account_.gSettingsChanged = true;
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
+        announcements_.Manager.Start();
         chats_.LoadTables(step);
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
@@ -164,6 +167,7 @@ void Connect::loadMainWindow(Trap& step) {
         form1_->SetMailInterval(settings_.GetNumber(Section::Settings, "MailInterval", 1, 1, most));
     });
     form1_->Form_Load();
+    if (MainWindow() != nullptr) announcements_.Load();
 }
 
 void Connect::makeMainWindow() {
@@ -172,6 +176,7 @@ void Connect::makeMainWindow() {
         chats_.Nicks,          handovers_, &chats_.Tables};
     retireMainWindow();
     form1_ = std::make_unique<Form1>(around, ircSocket());
+    announcements_.Attach(form1_.get());
     chats_.Attach(form1_.get());
 }
 
@@ -245,7 +250,9 @@ void Connect::terminate(Trap& step) {
     if (text.empty()) text = "Bye bye!";
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
+    announcements_.UnloadAll(step);
     chats_.UnloadAll(step);
+    announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
 }
 

@@ -8,6 +8,7 @@
 #include "common/GlobError.h"
 #include "common/HostGate.h"
 #include "common/HostPlugin.h"
+#include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
@@ -42,6 +43,7 @@ class Connect final : public HostPlugin {
     // The main window; nothing before message 1 and after the end.
     Form1* MainWindow() const;
     ChatDesk& Chats() { return chats_; }
+    AnnounceDesk& Announcements() { return announcements_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -67,6 +69,7 @@ class Connect final : public HostPlugin {
     Random random_;
     Account account_;
     ChatDesk chats_;
+    AnnounceDesk announcements_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

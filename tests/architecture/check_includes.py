@@ -15,10 +15,12 @@ CORE = {
     "extensions": {"extensions", "common", "platform"},
     "chat": {"chat", "extensions", "common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "common", "platform/rich", "platform"},
+    "announce": {"announce", "common", "platform"},
     "session": {"session", "irc", "notify", "chat", "common", "platform"},
     "settings": {"settings", "session", "common", "platform"},
     "host": {
-        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
+        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "announce",
+        "platform",
     },
     "host/plugin": {"host"},
 }

@@ -22,7 +22,7 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
         menu.addSeparator();
-        addEntry(menu, window_.mnuCmd)->setEnabled(false);
+        addEntry(menu, window_.Commands.mnuCmd)->setEnabled(false);
         return;
     }
     if (&model != &window_.mnuCheck) return;
