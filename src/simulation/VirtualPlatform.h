@@ -64,14 +64,14 @@ class VirtualScreen final : public Desktop {
 
 struct VirtualPlatform {
     VirtualPlatform(VirtualTime& time, VirtualNetwork& network)
-        : clock(time), platform{time, network, clock, questions, files, settings, screen} {}
+        : clock(time), disk(&clock), platform{time, network, clock, questions, files, settings, screen} {}
 
+    VirtualClock clock;
     PreparedQuestions questions;
     MemoryDisk disk;
     Files files{disk};
     MemorySettings settings;
     VirtualScreen screen;
-    VirtualClock clock;
     Platform platform;
 };
 
