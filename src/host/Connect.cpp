@@ -32,8 +32,11 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_) {
+      chats_(services.ThePlatform, globError_, settings_, gate_),
+      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
+             chats_.Picker) {
     chats_.JoinTo(handovers_);
+    mails_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -75,6 +78,9 @@ void Connect::handle(const HostMessage& message) {
             break;
         case HostMsg::Terminate:
             Class_Terminate();
+            break;
+        case HostMsg::OpenMail:
+            if (MainWindow() != nullptr) mails_.OpenMail(data.text());
             break;
         case HostMsg::GatherAbout:
             gate_.Broadcast(HostMsg::About,
@@ -118,7 +124,7 @@ void Connect::startUp() {
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         chats_.LoadTables(step);
-        step([&] { loadMainWindow(); });
+        loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
 }
@@ -135,21 +141,21 @@ void Connect::readAccount() {
     account_.RobotOnly = profile.RobotOnly;
 }
 
-void Connect::loadMainWindow() {
-    const std::string minutes = settings_.Get(Section::Settings, "MailInterval", "1");
+void Connect::loadMainWindow(Trap& step) {
     // Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
     if (MainWindow() == nullptr) {
         const Form1::Surroundings around{
-            services_.ThePlatform, globError_, settings_,     gate_, account_, random_,
-            chats_.Nicks,          handovers_, &chats_.Tables};
+            services_.ThePlatform, globError_, settings_,      gate_,        account_, random_,
+            chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
         retireMainWindow();
         form1_ = std::make_unique<Form1>(around, ircSocket());
         chats_.Attach(form1_.get());
+        mails_.Attach(form1_.get());
         MainWindowLoaded.raise(*form1_);
     } else if (!sameConnection(connectedBy_, services_.Profile)) {
         renewConnection();
     }
-    form1_->SetMailInterval(CInt(std::clamp(Val(minutes), 1.0, 32767.0)));
+    step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
 }
 
@@ -228,7 +234,9 @@ void Connect::terminate(Trap& step) {
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
     step([&] { chats_.UnloadAll(); });
+    step([&] { mails_.UnloadAll(); });
     chats_.Attach(nullptr);
+    mails_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

@@ -9,6 +9,7 @@
 #include "common/HostGate.h"
 #include "common/HostPlugin.h"
 #include "host/ChatDesk.h"
+#include "host/MailDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -42,13 +43,14 @@ class Connect final : public HostPlugin {
     // The main window; nothing before message 1 and after the end.
     Form1* MainWindow() const;
     ChatDesk& Chats() { return chats_; }
+    MailDesk& Mails() { return mails_; }
     Account& TheAccount() { return account_; }
 
   private:
     void startUp();
     void terminate(Trap& step);
     void readAccount();
-    void loadMainWindow();
+    void loadMainWindow(Trap& step);
     void retireMainWindow();
     void handle(const HostMessage& message);
     void sendPlain(const HostValue& data);
@@ -66,6 +68,7 @@ class Connect final : public HostPlugin {
     Account account_;
     std::string nickRead_;  // from the settings; the network may have given the account another one since
     ChatDesk chats_;
+    MailDesk mails_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

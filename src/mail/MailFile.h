@@ -1,10 +1,10 @@
 #pragma once
-// The two layouts of mail files and their encoding of text. It knows no window, no network and no disk: it makes
-// and reads text.
+// The two layouts of mail files and their encoding of text. It knows no window, no network and no disk: it
+// makes and reads text.
 //
-// Lines end in CR LF, in code page 1253. An incoming mail is a head of named lines, an empty line, the lines as
-// they arrived, an empty line and the end line. An outgoing mail is what goes to the robot, ready made: a first
-// line of recipient, number of pieces and subject, the pieces, and an empty line.
+// Lines end in CR LF, in code page 1253. An incoming mail is a head of named lines, an empty line, the lines
+// as they arrived, an empty line and the end line. An outgoing mail is what goes to the robot, ready made: a
+// first line of recipient, number of pieces and subject, the pieces, and an empty line.
 
 #include <cstdint>
 #include <optional>

@@ -17,23 +17,12 @@ std::string inFolder(const std::string& name) {
 
 }  // namespace
 
-// The next number; where the settings have been lost and the folder has not, one behind all that is there, so
-// that no mail that has arrived is written over.
-std::int32_t modMailManager::nextLocalNumber() const {
-    const std::int32_t next = CLng(Val(settings_.Get(Section::Information, "MailID", "0")) + 1);
-    if (!files_.Exists(inFolder(MailFile::IncomingName(next)))) return next;
-    std::int32_t highest = next;
-    for (const std::string& name : files_.List("Mail", "i*.qrm")) {
-        highest = std::max(highest, MailFile::NumberOf(name));
-    }
-    return CLng(static_cast<double>(highest) + 1);
-}
-
 void modMailManager::StartMailDump(Text From, Text Subject, Text SentDate, std::int16_t Total,
                                    std::int32_t ID) {
     trapped(globError_, "StartMailDump", [&](Trap& step) {
         if (!step([&] {
-                const std::int32_t number = nextLocalNumber();
+                const auto last = CLng(Val(settings_.Get(Section::Information, "MailID", "0")));
+                const std::int32_t number = unusedNumber(last, 'i');
                 settings_.Save(Section::Information, "MailID", CStr(number));
                 gLocalMID = number;
             }))

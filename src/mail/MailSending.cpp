@@ -35,9 +35,8 @@ void modMailManager::SendMail(Text FileName) {
 }
 
 void modMailManager::CheckMailSend() {
-    trapped(globError_, "CheckMailSend", [&](Trap& step) {
-        step([&] { session_.TellRobot("MAIL SENDREQUEST"); });
-    });
+    trapped(globError_, "CheckMailSend",
+            [&](Trap& step) { step([&] { session_.TellRobot("MAIL SENDREQUEST"); }); });
 }
 
 // In memory alone: the stored queue keeps the names of deleted mails until it is saved next.
@@ -50,6 +49,12 @@ void modMailManager::RefreshMailQueue() {
         }
         gSendQueue = queue;
     });
+}
+
+std::int32_t modMailManager::NextSendMailID() {
+    const std::int32_t number = unusedNumber(gSendMailID, 'o');
+    settings_.Save(Section::Information, "SendMailID", CStr(number));
+    return gSendMailID = number;
 }
 
 std::string modMailManager::firstQueued() const {
@@ -134,7 +139,10 @@ void modMailManager::EraseFirstMail() {
         step([&] { settings_.Save(Section::Incompleted, "SendQueue", gSendQueue); });
         session_.ShowIncoming();
         step([&] {
-            gate_.NotifyHost({.Title = "New message", .Text = "one of your messages has been sent"});
+            Notice notice;
+            notice.Title = "New message";
+            notice.Text = "one of your messages has been sent";
+            gate_.NotifyHost(notice);
         });
     });
 }

@@ -12,9 +12,9 @@ class MailStatus {
   public:
     explicit MailStatus(Platform& platform) : tmrSendFlood(platform, 2000), tmrSendTimeout(platform, 30000) {}
 
-    Label Label7{"Idle"};      // what mail is doing now
-    Image Image8{0, false};    // the bar of progress, shown while a line is on its way
-    ProgressBar Picture2;      // how long the bar is, in percent
+    Label Label7{"Idle"};    // what mail is doing now
+    Image Image8{0, false};  // the bar of progress, shown while a line is on its way
+    ProgressBar Picture2;    // how long the bar is, in percent
 
     Timer tmrSendFlood;    // the next piece goes even if no acknowledgement comes
     Timer tmrSendTimeout;  // the robot has fallen silent

@@ -29,17 +29,23 @@ modMailManager::modMailManager(const MailSurroundings& around, MailStatus& statu
 
 void modMailManager::LoadSettings() {
     reloadInterval();
+    gSendMailID = CLng(Val(settings_.Get(Section::Information, "SendMailID", "0")));
     gSendQueue = settings_.Get(Section::Incompleted, "SendQueue", "");
 }
 
 // ---- The robot's verbs
 
 const modMailManager::Verb modMailManager::verbs[] = {
-    {"NOTEXIST", &modMailManager::onNotExist}, {"START", &modMailManager::onStart},
-    {"DUMP", &modMailManager::onDump},         {"DONE", &modMailManager::onDone},
-    {"RESUME", &modMailManager::onResume},     {"NOMAIL", &modMailManager::onNoMail},
-    {"OK", &modMailManager::onOK},             {"SENDWAIAT", &modMailManager::onSendWait},
-    {"SENDOK", &modMailManager::onSendOK},     {"SENDERROR", &modMailManager::onSendError},
+    {"NOTEXIST", &modMailManager::onNotExist},
+    {"START", &modMailManager::onStart},
+    {"DUMP", &modMailManager::onDump},
+    {"DONE", &modMailManager::onDone},
+    {"RESUME", &modMailManager::onResume},
+    {"NOMAIL", &modMailManager::onNoMail},
+    {"OK", &modMailManager::onOK},
+    {"SENDWAIAT", &modMailManager::onSendWait},
+    {"SENDOK", &modMailManager::onSendOK},
+    {"SENDERROR", &modMailManager::onSendError},
     {"SENTDONE", &modMailManager::onSentDone},
 };
 
@@ -161,6 +167,18 @@ std::int32_t modMailManager::incompletedNumber(std::string_view key) const {
 
 void modMailManager::saveNumber(std::string_view key, std::int32_t value) {
     settings_.Save(Section::Incompleted, key, Str(value));
+}
+
+// The next number; where the settings have been lost and the folder has not, one behind all that is there, so
+// that no mail is written over.
+std::int32_t modMailManager::unusedNumber(std::int32_t last, char kind) const {
+    std::int32_t number = CLng(static_cast<double>(last) + 1);
+    const std::string name = kind == 'i' ? MailFile::IncomingName(number) : MailFile::OutgoingName(number);
+    if (!files_.Exists(std::string(MailFile::Folder) + name)) return number;
+    for (const std::string& there : files_.List("Mail", std::string(1, kind) + "*.qrm")) {
+        number = std::max(number, MailFile::NumberOf(there));
+    }
+    return CLng(static_cast<double>(number) + 1);
 }
 
 void modMailManager::forgetIncoming(Trap& step) {

@@ -38,6 +38,8 @@ class modMailManager {
     void HandleMailCmd(Text text);
     // Queues a file of the mail folder.
     void SendMail(Text FileName);
+    // The number of a new mail's file, raised by one and kept. Faults if it can't be kept.
+    std::int32_t NextSendMailID();
     // Gives up what is under way in either direction; the queue stays.
     void CancelMailSend();
 
@@ -45,6 +47,8 @@ class modMailManager {
     bool gMailSending = false;
     float gMailProgress = 0;  // percent
     std::string gSendQueue;   // file names, each followed by "|"
+
+    std::int32_t gSendMailID = 0;
 
     OutgoingState StateOf(std::string_view fileName) const;
 
@@ -86,7 +90,7 @@ class modMailManager {
     void forgetIncoming(Trap& step);
     void reloadInterval();
     void poll();
-    std::int32_t nextLocalNumber() const;
+    std::int32_t unusedNumber(std::int32_t last, char kind) const;
     bool beginFile(Trap& step, Text head);
     bool completeFile(Trap& step);
     bool resumeFile(Trap& step, std::int32_t number);

@@ -25,6 +25,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       Texts(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.Gate, Presence,
             around.To),
       Trouble(around.ThePlatform, IRCServ1),
+      Mail(around.Mail),
       platform_(around.ThePlatform),
       globError_(around.Reporter),
       settings_(around.Settings),
@@ -39,6 +40,11 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
+    }
+    if (Mail != nullptr) {
+        on_ += Mail->ListView3.MouseUp.connect([this](int button, int, int, int) {
+            if (button == 2 && Mail->ListView3.SelectedItem != nullptr) PopupMenu.raise(Mail->popMail);
+        });
     }
     on_ += Channels.ListView2.MouseUp.connect([this](int button, int, int, int) {
         if (button == 2) PopupMenu.raise(Channels.popChannel);
@@ -60,6 +66,7 @@ void Form1::Form_Load() {
             std::string(), [&] { return settings_.Get(Section::Settings, "ChanList", "#thessaloniki"); });
         Channels.CreateChannelList(channels);
         placeAtRightEdge();
+        if (Mail != nullptr) Mail->Load();
     });
 }
 
@@ -116,6 +123,7 @@ void Form1::Form_Unload() {
         timer->Enabled = false;
     }
     if (Windows) Windows->tmrRedraw.Enabled = false;
+    if (Mail != nullptr) Mail->Status.Stop();
     Texts.Stop();
     IRCServ1.Stop();
 }

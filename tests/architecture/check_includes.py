@@ -15,10 +15,11 @@ CORE = {
     "extensions": {"extensions", "common", "platform"},
     "chat": {"chat", "extensions", "common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "common", "platform/rich", "platform"},
-    "session": {"session", "irc", "notify", "chat", "common", "platform"},
+    "mail": {"mail", "chat", "common", "platform/rich", "platform"},
+    "session": {"session", "irc", "mail", "notify", "chat", "common", "platform"},
     "settings": {"settings", "session", "common", "platform"},
     "host": {
-        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
+        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "mail", "notify", "chat", "platform",
     },
     "host/plugin": {"host"},
 }
