@@ -63,12 +63,12 @@ void MailDesk::OpenMail(const std::string& path) {
 
 void MailDesk::View(const std::string& fileName) {
     if (Viewers.IsFull()) return;
-    Viewers.Own(std::make_unique<frmViewMail>(around_, *this)).DisplayFile(fileName);
+    Viewers.Own(std::make_unique<frmViewMail>(around_, windows())).DisplayFile(fileName);
 }
 
 void MailDesk::Reply(const std::string& fileName) {
     if (Viewers.IsFull()) return;
-    frmViewMail& viewer = Viewers.Own(std::make_unique<frmViewMail>(around_, *this));
+    frmViewMail& viewer = Viewers.Own(std::make_unique<frmViewMail>(around_, windows()));
     viewer.DisplayFile(fileName);
     if (!viewer.IsUnloaded()) viewer.pic_Click(frmViewMail::ReplyButton);
 }

@@ -58,6 +58,7 @@ class MailDesk final : private MailSession, private MailWindows, private MailPeo
                const std::string& subject) override;
     void OpenDraft(const std::string& fileName) override;
     frmSendMail* newComposer();
+    MailWindows& windows() { return *this; }
 
     std::vector<std::string> Friends() const override;
     std::vector<std::string> OnLine() const override;
