@@ -19,7 +19,7 @@ ChatWindow::ChatWindow(ChatSurroundings& around)
       Slots(*this, around.Factories, around.Reporter, around.ThePlatform.TheLoop),
       FoldPlugins(">>"),
       around_(around),
-      focusTimer_(around.ThePlatform, lookPeriod, true) {
+      focusTimer_(around.ThePlatform, Ending, lookPeriod, true) {
     connectHands();
     on_ += focusTimer_.Tick.connect([this] { look(); });
     // Between two changes of the foreground a look would find nothing new.
@@ -47,7 +47,6 @@ void ChatWindow::putAway() {
 }
 
 void ChatWindow::Form_Unload() {
-    focusTimer_.Enabled = false;
     Slots.Close();
 }
 

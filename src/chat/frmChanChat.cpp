@@ -8,7 +8,7 @@ namespace talvora {
 frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     : ChatWindow(around),
       UserList1(around.Reporter, around.Nicks),
-      Timer1(around.ThePlatform, 1000),
+      Timer1(around.ThePlatform, Ending, 1000),
       manager_(manager) {
     mnuChkshow.Caption = "Show form on incoming messages";
     mnuChkBeep.Caption = "Beep on incoming messages";
@@ -115,11 +115,6 @@ void frmChanChat::Form_QueryUnload(bool& cancel, CloseReason reason) {
     if (reason != CloseReason::UserClosesBox || !isOnTable()) return;
     cancel = true;
     Hide();
-}
-
-void frmChanChat::Form_Unload() {
-    Timer1.Enabled = false;
-    ChatWindow::Form_Unload();
 }
 
 // ---- What arrives

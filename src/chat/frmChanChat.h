@@ -55,7 +55,6 @@ class frmChanChat final : public ChatWindow {
     // The close box only hides the window.
     bool isOnTable() const override;
     void Form_QueryUnload(bool& cancel, CloseReason reason) override;
-    void Form_Unload() override;
 
   private:
     void connectMenus();

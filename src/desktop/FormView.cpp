@@ -10,6 +10,7 @@
 
 #include "desktop/Binding.h"
 #include "desktop/ListTree.h"
+#include "desktop/NodeTree.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
 
@@ -152,6 +153,7 @@ QPoint FormView::menuPlace() const {
     QWidget* focus = focusWidget();
     if (focus == nullptr || rect().contains(mapFromGlobal(pointer))) return pointer;
     if (const auto* list = dynamic_cast<ListTree*>(focus)) return list->menuPlace();
+    if (const auto* tree = dynamic_cast<NodeTree*>(focus)) return tree->menuPlace();
     return focus->mapToGlobal(focus->rect().bottomLeft());
 }
 

@@ -8,6 +8,7 @@
 #include "common/Trap.h"
 #include "irc/wire/AdaptedSocket.h"
 #include "platform/Files.h"
+#include "platform/Retire.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -162,12 +163,7 @@ void Connect::loadMainWindow(Trap& step) {
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
 // the component while it hears of a line.
 void Connect::retireMainWindow() {
-    if (form1_ == nullptr) return;
-    std::shared_ptr<Form1> old = std::move(form1_);
-    Platform& platform = services_.ThePlatform;
-    platform.Guarded.WhenIdle([old]() mutable { old.reset(); });
-    // The loop turns once more, so that there is a callback to end.
-    platform.TheLoop.Defer([] {});
+    Retire(services_.ThePlatform, std::move(form1_));
 }
 
 std::unique_ptr<SocketDriver> Connect::wireTo(const NetworkProfile& profile) {

@@ -23,6 +23,11 @@ class PreparedQuestions final : public Questions {
         answers_.push_back({answer, {}, std::move(meanwhile)});
     }
     void willType(std::optional<std::string> text) { answers_.push_back({Answer::Ok, std::move(text), {}}); }
+    // No path stands for a cancelled box, of which a box to save under takes the first.
+    void willChoose(std::vector<std::string> paths) { answers_.push_back({Answer::Ok, {}, {}, paths}); }
+    void willChooseFont(std::optional<FontChoice> font) {
+        answers_.push_back({Answer::Ok, {}, {}, {}, font});
+    }
     // Faults are reported in any number, and each is answered so.
     void answerFaults(Answer answer) { faultAnswer_ = answer; }
 
@@ -40,12 +45,15 @@ class PreparedQuestions final : public Questions {
     }
 
     std::optional<std::string> Ask(const InputBox& box) override {
-        asked.push_back(box.Title + "\n" + box.Prompt + "\n" + box.Default);
-        if (answers_.empty()) {
-            ADD_FAILURE() << "unexpected question: " << asked.back();
-            return std::nullopt;
-        }
-        return next().text;
+        return expected(box.Title + "\n" + box.Prompt + "\n" + box.Default).text;
+    }
+    std::vector<std::string> Ask(const OpenFileBox& box) override { return expected(box.Title).paths; }
+    std::optional<std::string> Ask(const SaveFileBox& box) override {
+        std::vector<std::string> paths = expected(box.Title + "\n" + box.Suggested).paths;
+        return paths.empty() ? std::nullopt : std::optional(std::move(paths.front()));
+    }
+    std::optional<FontChoice> Ask(const FontBox& box) override {
+        return expected(box.Title + "\n" + box.Preset.Name).font;
     }
 
     // Title and text of all that was asked.
@@ -57,7 +65,16 @@ class PreparedQuestions final : public Questions {
         Answer answer;
         std::optional<std::string> text;
         std::function<void()> meanwhile;
+        std::vector<std::string> paths{};
+        std::optional<FontChoice> font{};
     };
+    // What was laid ready for a question; as if it were cancelled if nothing was.
+    Prepared expected(std::string question) {
+        asked.push_back(std::move(question));
+        if (!answers_.empty()) return next();
+        ADD_FAILURE() << "unexpected question: " << asked.back();
+        return {Answer::Cancel, {}, {}};
+    }
     Prepared next() {
         Prepared prepared = std::move(answers_.front());
         answers_.pop_front();

@@ -23,7 +23,7 @@ ChatView::ChatView(ChatWindow& window, const ViewSite& site, const std::string& 
     across_->addWidget(talk);
     across_->setStretchFactor(0, 1);
     across_->setChildrenCollapsible(false);
-    plugins_ = new SlotPanel(window_.Slots, window_.PluginsWidth, this);
+    plugins_ = new SlotPanel(window_.Slots, window_.PluginsWidth, site.Plugins, this);
 
     auto* top = new QHBoxLayout;
     top->addWidget(across_, 1);

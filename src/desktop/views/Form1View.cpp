@@ -177,10 +177,7 @@ QWidget* Form1View::makeWindows() {
     ListModel::Look look;
     look.Columns = {tr("Open windows"), tr("Last text")};
     look.Icon = picturesOf(Pictures::Windows);
-    look.IsNews = [](int icon) {
-        return icon == WindowPicture::PrivateNews || icon == WindowPicture::ChannelNews;
-    };
-    auto* list = new ListTree(form_.Windows->ListView1, std::move(look), tr("Open windows"), part);
+    auto* list = new ListTree(form_.Windows->ListView1, look, tr("Open windows"), part);
     list->header()->resizeSection(0, windowColumn);
     list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
     rows->addWidget(list, 1);
@@ -210,7 +207,7 @@ QWidget* Form1View::makeChannels() {
     look.Columns = {tr("Channel"), tr("Users"), tr("Topic")};
     look.Icon = picturesOf(Pictures::Channels);
     look.Checkable = true;
-    auto* list = new ListTree(form_.Channels.ListView2, std::move(look), tr("Channels"), part);
+    auto* list = new ListTree(form_.Channels.ListView2, look, tr("Channels"), part);
     list->header()->resizeSection(0, channelColumn);
     list->header()->resizeSection(1, usersColumn);
     // The stretched last column asks for its own width too before it is cut.

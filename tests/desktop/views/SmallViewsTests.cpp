@@ -13,6 +13,7 @@
 #include <QTest>
 
 #include "desktop/TextNote.h"
+#include "desktop/views/PluginViews.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/MOTDView.h"
@@ -55,7 +56,8 @@ class SmallViewsTest : public testing::Test {
     modEmotions emotions{virtuals.files, globError};
     RememberingFace face;
     ViewMemory memory{virtuals.settings};
-    ViewSite site{face, virtuals.platform, memory};
+    PluginViews plugins;
+    ViewSite site{face, virtuals.platform, memory, plugins};
 };
 
 struct Typed final : EmotionTarget {
