@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::string_view actionMark = "$ACTION ";
 constexpr int lookPeriod = 500;  // milliseconds
-constexpr int narrowPanel = 120;
 
 }  // namespace
 
@@ -186,7 +185,7 @@ void ChatWindow::look() {
 }
 
 void ChatWindow::foldPlugins() {
-    const bool open = PluginsWidth < narrowPanel;
+    const bool open = PluginsAreFolded();
     PluginsWidth = open ? kPluginsOpen : kPluginsFolded;
     FoldPlugins.Caption = open ? ">>" : "<<";
 }

@@ -32,6 +32,7 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     Image Image4;       // opens mnuCheck
     Label FoldPlugins;  // folds the panel of the plug-ins: ">>" while it is open
     Property<int> PluginsWidth{kPluginsOpen};
+    bool PluginsAreFolded() const { return PluginsWidth < kPluginsNarrow; }
     Menu mnuCheck;    // the menu of the window's own settings
     Menu mnuPopup;    // checked: tell the host of what the user doesn't see
     Menu mnuNoFocus;  // checked: stay behind
@@ -51,6 +52,7 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
 
     static constexpr int kPluginsOpen = 2355;  // widths in twips
     static constexpr int kPluginsFolded = 1;
+    static constexpr int kPluginsNarrow = 120;  // what is narrower counts as folded
 
   protected:
     // Offers a line to all plug-ins but the one at `exclude`; -1 excludes none. False if the window has been

@@ -31,7 +31,7 @@ FormView::FormView(Form& form, const ViewSite& site, std::string kind, QSize sta
     form_.Width = width() * twipsPerPixel;
     form_.Height = height() * twipsPerPixel;
     site_.Face.Register(form_, *this);
-    follow();
+    followForm();
 }
 
 FormView::~FormView() {
@@ -39,7 +39,7 @@ FormView::~FormView() {
     if (!ended_) site_.Face.Forget(form_);
 }
 
-void FormView::follow() {
+void FormView::followForm() {
     showTitle();
     on_ += form_.Caption.Changed.connect([this](const std::string&) { showTitle(); });
     on_ += form_.Visible.Changed.connect([this](bool visible) { showOrHide(visible); });

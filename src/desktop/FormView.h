@@ -62,7 +62,7 @@ class FormView : public QWidget {
     Subscriptions on_;
 
   private:
-    void follow();
+    void followForm();
     QPoint menuPlace() const;
     void showTitle();
     void showOrHide(bool visible);

@@ -12,6 +12,8 @@ constexpr std::size_t MaxUnfinishedLine = 256 << 10;
 // With so much waiting to be worked off, what arrives stays in the socket, and the server has to wait.
 constexpr std::size_t HighBacklog = 1 << 20;
 constexpr std::size_t LowBacklog = 1 << 18;
+// What may wait for the log-on.
+constexpr std::size_t MaxWaiting = 1 << 20;
 // How long Disconnect waits for the server to close, in rounds of the loop.
 constexpr int QuitRounds = 10000;
 
@@ -78,7 +80,7 @@ void IRCServ::Login() {
         tmrNickChangeEnforce.Enabled = false;
         LoginStep = 0;
         tmrLogin.Enabled = true;
-        SendIRC("NICK " + CurNick, true);
+        say("NICK " + CurNick);
     });
 }
 
@@ -113,7 +115,7 @@ void IRCServ::sendUserLine() {
     int mode = 0;
     if ((CurUserMode & ModeInvisible) != 0) mode += 8;
     if ((CurUserMode & ModeWallops) != 0) mode += 4;
-    SendIRC("USER " + CurNick + " " + std::to_string(mode) + " * :" + CurRealName, true);
+    say("USER " + CurNick + " " + std::to_string(mode) + " * :" + CurRealName);
 }
 
 void IRCServ::SetNickname(const std::string& nick) {
@@ -126,7 +128,7 @@ void IRCServ::SetNickname(const std::string& nick) {
 }
 
 void IRCServ::tmrNickChangeEnforce_Timer() {
-    trapped(globError_, "tmrNickChangeEnforce_Timer", [&](Trap&) { SendIRC("NICK " + PendingNick, true); });
+    trapped(globError_, "tmrNickChangeEnforce_Timer", [&](Trap&) { say("NICK " + PendingNick); });
 }
 
 void IRCServ::Disconnect(const std::string& quitMessage) {
@@ -200,21 +202,23 @@ void IRCServ::takeReceived() {
     }
 }
 
-// What a server may not do ends as an ordinary failure of the socket does.
+// What a server may not do ends as an ordinary failure of the socket does: with the socket closed first, so
+// that no QUIT is said and nothing more of the server comes in.
 void IRCServ::limitExceeded(const char* what) {
+    Winsock1.Close();
     Winsock1_Error(SocketErrors::MessageTooLong, what);
 }
 
 // One line a tick and never two, so that a burst cannot keep other events waiting.
 void IRCServ::tmrDataPop_Timer() {
     trapped(globError_, "tmrDataPop_Timer", [&](Trap& step) {
-        std::string line;
-        const bool any = RecvBuffer.takeLine(line);
         if (leftUnread_ && RecvBuffer.size() < LowBacklog) {
             leftUnread_ = false;
             step([&] { takeReceived(); });
+            if (!tmrDataPop.Enabled) return;  // what came was the end of the connection
         }
-        if (any) {
+        std::string line;
+        if (RecvBuffer.takeLine(line)) {
             HandleData(line);
         } else {
             tmrDataPop.Rest();
@@ -231,13 +235,24 @@ void IRCServ::SendIRC(const std::string& line, bool immediate) {
             if (connected && (immediate || LoggedIn)) {
                 Winsock1.SendData(line + "\r\n");
             } else if (!immediate) {
-                SendBuffer.append(line + "\r\n");
-                tmrSend.Wake();
+                queue(line);
             } else {
                 throw RuntimeError(16776961, "Socket is not connected!", "IRCServ");
             }
         });
     });
+}
+
+void IRCServ::queue(const std::string& line) {
+    if (SendBuffer.size() + line.size() + 2 > MaxWaiting) {
+        throw RuntimeError(SocketErrors::NoBufferSpace, "Too many lines wait for the log-on", "IRCServ");
+    }
+    SendBuffer.append(line + "\r\n");
+    tmrSend.Wake();
+}
+
+void IRCServ::say(const std::string& line) {
+    SendIRC(OneLine(line), true);
 }
 
 void IRCServ::tmrSend_Timer() {
@@ -253,12 +268,12 @@ void IRCServ::tmrSend_Timer() {
 
 void IRCServ::SendText(const std::string& to, const std::string& text, bool special) {
     const std::string mark = special ? "\1" : "";
-    SendIRC("PRIVMSG " + to + " :" + mark + text + mark);
+    SendIRC("PRIVMSG " + OneLine(to) + " :" + mark + text + mark);
 }
 
 void IRCServ::SendNotice(const std::string& to, const std::string& text, bool special) {
     const std::string mark = special ? "\1" : "";
-    SendIRC("NOTICE " + to + " :" + mark + text + mark);
+    SendIRC("NOTICE " + OneLine(to) + " :" + mark + text + mark);
 }
 
 // ---- Modes

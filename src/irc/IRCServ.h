@@ -148,6 +148,9 @@ class IRCServ {
     void tmrLogin_Timer();
     void openSocket();
     void sendUserLine();
+    void queue(const std::string& line);
+    // At once, and one line whatever a server has put into a name.
+    void say(const std::string& line);
     void limitExceeded(const char* what);
     void replyTooLong();
     void fillIn(std::string_view field, std::string_view text);
@@ -193,6 +196,7 @@ class IRCServ {
     void onMotdStart(const ServerLine&, Trap&);
     void onEndOfMotd(const ServerLine&, Trap&);
     void onUnknownCommand(const ServerLine&, Trap&);
+    void tellMOTD(Trap& step);
 
     // Words (Words.cpp)
     void onJoin(const ServerLine&, Trap&);

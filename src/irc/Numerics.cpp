@@ -54,7 +54,7 @@ void IRCServ::onNickInUse(const ServerLine& line, Trap& step) {
     tmrLogin.Enabled = false;
     if (line.Alternate.empty()) return;
     CurNick = line.Alternate;
-    SendIRC("NICK " + CurNick, true);
+    say("NICK " + CurNick);
     LoginStep = 0;
     tmrLogin.Enabled = true;
 }

@@ -1,5 +1,7 @@
 // Replies that the server spreads over many lines, collected in the one ReplyBuffer.
 
+#include <utility>
+
 #include "irc/IRCServ.h"
 
 namespace talvora {
@@ -67,8 +69,8 @@ void IRCServ::onWhoisChannels(const ServerLine& line, Trap&) {
 void IRCServ::onEndOfWhois(const ServerLine&, Trap& step) {
     for (const Absent& absent : AbsentFields) fillIn(absent.field, absent.text);
     const StringArray results = ReplyBuffer.takeSplit("\1");
-    step([&] { WhoisReply.raise(results, ReplyTarget); });
-    ReplyTarget.clear();
+    const std::string nick = std::exchange(ReplyTarget, {});
+    step([&] { WhoisReply.raise(results, nick); });
 }
 
 void IRCServ::onWhoLine(const ServerLine& line, Trap& step) {
@@ -109,13 +111,13 @@ void IRCServ::onNames(const ServerLine& line, Trap& step) {
 
 void IRCServ::onEndOfNames(const ServerLine&, Trap& step) {
     const StringArray names = ReplyBuffer.takeSplit(" ");
-    step([&] { NamesReceived.raise(ReplyTarget, names); });
-    ReplyTarget.clear();
+    const std::string channel = std::exchange(ReplyTarget, {});
+    step([&] { NamesReceived.raise(channel, names); });
 }
 
 void IRCServ::onMotdLine(const ServerLine& line, Trap&) {
     if (MOTD.size() + line.Tailing.size() + 2 > ReplyText::Limit) {
-        MOTD.clear();
+        MOTD = {};
         limitExceeded("The server sent a message of the day without an end");
         return;
     }
@@ -127,12 +129,18 @@ void IRCServ::onMotdStart(const ServerLine& line, Trap&) {
 }
 
 void IRCServ::onEndOfMotd(const ServerLine&, Trap& step) {
-    step([&] { MOTDReceived.raise(MOTD); });
+    tellMOTD(step);
 }
 
 void IRCServ::onUnknownCommand(const ServerLine&, Trap& step) {
     MOTD = "- There is no MOTD";
-    step([&] { MOTDReceived.raise(MOTD); });
+    tellMOTD(step);
+}
+
+// A copy: a handler may let in a line that begins the next one.
+void IRCServ::tellMOTD(Trap& step) {
+    const std::string text = MOTD;
+    step([&] { MOTDReceived.raise(text); });
 }
 
 }  // namespace talvora

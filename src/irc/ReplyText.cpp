@@ -15,25 +15,32 @@ constexpr std::size_t KeptCapacity = 1 << 20;
 void ReplyText::clear() {
     text_.clear();
     if (text_.capacity() > KeptCapacity) text_.shrink_to_fit();
-    clean_ = 0;
+    clean_ = pieces_ = 0;
+}
+
+bool ReplyText::hasRoom(std::size_t bytes, std::size_t pieces) const {
+    return text_.size() + bytes <= Limit && pieces_ + pieces <= MostPieces;
 }
 
 bool ReplyText::assign(std::string_view text) {
     if (text.size() > Limit) return false;
     text_.assign(text);
-    clean_ = 0;
+    clean_ = pieces_ = 0;
     return true;
 }
 
 bool ReplyText::appendLine(std::string_view line) {
-    if (text_.size() + 2 + line.size() > Limit) return false;
+    if (!hasRoom(2 + line.size(), 1)) return false;
+    ++pieces_;
     if (!text_.empty()) text_ += "\r\n";
     text_ += line;
     return true;
 }
 
 bool ReplyText::appendNames(std::string_view names) {
-    if (text_.size() + 2 + names.size() > Limit) return false;
+    const auto blanks = static_cast<std::size_t>(std::count(names.begin(), names.end(), ' '));
+    if (!hasRoom(2 + names.size(), blanks + 1)) return false;
+    pieces_ += blanks + 1;
     // The earlier piece lost its closing blank to the trimming; without it two names would be glued.
     if (!text_.empty()) text_ += ' ';
     text_ += names;

@@ -13,6 +13,8 @@ class ReplyText {
   public:
     // In bytes. What would go beyond it is refused: the operation returns False and changes nothing.
     static constexpr std::size_t Limit = 16 << 20;
+    // Lines, or names: what many short ones need elsewhere is much more than their text.
+    static constexpr std::size_t MostPieces = 128 << 10;
 
     bool empty() const { return text_.empty(); }
     const std::string& text() const { return text_; }
@@ -29,9 +31,11 @@ class ReplyText {
     std::vector<std::string> takeSplit(std::string_view separator);
 
   private:
+    [[nodiscard]] bool hasRoom(std::size_t bytes, std::size_t pieces) const;
     void collapseBlanks();
 
     std::string text_;
+    std::size_t pieces_ = 0;
     std::size_t clean_ = 0;  // up to here there is no double blank
 };
 

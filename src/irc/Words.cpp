@@ -67,7 +67,7 @@ void IRCServ::onNick(const ServerLine& line, Trap& step) {
 }
 
 void IRCServ::onPing(const ServerLine& line, Trap&) {
-    SendIRC("PONG :" + line.Tailing, true);
+    say("PONG :" + line.Tailing);
 }
 
 void IRCServ::onPrivmsg(const ServerLine& line, Trap& step) {

@@ -140,6 +140,7 @@ class Menu {
   public:
     Property<std::string> Caption;
     Property<std::string> Tag;  // for the owner's use
+    Property<int> Picture{0};   // its number in an image list; 0 is none
     Property<bool> Visible{true};
     Property<bool> Enabled{true};
     Property<bool> Checked{false};

@@ -95,6 +95,8 @@ void PresencePanel::loadState(int index, const std::string& line) {
     Menu& entry = popStat.Load(index);
     entry.Caption = caption;
     entry.Tag = tag;
+    // The numbers of pictures are bytes.
+    entry.Picture = static_cast<int>(std::clamp(Val(elementOf(fields, 2)), 0.0, 255.0));
     states_ += entry.Click.connect([this, index] { popStat_Click(index); });
 }
 

@@ -8,6 +8,10 @@ void ScriptedServer::sends(const std::string& bytes) {
     if (client_ != nullptr && !deaf) client_->arrive(bytes);
 }
 
+std::size_t ScriptedServer::untaken() const {
+    return client_ == nullptr ? 0 : client_->inbox_.size();
+}
+
 void ScriptedServer::closes() {
     if (auto* client = std::exchange(client_, nullptr)) client->peerCloses();
 }

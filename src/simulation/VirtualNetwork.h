@@ -31,6 +31,8 @@ class ScriptedServer {
     int connections = 0;
 
     bool connected() const { return client_ != nullptr; }
+    // Bytes that the client has left in its socket.
+    std::size_t untaken() const;
     void says(const std::string& line) { sends(line + "\r\n"); }
     void sends(const std::string& bytes);
     void closes();
@@ -72,6 +74,7 @@ class VirtualSocket final : public SocketDriver {
 
   private:
     friend class VirtualNetwork;
+    friend class ScriptedServer;
     template <class Call>
     void later(Call call);  // not after `close`
     void reach(ScriptedServer& server);

@@ -22,8 +22,8 @@ TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
     maria.host.send(999);
     maria.host.send(HostMsg::ShowWindow, 1);  // before message 1: no effect
     EXPECT_THAT(maria.host.take(),
-                ElementsAre("5(TalvoraClient.Settings, Talvora IRC, IRC)",
-                            "19(Talvora Messenger, By the Talvora team, All rights reserved, )"));
+                ElementsAre("SettingsPage(TalvoraClient.Settings, Talvora IRC, IRC)",
+                            "About(Talvora Messenger, By the Talvora team, All rights reserved, )"));
 }
 
 TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "irc/IRCServ.h"
+#include "platform/Text.h"
 #include "simulation/EventLog.h"
 #include "simulation/VirtualPlatform.h"
 
@@ -14,6 +15,10 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Lines = std::vector<std::string>;
+
+inline std::string replaced(const std::string& text, const char* what, const char* by) {
+    return Replace(text, what, by);
+}
 
 class EngineTest : public testing::Test {
   protected:

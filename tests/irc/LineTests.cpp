@@ -95,9 +95,10 @@ TEST_F(EngineTest, PingIsAnsweredBeforeTheLogOnIsOver) {
     engine.SetNickname("me");
     engine.Connect("irc.test", 6667);
     time.settle();
-    server.says("PING :123");
+    using namespace std::string_literals;
+    server.says("PING :1\0002:3"s);
     time.run(10ms);
-    EXPECT_THAT(server.heard(), ElementsAre("NICK me", "PONG :123"));
+    EXPECT_THAT(server.heard(), ElementsAre("NICK me", "PONG :12:3")) << "one line, and no NUL in it";
 }
 
 TEST_F(EngineTest, NamesInSeveralLinesAreOneCleanArray) {
@@ -107,6 +108,27 @@ TEST_F(EngineTest, NamesInSeveralLinesAreOneCleanArray) {
     raisedBy(":srv 353 me = #c :f");
     EXPECT_THAT(raisedBy(":srv 366 me #c :End"), ElementsAre("NamesReceived(#c, [@a|b|c|d|e|f])"));
     EXPECT_THAT(raisedBy(":srv 366 me #d :End"), ElementsAre("NamesReceived(, [])"));
+}
+
+// A question that a handler asks lets the next line in.
+TEST_F(EngineTest, WhatAHandlerIsToldStaysWhileOtherLinesComeIn) {
+    online();
+    Lines told;
+    const auto letIn = [&](const std::string& what) {
+        time.run(10ms);
+        told.push_back(what);
+    };
+    Subscriptions on;
+    on += engine.NamesReceived.connect([&](const std::string& channel, auto&) { letIn(channel); });
+    on += engine.WhoisReply.connect([&](auto&, const std::string& nick) { letIn(nick); });
+    on += engine.MOTDReceived.connect([&](const std::string& text) { letIn(text); });
+    server.says(":srv 353 me = #first :a\r\n:srv 366 me #first :\r\n:srv 353 me = #second :b");
+    time.run(20ms);
+    server.says(":srv 311 me First u h * :\r\n:srv 318 me First :\r\n:srv 311 me Second u h * :");
+    time.run(20ms);
+    server.says(":srv 375 me :first\r\n:srv 376 me :\r\n:srv 375 me :second");
+    time.run(20ms);
+    EXPECT_THAT(told, ElementsAre("#first", "First", "first\r\n"));
 }
 
 TEST_F(EngineTest, WhoAndListAreGatheredByTheirFields) {

@@ -1,4 +1,7 @@
+#include <random>
+
 #include "EngineFixture.h"
+#include "irc/LineBuffer.h"
 
 namespace talvora::test {
 namespace {
@@ -185,31 +188,99 @@ TEST_F(EngineTest, RetryRunsTheFailedStatementAgain) {
     EXPECT_THAT(server.heard(), testing::Contains("VERSION"));
 }
 
-TEST_F(EngineTest, APeerThatNeverEndsItsLineIsCutOffAndTold) {
-    online();
+TEST_F(EngineTest, WhatAServerMayNotDoEndsAsOneErrorOfTheSocket) {
+    const std::string much(200'000, 'x');
+    const std::string many = replaced(std::string(10'000, 'x'), "x", "x ");
+    struct Case {
+        std::string repeated;
+        int times;  // fewer are taken
+        const char* what;
+    };
+    const Case cases[] = {{much, 2, "line"},
+                          {":srv 372 me :" + much + "\r\n", 84, "message of the day"},
+                          {":srv 353 me = #c :" + much + "\r\n", 84, "reply"},
+                          {":srv 353 me = #c :" + many + "\r\n", 14, "reply"},
+                          {":srv 322 me #c 1 :" + much + "\r\n", 84, "reply"}};
     engine.AutoRetry = true;
-    for (int i = 0; i < 6; ++i) server.sends(std::string(50'000, 'x'));
-    time.run(10ms);
-    EXPECT_THAT(log.take(), ElementsAre("SocketError(10040, The server sent a line without an end)",
-                                        "SocketDisconnect()"));
-    time.run(11s);
-    EXPECT_THAT(raisedBy("PING :still well"), IsEmpty());
+    for (const Case& c : cases) {
+        online();
+        for (int i = 1; i < c.times; ++i) server.sends(c.repeated);
+        time.run(200ms);
+        EXPECT_THAT(log.take(), IsEmpty()) << c.what;
+        for (int i = 0; i < 3; ++i) server.sends(c.repeated);  // comes on after the end
+        time.run(100ms);
+        EXPECT_THAT(log.take(), ElementsAre(std::string("SocketError(10040, The server sent a ") + c.what +
+                                                " without an end)",
+                                            "SocketDisconnect()"));
+        EXPECT_THAT(server.transcript, testing::Not(testing::HasSubstr("QUIT")));
+        engine.Disconnect("");
+    }
+    online();
+    raisedBy("PING :still well");
     EXPECT_THAT(server.heard(), testing::Contains("PONG :still well"));
 }
 
 TEST_F(EngineTest, ABacklogMakesTheServerWait) {
     online();
-    std::string flood;
-    for (int i = 0; i < 400'000; ++i) flood += "FOO x\r\n";
-    const std::string_view piece(flood);
-    for (std::size_t at = 0; at < flood.size(); at += 65536)
-        server.sends(std::string(piece.substr(at, 65536)));
+    const std::string piece = replaced(std::string(8192, '.'), ".", "FOO x\r\n");
+    const std::size_t all = 40 * piece.size();
+    for (int i = 0; i < 40; ++i) server.sends(piece);
+    int lines = 0;
+    const Subscription counts = engine.ServerStrRespond.connect([&](auto&, auto&, auto&) { ++lines; });
     time.run(1s);
-    server.closes();
-    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_GT(server.untaken(), all - (2 << 20)) << "what is not worked off stays in the socket";
     time.run(500s);
-    EXPECT_THAT(log.take(), testing::Contains("SocketDisconnect()"))
-        << "all was read, and then the end was seen";
+    EXPECT_EQ(lines, 40 * 8192);
+}
+
+TEST_F(EngineTest, WhatWaitsForTheLogOnIsBounded) {
+    around.questions.answerFaults(Answer::Abort);
+    const std::string line(100'000, 'x');
+    for (int i = 0; i < 10; ++i) engine.SendIRC(line);
+    EXPECT_THAT(around.questions.asked, IsEmpty());
+    engine.SendIRC(line);
+    EXPECT_THAT(around.questions.asked, ElementsAre(testing::HasSubstr("Too many lines wait")));
+    online();
+    time.run(3s);
+    EXPECT_EQ(std::count(server.transcript.begin(), server.transcript.end(), 'x'), 10 * 100'000);
+}
+
+// Against a plain string, around the sizes of its pieces.
+TEST(LineBuffer, HoldsWhatAPlainTextWouldHold) {
+    std::mt19937 dice(11);
+    LineBuffer buffer;
+    std::string plain;
+    const auto bytes = [&] {
+        std::string text(dice() % 4 == 0 ? 32'768 - dice() % 3 : dice() % 3000, 'x');
+        for (char& c : text) c = static_cast<char>('a' + dice() % 26);
+        for (auto ends = dice() % 4; ends > 0 && !text.empty(); --ends) text[dice() % text.size()] = '\r';
+        return text;
+    };
+    for (int step = 0; step < 1000; ++step) {
+        std::string line;
+        const auto act = dice() % 8;
+        if (act < 3) {
+            const std::string text = bytes();
+            buffer.appendReceived(text + "\n");
+            plain += replaced(text, "\r", "\r\n");
+        } else if (act == 3) {
+            buffer.append("typed\r\n");
+            plain += "typed\r\n";
+        } else if (act == 4 && dice() % 4 == 0) {
+            buffer.dropUnfinished();
+            const auto end = plain.rfind("\r\n");
+            plain.resize(end == std::string::npos ? 0 : end + 2);
+        } else if (buffer.takeLine(line)) {
+            const auto end = plain.find("\r\n");
+            ASSERT_EQ(line, plain.substr(0, end)) << step;
+            plain.erase(0, end + 2);
+        } else {
+            ASSERT_EQ(plain.find("\r\n"), std::string::npos) << step;
+        }
+        const auto end = plain.rfind("\r\n");
+        ASSERT_EQ(buffer.size(), plain.size()) << step;
+        ASSERT_EQ(buffer.unfinished(), plain.size() - (end == std::string::npos ? 0 : end + 2)) << step;
+    }
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ TEST(Session, TheFirstLogOnJoinsTheSystemChannelAndThenTheSavedOnes) {
     maria.around.settings.SaveSetting("Talvora", "ChanKeys", "#two", "sesame");
     maria.around.settings.SaveSetting("Talvora", "Settings", "ChanList", "#one|#two|");
     maria.host.send(HostMsg::Start);
-    EXPECT_THAT(maria.host.take(), ElementsAre("2(Talvora IRC, 1)"));
+    EXPECT_THAT(maria.host.take(), ElementsAre("Started(Talvora IRC, 1)"));
     world.time.settle();
     EXPECT_EQ(maria.window().Session.Label8.Caption.get(), "Loging in...");
     EXPECT_EQ(maria.window().Session.imgStat.Picture, SessionPicture::Connecting);

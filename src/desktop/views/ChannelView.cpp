@@ -25,6 +25,7 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
         addEntry(menu, window_.mnuCmd)->setEnabled(false);
         return;
     }
+    if (&model != &window_.mnuCheck) return;
     for (Menu* check : {&window_.mnuChkshow, &window_.mnuChkBeep, &window_.mnuChkFlash, &window_.mnuNoFocus,
                         &window_.mnuPopup, &window_.mnuTimeStamp}) {
         addEntry(menu, *check, true);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "desktop/Binding.h"
+#include "desktop/Follow.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
 #include "desktop/Theme.h"
@@ -68,11 +69,9 @@ QHBoxLayout* ChatView::makeButtons() {
     QToolButton* fold = add(QStringLiteral("menu"), tr("Plug-ins"));
     fold->setVisible(plugins_->HasSlots());
     on_ += plugins_->SlotsChanged.connect([this, fold] { fold->setVisible(plugins_->HasSlots()); });
-    const auto show = [fold](const std::string& caption) {
-        fold->setArrowType(caption == "<<" ? Qt::LeftArrow : Qt::RightArrow);
-    };
-    show(window_.FoldPlugins.Caption);
-    on_ += window_.FoldPlugins.Caption.Changed.connect(show);
+    follow(on_, window_.PluginsWidth, [this, fold](int) {
+        fold->setArrowType(window_.PluginsAreFolded() ? Qt::LeftArrow : Qt::RightArrow);
+    });
     connect(fold, &QToolButton::clicked, this, [this] { window_.FoldPlugins.Click.raise(); });
     return row;
 }

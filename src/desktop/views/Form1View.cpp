@@ -236,8 +236,8 @@ void Form1View::fillStates(QMenu& menu) {
     const auto& states = form_.Presence.popStat;
     for (int i = 1; i <= states.UBound(); ++i) {
         const Menu& state = states(i);
-        const int icon = toQString(state.Tag.get()).section(QLatin1Char('|'), 0, 0).toInt();
-        QAction* action = menu.addAction(pictureOf(Pictures::States, icon), caption(state.Caption.get()));
+        QAction* action =
+            menu.addAction(pictureOf(Pictures::States, state.Picture), caption(state.Caption.get()));
         connect(action, &QAction::triggered, this, [this, i] {
             if (i <= form_.Presence.popStat.UBound()) form_.Presence.popStat(i).Click.raise();
         });

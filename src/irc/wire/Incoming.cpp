@@ -126,6 +126,8 @@ void Incoming::pass(const LineView& line, std::string& out) const {
 
 void Incoming::join(const LineView& line, std::string& out) {
     const auto channel = wordOf(line.rest, 0);
+    names_.learn(channel);
+    names_.learn(line.nick());
     if (own_.isOwn(line.nick())) {
         own_.join(channel);
         own_.learnPrefix(line.prefix);
@@ -146,6 +148,7 @@ void Incoming::part(const LineView& line, std::string& out) {
 }
 
 void Incoming::nick(const LineView& line, std::string& out) {
+    names_.learn(wordOf(line.rest, 0));
     if (own_.isOwn(line.nick())) {
         own_.changeNick(wordOf(line.rest, 0));
         own_.learnPrefix(line.prefix);
@@ -160,7 +163,9 @@ void Incoming::kick(const LineView& line, std::string& out) {
     passWithColon(line, 2, out);
 }
 
-void Incoming::text(const LineView& line, std::string& out) const {
+void Incoming::text(const LineView& line, std::string& out) {
+    names_.learn(line.nick());
+    names_.learn(wordOf(line.rest, 0));
     const auto start = trailingStart(line.rest);
     if (start == std::string_view::npos) {
         const bool readable = profile_.has(Rewrite::LastColon) && !wordOf(line.rest, 1).empty();

@@ -10,13 +10,15 @@
 #include "irc/wire/ModeLetters.h"
 #include "irc/wire/OwnState.h"
 #include "irc/wire/ReplyKeeper.h"
+#include "irc/wire/ServerNames.h"
 #include "irc/wire/WireProfile.h"
 
 namespace talvora {
 
 class Incoming {
   public:
-    Incoming(const WireProfile& profile, OwnState& own) : profile_(profile), own_(own) {}
+    Incoming(const WireProfile& profile, OwnState& own, ServerNames& names)
+        : profile_(profile), own_(own), names_(names) {}
 
     // For a new connection, and at the end of one.
     void reset();
@@ -33,7 +35,7 @@ class Incoming {
     void part(const LineView& line, std::string& out);
     void nick(const LineView& line, std::string& out);
     void kick(const LineView& line, std::string& out);
-    void text(const LineView& line, std::string& out) const;
+    void text(const LineView& line, std::string& out);
     void passWithColon(const LineView& line, std::size_t index, std::string& out) const;
     void passWithoutColon(const LineView& line, const LineWords& words, std::string& out) const;
 
@@ -64,6 +66,7 @@ class Incoming {
 
     const WireProfile& profile_;
     OwnState& own_;
+    ServerNames& names_;
     ModeLetters modes_;
     ReplyKeeper replies_;
     // Without the keeper: a line of the kind came since the last end of such a reply.

@@ -74,6 +74,8 @@ void Incoming::names(const LineView& line, std::string& out) {
     sawNames_ = true;
     const auto channel = wordOf(line.rest, 2);
     const auto list = trailingStart(line.rest);
+    names_.learn(channel);
+    if (list != std::string_view::npos) names_.learnAll(line.rest.substr(list));
     if (!profile_.has(Rewrite::Names) || list == std::string_view::npos ||
         line.rest.find_first_of("%~&", list) == std::string_view::npos) {
         return piece(Kind::Names, channel, line.whole, out);

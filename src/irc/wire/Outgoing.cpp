@@ -50,6 +50,10 @@ void Outgoing::reset() {
 }
 
 void Outgoing::line(std::string_view text, Microseconds now, std::string& toServer, std::string& toEngine) {
+    if (profile_.has(Rewrite::ServerSpelling) && !isAscii(text)) {
+        spell(text);
+        text = spelled_;
+    }
     const LineView line(text);
     if (sameAscii(line.command, "NICK")) return nick(line, now, toServer);
     if (sameAscii(line.command, "USER")) return user(line, now, toServer);
@@ -58,6 +62,28 @@ void Outgoing::line(std::string_view text, Microseconds now, std::string& toServ
     if (sameAscii(line.command, "PART")) leave(wordOf(line.rest, 0));
     const bool all = sameAscii(line.command, "WHO") && wordOf(line.rest, 0).empty();
     send(all && profile_.has(Rewrite::WhoAll) ? std::string_view("WHO *") : text, now, toServer);
+}
+
+// Puts the line into `spelled_`, its names as the server has them. The own nick's choice is the user's.
+void Outgoing::spell(std::string_view text) {
+    static constexpr std::string_view naming[] = {"PRIVMSG", "NOTICE", "JOIN",   "PART",  "NAMES", "MODE",
+                                                  "KICK",    "TOPIC",  "INVITE", "WHOIS", "WHO"};
+    const LineView line(text);
+    const auto same = [&](std::string_view name) { return sameAscii(name, line.command); };
+    spelled_ = text;
+    if (std::none_of(std::begin(naming), std::end(naming), same)) return;
+    // What stands behind a colon is text.
+    auto words = line.rest.substr(0, line.rest.find(':'));
+    spelled_ = line.head();
+    while (!words.empty()) {
+        const auto word = words.substr(0, words.find_first_of(" ,"));
+        spelled_ += names_.spelled(word);
+        words.remove_prefix(word.size());
+        const auto gap = std::min(words.find_first_not_of(" ,"), words.size());
+        spelled_ += words.substr(0, gap);
+        words.remove_prefix(gap);
+    }
+    spelled_ += line.rest.substr(std::min(line.rest.find(':'), line.rest.size()));
 }
 
 void Outgoing::nick(const LineView& line, Microseconds now, std::string& toServer) {

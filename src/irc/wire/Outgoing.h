@@ -9,6 +9,7 @@
 #include "irc/wire/LineView.h"
 #include "irc/wire/OwnState.h"
 #include "irc/wire/Pacing.h"
+#include "irc/wire/ServerNames.h"
 #include "irc/wire/WireProfile.h"
 
 namespace talvora {
@@ -20,7 +21,8 @@ class Outgoing {
     // However long the own prefix is said to be, this much of a line is sent.
     static constexpr std::size_t ShortestCut = 200;
 
-    Outgoing(const WireProfile& profile, OwnState& own) : profile_(profile), own_(own) {}
+    Outgoing(const WireProfile& profile, OwnState& own, const ServerNames& names)
+        : profile_(profile), own_(own), names_(names) {}
 
     // For a new connection, and at the end of one.
     void reset();
@@ -33,6 +35,7 @@ class Outgoing {
     bool overflowed() const { return overflowed_; }
 
   private:
+    void spell(std::string_view text);
     void nick(const LineView& line, Microseconds now, std::string& toServer);
     void user(const LineView& line, Microseconds now, std::string& toServer);
     void pass(const LineView& line, Microseconds now, std::string& toServer);
@@ -49,11 +52,13 @@ class Outgoing {
 
     const WireProfile& profile_;
     OwnState& own_;
+    const ServerNames& names_;
     Pacing pacing_;
     bool overflowed_ = false;
     bool passwordSent_ = false;
     std::string heldNick_;  // wait for PASS
     std::string heldUser_;
+    std::string spelled_;  // a line with the server's names
     std::string changed_;  // a line while it is rewritten
     std::string wire_;     // the same as it leaves
 };

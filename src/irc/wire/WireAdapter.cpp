@@ -7,7 +7,7 @@
 namespace talvora {
 
 WireAdapter::WireAdapter(const WireProfile& profile)
-    : profile_(profile), incoming_(profile_, own_), outgoing_(profile_, own_) {}
+    : profile_(profile), incoming_(profile_, own_, names_), outgoing_(profile_, own_, names_) {}
 
 void WireAdapter::fromServer(std::string_view bytes, std::string& toEngine) {
     if (tooLong_) return;
@@ -37,6 +37,7 @@ WireAdapter::Overflow WireAdapter::overflow() const {
 
 void WireAdapter::reset() {
     own_.reset();
+    names_.reset();
     incoming_.reset();
     outgoing_.reset();
     fromServer_.reset();

@@ -17,6 +17,7 @@
 #include "irc/wire/LineAssembler.h"
 #include "irc/wire/Outgoing.h"
 #include "irc/wire/OwnState.h"
+#include "irc/wire/ServerNames.h"
 #include "irc/wire/WireProfile.h"
 
 namespace talvora {
@@ -54,6 +55,7 @@ class WireAdapter {
 
     const WireProfile profile_;
     OwnState own_;
+    ServerNames names_;
     Incoming incoming_;
     Outgoing outgoing_;
     LineAssembler fromServer_{LineAssembler::Beyond::Fails};

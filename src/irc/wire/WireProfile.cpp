@@ -29,6 +29,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Rewrite::Count)> rows{{
     {"given-nick", true},
     {"colons-in-words", true},
     {"one-reply-at-a-time", true},
+    {"server-spelling", true},
 }};
 
 constexpr std::string_view separators = " \t,";

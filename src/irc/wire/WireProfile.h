@@ -29,6 +29,7 @@ enum class Rewrite : std::size_t {
     GivenNick,        // a NICK line when 001 names another nick
     ColonsInWords,    // ":" in the words of 311 and 352 becomes "."
     OneReplyAtATime,  // lines of one reply arrive together
+    ServerSpelling,   // names with letters beyond ASCII leave as the server spells them
     Count
 };
 

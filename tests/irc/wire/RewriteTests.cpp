@@ -110,6 +110,55 @@ TEST(Outgoing, LinesTakeTheFormThatServersTake) {
     expectEach(&WireWorld::sends, rows);
 }
 
+// In code page 1253: the small letters of Greek are 0xE1 to 0xFE, the capitals 0x20 below; 0xDC is an alpha
+// with an accent, 0xA2 its capital.
+TEST(ServerSpelling, IsPutInPlaceOfTheEnginesProperCase) {
+    struct Case {
+        const char* said;  // by the server
+        const char* sent;  // by the engine
+        const char* leaves;
+    };
+    const Case cases[] = {
+        {":x!u@h JOIN :#\xE5\xEB\xEB|", "PRIVMSG #\xC5\xEB\xEB :\xC5\xEB\xEB, #\xC5\xEB\xEB|",
+         "PRIVMSG #\xE5\xEB\xEB :\xC5\xEB\xEB, #\xC5\xEB\xEB|"},
+        {":S 353 N = #\xE1 :@\xF9 +\xDC\xED x|", "NAMES #\xC1|NOTICE \xA2\xED :hi|MODE #\xC1 +o \xD9 x|",
+         "NAMES #\xE1|NOTICE \xDC\xED :hi|MODE #\xE1 +o \xF9 x|"},
+        {":\xF9!u@h PRIVMSG #\xE2 :hi|", "KICK #\xC2 \xD9|WHOIS \xD9 |", "KICK #\xE2 \xF9|WHOIS \xF9 |"},
+        {":\xE1!u@h NICK :\xE2[dnd]|", "PRIVMSG \xC2[DND],\xC2,z :x|", "PRIVMSG \xE2[dnd],\xC2,z :x|"},
+        // Later ones count; letters of ASCII, other words and the own choice of a nick are left alone.
+        {":\xE1 JOIN :#\xE1|:\xE1 JOIN :#\xC1|", "JOIN #x,#\xE1 key|", "JOIN #x,#\xC1 key|"},
+        {":\xE1y JOIN :#x\xE1|", "PART #X\xE1 :\xC1Y|TALK \xC1Y|NICK \xC1y|",
+         "PART #X\xE1 :\xC1Y|TALK \xC1Y|NICK \xC1y|"},
+    };
+    for (const Case& c : cases) {
+        for (const char* value : {"plain +server-spelling", "standard"}) {
+            WireWorld world(value);
+            world.loggedOn().says(c.said);
+            EXPECT_EQ(world.sends(c.sent), c.leaves) << value;
+            world.adapter.connectionStarted();
+            EXPECT_EQ(world.sends(c.sent), c.sent) << "of another connection";
+        }
+        WireWorld without("standard -server-spelling");
+        without.loggedOn().says(c.said);
+        EXPECT_EQ(without.sends(c.sent), c.sent);
+    }
+    WireWorld utf8(dialect("standard", Encoding::UTF8));
+    utf8.loggedOn().says(":Nikos!u@h JOIN :#\xCE\xB5|");
+    EXPECT_EQ(utf8.sends("PRIVMSG #\xC5 :\xE1|JOIN #\xC5|"), "PRIVMSG #\xCE\xB5 :\xCE\xB1|");
+    EXPECT_EQ(utf8.answers, ":irc.talvora.test 927 Nikos #\xE5 :You are in that channel already\r\n");
+}
+
+TEST(ServerSpelling, KnowsTheNamesSeenLast) {
+    WireWorld world("standard");
+    world.says(":x!u@h JOIN :#\xE5|:\xE5!u@h JOIN :#x|");
+    for (std::size_t i = 0; i < 2 * ServerNames::Most; ++i)
+        world.says(":\xE1" + std::to_string(i) + " JOIN :#x|");
+    EXPECT_EQ(world.sends("NAMES #\xC5|WHOIS \xC5|WHOIS \xC1"
+                          "9999|"),
+              "NAMES #\xE5|WHOIS \xC5|WHOIS \xE1"
+              "9999|");
+}
+
 TEST(PasswordFirst, HoldsNickAndUser) {
     WireWorld world("standard +password-first");
     EXPECT_EQ(world.sends("NICK y|PONG :1|USER y 0 * :N|NICK z|"), "PONG :1|");
