@@ -52,7 +52,8 @@ void frmChanChat::connectUsers() {
         if (button == 2) PopupMenu.raise(pop);
     });
     on_ += mnuPM.Click.connect([this] {
-        if (around_.Privates != nullptr) around_.Privates->StartPM(SelectedNick);
+        // A copy: a window that opens may let the user choose somebody else.
+        if (around_.Privates != nullptr) around_.Privates->StartPM(std::string(SelectedNick));
     });
     on_ += mnuInfo.Click.connect([this] {
         trapped(around_.Reporter, "mnuInfo_Click",

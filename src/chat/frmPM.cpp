@@ -92,7 +92,8 @@ void frmPM::PMArrived(const std::string& text, const std::string& command) {
     trapped(around_.Reporter, "PMArrived", [&](Trap&) {
         std::string line = incomingLine(text, command);
         if (!Broadcast(line, -1)) return;
-        if (isShown(command)) DisplayIRCCommand(line, UserName);
+        // A copy: the peer may be renamed while the line is shown.
+        if (isShown(command)) DisplayIRCCommand(line, std::string(UserName));
         noteNews();
     });
 }
@@ -125,7 +126,7 @@ void frmPM::ShowPluginLine(const std::string& text) {
 // A text that begins with "\" is a script command: it is neither shown nor sent.
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (!data.starts_with('\\')) sendOn(step, UserName, data);
+        if (!data.starts_with('\\')) sendOn(step, std::string(UserName), data);
     });
 }
 
@@ -143,6 +144,8 @@ void frmPM::Rename(const std::string& newNick) {
         noteNews();
         UserName = name;
         Caption = "Private chat with " + UserName;
+        // The list of windows has the old name, whether there is news or not.
+        around_.Session.RefreshWindows();
         offerName(newNick);
     });
 }

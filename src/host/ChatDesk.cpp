@@ -40,24 +40,27 @@ void ChatDesk::LoadTables(Trap& step) {
 }
 
 void ChatDesk::JoinTo(Handovers& to) {
-    to.Channels = &Channels;
-    to.Privates = &Privates;
-    to.Keys = this;
-    to.MOTD = this;
-    to.Notes = &notes_;
+    to.Channels = Channels;
+    to.Privates = Privates;
+    to.Keys = *this;
+    to.MOTD = *this;
+    to.Notes = notes_;
 }
 
-void ChatDesk::UnloadAll() {
-    for (frmPM* window : Privates.Table().AllLoaded()) window->Unload();
-    for (frmChanChat* window : Channels.Table().AllLoaded()) window->Unload();
-    if (auto* form = ChanKey.Get()) form->Unload();
-    if (auto* form = MsgBox.Get()) form->Unload();
-    if (auto* form = MOTD.Get()) form->Unload();
-    if (auto* form = Picker.Get()) form->Unload();
+void ChatDesk::UnloadAll(Trap& step) {
+    const auto unload = [&](Form* form) {
+        if (form != nullptr) step([&] { form->Unload(); });
+    };
+    for (frmPM* window : Privates.Table().AllLoaded()) unload(window);
+    for (frmChanChat* window : Channels.Table().AllLoaded()) unload(window);
+    unload(ChanKey.Get());
+    unload(MsgBox.Get());
+    unload(MOTD.Get());
+    unload(Picker.Get());
 }
 
 void ChatDesk::SendPM(const std::string& to, const std::string& text, bool special) {
-    if (form1_ != nullptr) form1_->Texts.SendPM(to, text, special);
+    if (form1_ != nullptr) form1_->Out.SendPM(to, text, special);
 }
 
 void ChatDesk::SendIRC(const std::string& line) {

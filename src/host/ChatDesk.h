@@ -23,7 +23,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     void Attach(Form1* window) { form1_ = window; }
     void JoinTo(Handovers& to);
     // Closes all windows, whatever they say.
-    void UnloadAll();
+    void UnloadAll(Trap& step);
 
     ChatColors Colors;
     modNickDecode Nicks;

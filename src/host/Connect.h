@@ -50,11 +50,13 @@ class Connect final : public HostPlugin {
     void startUp();
     void terminate(Trap& step);
     void readAccount();
+    std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
+    void makeMainWindow();
     void retireMainWindow();
-    void handle(const HostMessage& message);
-    void sendPlain(const HostValue& data);
-    void sendSpecial(const std::string& to, const HostValue& data);
+    void handle(Trap& step, const HostMessage& message);
+    void handleText(const HostMessage& message);
+    void say(const std::string& to, const std::string& text, bool special);
     std::unique_ptr<SocketDriver> wireTo(const NetworkProfile& profile);
     std::unique_ptr<SocketDriver> ircSocket();
     bool needsNewConnection() const;
@@ -66,7 +68,6 @@ class Connect final : public HostPlugin {
     HostGate gate_;
     Random random_;
     Account account_;
-    std::string nickRead_;  // from the settings; the network may have given the account another one since
     ChatDesk chats_;
     MailDesk mails_;
     Handovers handovers_;

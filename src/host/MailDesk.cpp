@@ -29,7 +29,7 @@ MailDesk::MailDesk(const MailSurroundings& around, modNickDecode& nicks, const m
 
 // Nothing that stands in a file can put a line of its own on the connection.
 void MailDesk::TellRobot(const std::string& text) {
-    if (form1_ != nullptr) form1_->Texts.SendPM("OrreryServ", text, true);
+    if (form1_ != nullptr) form1_->Out.SendPM("OrreryServ", text, true);
 }
 
 void MailDesk::SetMailRefresh(int milliseconds) {
@@ -86,11 +86,14 @@ void MailDesk::OpenDraft(const std::string& fileName) {
     if (frmSendMail* composer = newComposer()) composer->StartDraft(fileName);
 }
 
-void MailDesk::UnloadAll() {
-    for (frmViewMail* window : Viewers.Forms()) window->Unload();
-    for (frmSendMail* window : Composers.Forms()) window->Unload();
-    if (auto* form = Expire.Get()) form->Unload();
-    if (auto* form = SelectUser.Get()) form->Unload();
+void MailDesk::UnloadAll(Trap& step) {
+    const auto unload = [&](Form* form) {
+        if (form != nullptr) step([&] { form->Unload(); });
+    };
+    for (frmViewMail* window : Viewers.Forms()) unload(window);
+    for (frmSendMail* window : Composers.Forms()) unload(window);
+    unload(Expire.Get());
+    unload(SelectUser.Get());
     Status.Stop();
 }
 

@@ -26,11 +26,11 @@ class MailDesk final : private MailSession, private MailWindows, private MailPeo
     void LoadSettings() { Manager.LoadSettings(); }
     // The main window that mail speaks through; null while there is none.
     void Attach(Form1* window) { form1_ = window; }
-    void JoinTo(Handovers& to) { to.Mail = this; }
+    void JoinTo(Handovers& to) { to.Mail = static_cast<MailService&>(*this); }
     // Shows a file of the mail folder, whatever path to it the host gives.
     void OpenMail(const std::string& path);
     // Closes all windows, and what was written in them stays as a draft.
-    void UnloadAll();
+    void UnloadAll(Trap& step);
 
     // So many windows of a kind there are at most.
     static constexpr std::size_t MostWindows = 51;

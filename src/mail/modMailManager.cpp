@@ -9,6 +9,12 @@
 
 namespace talvora {
 
+namespace {
+
+constexpr std::int32_t LongestInterval = 32767;  // minutes
+
+}  // namespace
+
 modMailManager::modMailManager(const MailSurroundings& around, MailStatus& status, MailSession& session)
     : globError_(around.Reporter),
       settings_(around.Settings),
@@ -151,8 +157,7 @@ void modMailManager::poll() {
 }
 
 void modMailManager::reloadInterval() {
-    const double minutes = Val(settings_.Get(Section::Settings, "MailInterval", "1"));
-    session_.SetMailInterval(CInt(std::clamp(minutes, 1.0, 32767.0)));
+    session_.SetMailInterval(settings_.GetNumber(Section::Settings, "MailInterval", 1, 1, LongestInterval));
 }
 
 // ---- What is kept between two starts

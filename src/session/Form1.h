@@ -20,7 +20,9 @@
 #include "session/SessionPanel.h"
 #include "session/TextDispatch.h"
 #include "session/TroublePanel.h"
+#include "session/UserState.h"
 #include "session/UsersPanel.h"
+#include "session/WayOut.h"
 #include "session/WindowsPanel.h"
 
 namespace talvora {
@@ -33,7 +35,7 @@ class Form1 final : public Form {
         GlobError& Reporter;
         ComponentSettings& Settings;
         HostGate& Gate;
-        Account& TheAccount;
+        const Account& TheAccount;
         Random& Chance;
         modNickDecode& Nicks;
         const Handovers& To;
@@ -58,6 +60,8 @@ class Form1 final : public Form {
     UserList UserList1;  // the users of all joined channels
     UserList UserList3;  // the ignored
     IRCServ IRCServ1;
+    UserState State;
+    WayOut Out;
     SessionPanel Session;
     ChannelPanel Channels;
     UsersPanel Users;
@@ -76,13 +80,15 @@ class Form1 final : public Form {
     void Form_Unload() override;
 
   private:
+    void connectMenus();
     void connectUserList(UserList& list);
+    void startPM(std::string nick);
     void placeAtRightEdge();
 
     Platform& platform_;
     GlobError& globError_;
     ComponentSettings& settings_;
-    Account& account_;
+    const Account& account_;
     const Handovers& to_;
     Subscriptions on_;
 };

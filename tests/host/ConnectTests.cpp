@@ -43,7 +43,31 @@ TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {
     maria.around.questions.willAnswer(Answer::Ignore);
     maria.host.send(HostMsg::SayPrivate, "no array");
     maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "still here"});
-    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here"));
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Ni\nkos", "one\r\nline"});
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here", "PRIVMSG Nikos :oneline"));
+}
+
+TEST(Connect, AFaultyListenerCostsNeitherTheStartNorThePong) {
+    World world;
+    Client& maria = world.client("Maria");
+    const auto view =
+        maria.component->MainWindowLoaded.connect([](Form1&) { throw std::runtime_error("no view"); });
+    auto listener = maria.host.MessageBroadcasted.connect([](const HostMessage& message) {
+        const bool fails = message.MsgID == HostMsg::Started || message.MsgID == HostMsg::ServerWord;
+        if (fails) throw std::runtime_error("faulty");
+    });
+    maria.around.questions.answerFaults(Answer::Ignore);
+    maria.around.settings.SaveSetting("Talvora", "Settings", "MailInterval", "1e999");
+    maria.host.send(HostMsg::Start);
+    world.time.settle();
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria"));
+    EXPECT_EQ(maria.window().Session.gMailInterval, 1);
+    maria.around.questions.answerFaults(Answer::Abort);
+    maria.server.says("PING :there?");
+    world.time.run(10ms);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :there?"));
+    EXPECT_EQ(maria.around.questions.asked.size(), 3U);
+    EXPECT_THAT(maria.around.questions.asked.back(), HasSubstr("Function:IRCServ1_ServerStrRespond"));
 }
 
 TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {
