@@ -16,10 +16,11 @@ CORE = {
     "chat": {"chat", "extensions", "common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "common", "platform/rich", "platform"},
     "announce": {"announce", "common", "platform"},
-    "session": {"session", "irc", "notify", "chat", "common", "platform"},
+    "mail": {"mail", "chat", "common", "platform/rich", "platform"},
+    "session": {"session", "irc", "mail", "notify", "chat", "common", "platform"},
     "settings": {"settings", "session", "common", "platform"},
     "host": {
-        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "announce",
+        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "mail", "announce", "notify", "chat",
         "platform",
     },
     "host/plugin": {"host"},
