@@ -137,7 +137,7 @@ void Connect::startUp() {
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         announcements_.Manager.Start();
-        chats_.LoadTables(step);
+        chats_.LoadTables();
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });

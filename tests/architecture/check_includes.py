@@ -21,7 +21,7 @@ CORE = {
     "settings": {"settings", "session", "common", "platform"},
     "host": {
         "host", "common", "profile", "settings", "session", "irc", "irc/wire", "mail", "announce", "notify", "chat",
-        "platform",
+        "extensions", "platform",
     },
     "host/plugin": {"host"},
 }
