@@ -34,8 +34,11 @@ Connect::Connect(const HostServices& services)
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
       chats_(services.ThePlatform, globError_, settings_, gate_, random_),
+      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
+             chats_.Picker),
       announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
+    mails_.JoinTo(handovers_);
     announcements_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
@@ -82,6 +85,9 @@ void Connect::handle(Trap& step, const HostMessage& message) {
             break;
         case HostMsg::Terminate:
             Class_Terminate();
+            break;
+        case HostMsg::OpenMail:
+            if (MainWindow() != nullptr) step([&] { mails_.OpenMail(message.Data.text()); });
             break;
         case HostMsg::GatherAbout:
             step([&] {
@@ -131,7 +137,7 @@ void Connect::startUp() {
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         announcements_.Manager.Start();
-        chats_.LoadTables(step);
+        chats_.LoadTables();
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
@@ -162,22 +168,20 @@ void Connect::loadMainWindow(Trap& step) {
     // Whoever has heard of it may have ended it again.
     if (MainWindow() == nullptr) return;
     step([&] { form1_->State.Start(nickOfSettings()); });
-    step([&] {
-        const std::int32_t most = Settings::LongestInterval;
-        form1_->SetMailInterval(settings_.GetNumber(Section::Settings, "MailInterval", 1, 1, most));
-    });
+    step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
     if (MainWindow() != nullptr) announcements_.Load();
 }
 
 void Connect::makeMainWindow() {
     const Form1::Surroundings around{
-        services_.ThePlatform, globError_, settings_,     gate_, account_, random_,
-        chats_.Nicks,          handovers_, &chats_.Tables};
+        services_.ThePlatform, globError_, settings_,      gate_,        account_, random_,
+        chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
     retireMainWindow();
     form1_ = std::make_unique<Form1>(around, ircSocket());
     announcements_.Attach(form1_.get());
     chats_.Attach(form1_.get());
+    mails_.Attach(form1_.get());
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -252,8 +256,10 @@ void Connect::terminate(Trap& step) {
     step([&] { form1_->Unload(); });
     announcements_.UnloadAll(step);
     chats_.UnloadAll(step);
+    mails_.UnloadAll(step);
     announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
+    mails_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

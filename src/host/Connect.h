@@ -10,6 +10,7 @@
 #include "common/HostPlugin.h"
 #include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
+#include "host/MailDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -43,6 +44,7 @@ class Connect final : public HostPlugin {
     // The main window; nothing before message 1 and after the end.
     Form1* MainWindow() const;
     ChatDesk& Chats() { return chats_; }
+    MailDesk& Mails() { return mails_; }
     AnnounceDesk& Announcements() { return announcements_; }
     Account& TheAccount() { return account_; }
 
@@ -69,6 +71,7 @@ class Connect final : public HostPlugin {
     Random random_;
     Account account_;
     ChatDesk chats_;
+    MailDesk mails_;
     AnnounceDesk announcements_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it

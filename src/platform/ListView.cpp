@@ -140,12 +140,14 @@ void ListView::Refresh(const std::vector<ListRow>& rows) {
     const std::string key = SelectedItem != nullptr ? SelectedItem->Key() : std::string();
     const int place = SelectedItem != nullptr ? SelectedItem->Index() : 0;
     const int count = static_cast<int>(rows.size());
+    Refreshing.raise();
     while (ListItems.Count() > count) ListItems.Remove(ListItems(ListItems.Count()));
     for (int i = 1; i <= count; ++i) {
         const ListRow& row = rows[static_cast<std::size_t>(i - 1)];
         become(i > ListItems.Count() ? ListItems.Add(row.Key, row.Text) : ListItems(i), row);
     }
     if (place != 0) selectAgain(key, place);
+    Refreshed.raise();
 }
 
 void ListView::Append(const ListRow& row) {
@@ -161,7 +163,6 @@ void ListView::selectAgain(const std::string& key, int place) {
         if (i <= ListItems.Count()) found = i;
     }
     SelectedItem = found == 0 ? nullptr : &ListItems(found);
-    SelectionMoved.raise();
 }
 
 void ListView::userClicks(ListItem& row) {

@@ -151,8 +151,9 @@ class ListView {
     void userClicks(ListItem& row);
     void userTicks(ListItem& row, bool checked);
 
-    // The selection was changed by code, and a view shows it.
-    Event<> SelectionMoved;
+    // Around Refresh: what moves meanwhile is no hand's doing, and a view keeps its place.
+    Event<> Refreshing;
+    Event<> Refreshed;
 
     ListView();
 

@@ -26,6 +26,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       Texts(around.ThePlatform, around.Reporter, IRCServ1, Out, around.TheAccount, around.Gate, Presence,
             around.To),
       Trouble(around.ThePlatform, Ending, IRCServ1),
+      Mail(around.Mail),
       platform_(around.ThePlatform),
       globError_(around.Reporter),
       settings_(around.Settings),
@@ -49,6 +50,11 @@ void Form1::connectMenus() {
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
+    if (Mail != nullptr) {
+        on_ += Mail->ListView3.MouseUp.connect([this](int button, int, int, int) {
+            if (button == 2 && Mail->ListView3.SelectedItem != nullptr) PopupMenu.raise(Mail->popMail);
+        });
+    }
     on_ += Channels.ListView2.MouseUp.connect([this](int button, int, int, int) {
         if (button == 2) PopupMenu.raise(Channels.popChannel);
     });
@@ -65,6 +71,7 @@ void Form1::Form_Load() {
             std::string(), [&] { return settings_.Get(Section::Settings, "ChanList", "#thessaloniki"); });
         Channels.CreateChannelList(channels);
         step([&] { placeAtRightEdge(); });
+        if (Mail != nullptr) step([&] { Mail->Load(); });
     });
 }
 
@@ -118,6 +125,7 @@ void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
 }
 
 void Form1::Form_Unload() {
+    if (Mail != nullptr) Mail->Status.Stop();
     Texts.Stop();
     IRCServ1.Stop();
 }

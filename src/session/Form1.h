@@ -11,6 +11,7 @@
 #include "common/HostGate.h"
 #include "common/Trap.h"
 #include "irc/IRCServ.h"
+#include "mail/MailPanel.h"
 #include "platform/Form.h"
 #include "session/Account.h"
 #include "session/ChannelPanel.h"
@@ -40,6 +41,8 @@ class Form1 final : public Form {
         const Handovers& To;
         // The chat windows; without them the program has no list of windows.
         ChatWindowTables* Windows = nullptr;
+        // The mail panel, which outlives the window that shows it.
+        MailPanel* Mail = nullptr;
     };
 
     // `ircSocket` is what the engine speaks through.
@@ -66,6 +69,7 @@ class Form1 final : public Form {
     TextDispatch Texts;
     TroublePanel Trouble;
     std::optional<WindowsPanel> Windows;
+    MailPanel* const Mail;
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
     Menu popULRefresh;

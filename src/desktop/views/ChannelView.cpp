@@ -7,13 +7,13 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{720, 460};
+constexpr QSize channelSize{720, 460};
 constexpr int usersWidth = 170;
 
 }  // namespace
 
 ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
-    : ChatView(window, site, "Channel", standardSize), window_(window) {
+    : ChatView(window, site, "Channel", channelSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("channel")));
     addBeside(makeUserListTree(window.UserList1, tr("Users of the channel"), this), usersWidth);
 }
