@@ -102,7 +102,8 @@ TEST(MailCrash, ASendingComesToItsEndOnce) {
         EXPECT_THAT(rig.robot.taken,
                     testing::ElementsAre("o1.qrm 2 s/o1.qrm a/o1.qrm b", "o2.qrm 2 s/o2.qrm a/o2.qrm b"));
         EXPECT_EQ(rig.stored("SendQueue"), "");
-        EXPECT_TRUE(rig.around.files.List("Mail", "o*.qrm").empty());
+        // Lost power may bring a deleted file back; it is in no queue.
+        EXPECT_TRUE(survived == Survived::Flushed || rig.around.files.List("Mail", "o*.qrm").empty());
         return died;
     });
 }
