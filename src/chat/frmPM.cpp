@@ -11,7 +11,13 @@ constexpr auto section = Section::PMSettings;
 
 }  // namespace
 
-frmPM::frmPM(ChatSurroundings& around, modWinManager& manager) : ChatWindow(around), manager_(manager) {
+frmPM::frmPM(ChatSurroundings& around, modWinManager& manager)
+    : ChatWindow(around),
+      Commands(around.Commands, around.Commands.PrivateMenu, *this,
+               [this] {
+                   return CommandMenu::Target{UserName, UserName};
+               }),
+      manager_(manager) {
     mnuPopup.Caption = "Popup messages when closed";
     mnuNoFocus.Caption = "Do not take focus";
     mnuTimeStamp.Caption = "Timestamp";
@@ -126,7 +132,11 @@ void frmPM::ShowPluginLine(const std::string& text) {
 // A text that begins with "\" is a script command: it is neither shown nor sent.
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (!data.starts_with('\\')) sendOn(step, std::string(UserName), data);
+        if (data.starts_with('\\')) {
+            around_.Commands.RunScriptCommand(data.substr(1), std::string(UserName), *this);
+        } else {
+            sendOn(step, std::string(UserName), data);
+        }
     });
 }
 

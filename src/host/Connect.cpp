@@ -33,11 +33,13 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_),
+      chats_(services.ThePlatform, globError_, settings_, gate_, random_),
       mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
-             chats_.Picker) {
+             chats_.Picker),
+      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
     mails_.JoinTo(handovers_);
+    announcements_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -134,7 +136,8 @@ void Connect::startUp() {
         account_.gSettingsChanged = true;
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
-        chats_.LoadTables(step);
+        announcements_.Manager.Start();
+        chats_.LoadTables();
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
@@ -167,6 +170,7 @@ void Connect::loadMainWindow(Trap& step) {
     step([&] { form1_->State.Start(nickOfSettings()); });
     step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
+    if (MainWindow() != nullptr) announcements_.Load();
 }
 
 void Connect::makeMainWindow() {
@@ -175,6 +179,7 @@ void Connect::makeMainWindow() {
         chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
     retireMainWindow();
     form1_ = std::make_unique<Form1>(around, ircSocket());
+    announcements_.Attach(form1_.get());
     chats_.Attach(form1_.get());
     mails_.Attach(form1_.get());
 }
@@ -249,8 +254,10 @@ void Connect::terminate(Trap& step) {
     if (text.empty()) text = "Bye bye!";
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
+    announcements_.UnloadAll(step);
     chats_.UnloadAll(step);
     mails_.UnloadAll(step);
+    announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
     mails_.Attach(nullptr);
 }

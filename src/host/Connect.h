@@ -8,6 +8,7 @@
 #include "common/GlobError.h"
 #include "common/HostGate.h"
 #include "common/HostPlugin.h"
+#include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "host/MailDesk.h"
 #include "platform/Random.h"
@@ -44,6 +45,7 @@ class Connect final : public HostPlugin {
     Form1* MainWindow() const;
     ChatDesk& Chats() { return chats_; }
     MailDesk& Mails() { return mails_; }
+    AnnounceDesk& Announcements() { return announcements_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -70,6 +72,7 @@ class Connect final : public HostPlugin {
     Account account_;
     ChatDesk chats_;
     MailDesk mails_;
+    AnnounceDesk announcements_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

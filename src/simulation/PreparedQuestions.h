@@ -1,7 +1,5 @@
 #pragma once
-// Questions whose answers a test has laid ready. An unexpected question fails the test.
-
-#include <gtest/gtest.h>
+// Questions whose answers a story has laid ready. An unexpected one, and an answer left over, is a failure.
 
 #include <deque>
 #include <functional>
@@ -9,13 +7,14 @@
 #include <vector>
 
 #include "platform/Questions.h"
+#include "simulation/Failure.h"
 
 namespace talvora::test {
 
 class PreparedQuestions final : public Questions {
   public:
     ~PreparedQuestions() override {
-        EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers not asked for";
+        if (!answers_.empty()) Fail(std::to_string(answers_.size()) + " answers not asked for");
     }
 
     // `meanwhile` runs while the box stands, so that what happens behind an open dialog is tested too.
@@ -35,7 +34,7 @@ class PreparedQuestions final : public Questions {
         asked.push_back(box.Title + "\n" + box.Text);
         if (faultAnswer_ && box.Choices == Buttons::AbortRetryIgnore) return *faultAnswer_;
         if (answers_.empty()) {
-            ADD_FAILURE() << "unexpected question: " << asked.back();
+            Fail("unexpected question: " + asked.back());
             return box.Choices == Buttons::AbortRetryIgnore ? Answer::Abort : Answer::Cancel;
         }
         const Prepared prepared = next();
@@ -72,7 +71,7 @@ class PreparedQuestions final : public Questions {
     Prepared expected(std::string question) {
         asked.push_back(std::move(question));
         if (!answers_.empty()) return next();
-        ADD_FAILURE() << "unexpected question: " << asked.back();
+        Fail("unexpected question: " + asked.back());
         return {Answer::Cancel, {}, {}};
     }
     Prepared next() {

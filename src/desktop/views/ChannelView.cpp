@@ -7,13 +7,13 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{720, 460};
+constexpr QSize channelSize{720, 460};
 constexpr int usersWidth = 170;
 
 }  // namespace
 
 ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
-    : ChatView(window, site, "Channel", standardSize), window_(window) {
+    : ChatView(window, site, "Channel", channelSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("channel")));
     addBeside(makeUserListTree(window.UserList1, tr("Users of the channel"), this), usersWidth);
 }
@@ -22,7 +22,7 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
         menu.addSeparator();
-        addEntry(menu, window_.mnuCmd)->setEnabled(false);
+        addEntry(menu, window_.Commands.mnuCmd)->setEnabled(false);
         return;
     }
     if (&model != &window_.mnuCheck) return;

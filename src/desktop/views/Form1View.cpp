@@ -21,7 +21,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{320, 600};
+constexpr QSize mainSize{320, 600};
 constexpr int windowColumn = 175;  // pixels
 constexpr int channelColumn = 130;
 constexpr int windowsHeight = 190;
@@ -42,7 +42,7 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 }  // namespace
 
 Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", standardSize), form_(form) {
+    : FormView(form, site, "Main", mainSize), form_(form) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);

@@ -6,12 +6,12 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{560, 400};
+constexpr QSize privateSize{560, 400};
 
 }  // namespace
 
 PrivateView::PrivateView(frmPM& window, const ViewSite& site)
-    : ChatView(window, site, "Private", standardSize), window_(window) {
+    : ChatView(window, site, "Private", privateSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("private")));
 }
 
