@@ -76,7 +76,7 @@ TEST(MailCrash, AReceptionLosesNothingAndDoublesOneLineAtMost) {
         EXPECT_THAT(bodies(rig),
                     testing::ElementsAre(testing::AnyOf("one,two,three,", "one,one,two,three,",
                                                         "one,two,two,three,", "one,two,three,three,"),
-                                         "four"));
+                                         testing::AnyOf("four", "fourfour")));
         EXPECT_EQ(rig.stored("IncomingID"), "0");
         return died;
     });
@@ -101,8 +101,9 @@ TEST(MailCrash, ASendingComesToItsEndOnce) {
         EXPECT_EQ(rig.around.questions.asked.size(), reports);
         EXPECT_THAT(rig.robot.taken,
                     testing::ElementsAre("o1.qrm 2 s/o1.qrm a/o1.qrm b", "o2.qrm 2 s/o2.qrm a/o2.qrm b"));
-        EXPECT_EQ(rig.stored("SendQueue"), "");
-        EXPECT_TRUE(rig.around.files.List("Mail", "o*.qrm").empty());
+        EXPECT_EQ(rig.manager->gSendQueue, "") << "the stored one keeps deleted names until it is saved next";
+        // Lost power may bring a deleted file back; it is in no queue.
+        EXPECT_TRUE(survived == Survived::Flushed || rig.around.files.List("Mail", "o*.qrm").empty());
         return died;
     });
 }

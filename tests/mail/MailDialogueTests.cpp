@@ -57,7 +57,7 @@ TEST(MailReception, ACutMailGoesOnWhereItWas) {
     says(rig, "NOTEXIST");
     EXPECT_THAT(taken(rig), ElementsAre("MAIL 0 0"));
     EXPECT_EQ(rig.file("i1.ml"), "-");
-    EXPECT_EQ(rig.around.disk.waste.size(), 1U) << "what the robot deletes can be had back";
+    EXPECT_EQ(rig.around.files.List(".waste").size(), 1U) << "what the robot deletes can be had back";
     says(rig, "NOTEXIST");
     EXPECT_EQ(rig.around.questions.asked.size(), 2U);
 }
@@ -139,7 +139,7 @@ TEST(MailSending, APieceForEachAcknowledgementAndTheFileGoesWhenItIsConfirmed) {
                                         "MAIL DUMP Maria a", "MAIL DUMP Maria b", "MAIL SENT Maria c"));
     EXPECT_EQ(rig.file("o1.qrm"), "-");
     EXPECT_EQ(rig.stored("SendQueue"), "");
-    EXPECT_EQ(rig.around.disk.waste.size(), 1U);
+    EXPECT_EQ(rig.around.files.List(".waste").size(), 1U);
     EXPECT_EQ(rig.status->Label7.Caption.get(), "Message sent. Idle");
 }
 

@@ -48,7 +48,7 @@ struct RobotSide {
 
     void hears(const std::string& text) {
         const std::string verb = text.substr(0, text.find(' ', 5));
-        if (text == "MAIL 0 0") {
+        if (text.starts_with("MAIL 0 ")) {
             if (doneTold_) waiting.pop_front();
             begin();
         } else if (text.starts_with("MAIL  ")) {
@@ -104,7 +104,7 @@ struct RobotSide {
     std::vector<std::string> taking_;
 };
 
-class MailRig : private MailSession {
+class MailRig : public MailSession {
   public:
     MailRig() {
         around.disk.put("Mail/.keep", "");
