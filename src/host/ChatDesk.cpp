@@ -30,13 +30,20 @@ ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& 
     Around.Privates = &Privates;
 }
 
-void ChatDesk::LoadTables(Trap& step) {
+void ChatDesk::LoadTables() {
     Nicks.LoadPerflixes();
-    step([&] { Emotions.LoadEmotions(); });
+    loadEmotions();
     // Libraries stay loaded; a second message 1 finds them there.
     if (platform_.Libraries != nullptr && !std::exchange(librariesLoaded_, true))
         Factories.LoadLibraries(*platform_.Libraries, globError_);
     Plugins.ReloadPlugins();
+}
+
+// A fault here is one of the start and is told under its name, but Abort leaves the emoticons alone behind,
+// and not the log-on.
+void ChatDesk::loadEmotions() {
+    trapped(globError_, "Main", [&](Trap& step) { step([&] { Emotions.LoadEmotions(); }); });
+    if (!Emotions.IsLoaded()) Emotions.DoWithout();
 }
 
 void ChatDesk::JoinTo(Handovers& to) {

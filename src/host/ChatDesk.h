@@ -18,7 +18,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate);
 
     // The tables of states, emoticons and plug-ins, and the user's libraries; once, at the start.
-    void LoadTables(Trap& step);
+    void LoadTables();
     // The main window that the windows speak through; null while there is none.
     void Attach(Form1* window) { form1_ = window; }
     void JoinTo(Handovers& to);
@@ -49,6 +49,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
         SingleForm<frmMsgBox>& form;
     };
 
+    void loadEmotions();
     void SendPM(const std::string& to, const std::string& text, bool special) override;
     void SendIRC(const std::string& line) override;
     std::string Nickname() const override;

@@ -117,7 +117,7 @@ void Connect::startUp() {
         nickRead_.clear();
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
-        chats_.LoadTables(step);
+        chats_.LoadTables();
         step([&] { loadMainWindow(); });
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
