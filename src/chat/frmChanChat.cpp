@@ -7,7 +7,7 @@ namespace talvora {
 
 frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     : ChatWindow(around),
-      UserList1(around.Reporter, around.Nicks),
+      UserList1(around.ThePlatform, around.Reporter, around.Nicks),
       Timer1(around.ThePlatform, 1000),
       manager_(manager) {
     mnuChkshow.Caption = "Show form on incoming messages";

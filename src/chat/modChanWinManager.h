@@ -26,6 +26,7 @@ class modChanWinManager final : public ChannelWindows {
                         const std::string& command) override;
     void StartChan(const std::string& channel) override;
     void RemoveChan(const std::string& channel) override;
+    void ForgetUsers() override;
     void NamesChan(const std::string& channel, const NameList& names) override;
     void JoinChan(const std::string& channel, const std::string& nick) override;
     void PartChan(const std::string& channel, const std::string& nick) override;

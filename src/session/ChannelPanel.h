@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "chat/UserList.h"
 #include "common/ComponentSettings.h"
@@ -11,6 +12,7 @@
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "platform/ListView.h"
+#include "platform/Text.h"
 #include "platform/Timer.h"
 #include "session/Account.h"
 #include "session/Handovers.h"
@@ -32,9 +34,6 @@ class ChannelPanel {
     Menu popChanList;  // asks the server for its channels
     Timer tmrRefreshUsers;
     Timer tmrDisplayKeyChans;
-    // Draws the list anew after channels were joined or left. However many there are, it is done at most once
-    // in a while.
-    Timer tmrRedraw;
 
     // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
     void CreateChannelList(const std::string& list);
@@ -58,7 +57,13 @@ class ChannelPanel {
     void leaveOrAskNames(const std::string& list);
     void joinAll(const std::string& list);
     void redraw();
-    ListItem& addRow(const std::string& channel, bool joined);
+    void showListed(int number);
+    void showJoined(const std::string& channel);
+    void showParted(const std::string& channel);
+    void IRCServ1_SocketDisconnect();
+    ListItem& addRow(int index, const std::string& channel, bool joined);
+    void replace(ListItem& row, ListItem& by);
+    int placeOfListed(int number) const;
     void refuse(const std::string& channel, const char* why);
     bool isSystemKey(const std::string& channel) const;
     std::string keyOf(std::string_view channel) const;
@@ -72,7 +77,14 @@ class ChannelPanel {
     UserList& UserList1;
     const Handovers& to_;
     std::string JoinedChans;
-    StringArray ChanCache;     // the last list of the server, for redrawing
+    StringArray ChanCache;  // the last list of the server, as far as there is room for it
+    // The rows: those of JoinedChans first, then those of ChanCache in its order.
+    struct Known {
+        ListItem* row = nullptr;
+        int listed = -1;  // where it stands in ChanCache
+    };
+    std::unordered_map<std::string, Known, TextHash, TextEqual> known_;
+    int joinedRows_ = 0;
     std::string KeyChans;      // refused a join for want of a key
     std::string CheckedChans;  // the ticked rows, waiting for tmrRefreshUsers
     Subscriptions on_;

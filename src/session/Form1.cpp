@@ -13,8 +13,8 @@ constexpr int DesignHeight = 9000;
 }  // namespace
 
 Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
-    : UserList1(around.Reporter, around.Nicks),
-      UserList3(around.Reporter, around.Nicks),
+    : UserList1(around.ThePlatform, around.Reporter, around.Nicks),
+      UserList3(around.ThePlatform, around.Reporter, around.Nicks),
       IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
       Session(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.To),
       Channels(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Session,
@@ -112,7 +112,7 @@ void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
 void Form1::Form_Unload() {
     for (Timer* timer :
          {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh, &Channels.tmrRefreshUsers,
-          &Channels.tmrDisplayKeyChans, &Channels.tmrRedraw, &Trouble.tmrTrouble}) {
+          &Channels.tmrDisplayKeyChans, &Trouble.tmrTrouble}) {
         timer->Enabled = false;
     }
     if (Windows) Windows->tmrRedraw.Enabled = false;
