@@ -8,6 +8,10 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+# A folder's sources share what they include, so names local to a file are unique in their folder.
+set(CMAKE_UNITY_BUILD ${TALVORA_UNITY})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
+
 find_program(CCACHE ccache)
 if(CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
@@ -40,29 +44,25 @@ function(talvora_core name folder)
     target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
-# talvora_quick(NAME): what people's hands drive need not be fast to run where it is developed, but to build.
-function(talvora_quick name)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
-endfunction()
-
 # talvora_test_options(NAME): a test is compiled more often than it runs. What it tests is built with both
-# sanitizers; its own code goes without the slower of them to compile, and without optimization.
+# sanitizers; its own code goes without the slower of them to compile.
 function(talvora_test_options name)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-O0>)
     if(TALVORA_SANITIZE)
         target_compile_options(${name} PRIVATE -fno-sanitize=undefined)
     endif()
 endfunction()
 
-# talvora_test(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
-function(talvora_test name folder)
+# talvora_test_program(NAME FOLDER [LIBRARIES...]): all sources of one folder of tests/ as one GoogleTest program.
+function(talvora_test_program name folder)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
-    if(NOT sources)
-        return()
-    endif()
-    add_executable(${name} ${sources})
+    add_executable(${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/main.cpp)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     talvora_test_options(${name})
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gmock)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+endfunction()
+
+# talvora_test(...): the same, run as one test. A process for each case would cost more than most cases do.
+function(talvora_test name)
+    talvora_test_program(${name} ${ARGN})
+    add_test(NAME ${name} COMMAND ${name})
 endfunction()

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "common/HostMessageNumbers.h"
-#include "e2e/support/Waiting.h"
+#include "simulation/programs/Waiting.h"
 
 namespace talvora::bench {
 
@@ -18,7 +18,7 @@ NetworkProfile profileFor(int port) {
 }
 
 // The program's folder as it is installed, with the real tables.
-std::string furnished(const e2e::TempFolder& folder) {
+std::string furnished(const programs::Folder& folder) {
     std::filesystem::copy(TALVORA_SOURCE_DIR "/data/System", folder.path() / "System");
     return folder.path().string();
 }
@@ -51,7 +51,7 @@ frmChanChat& ChatClient::openWindow() {
     modChanWinManager& channels = component_.Chats().Channels;
     channels.StartChan("#talk");
     frmChanChat* const window = channels.Window("#talk");
-    if (window == nullptr) throw e2e::Missing("the channel's window");
+    if (window == nullptr) throw programs::Missing("the channel's window");
     return *window;
 }
 

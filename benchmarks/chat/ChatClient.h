@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <memory>
 
-#include "e2e/support/TempFolder.h"
 #include "host/Connect.h"
 #include "orrery/HostDatabase.h"
 #include "platform/Files.h"
@@ -13,6 +12,7 @@
 #include "platform_qt/QtPlatform.h"
 #include "platform_qt/SqliteSettings.h"
 #include "profile/NetworkProfile.h"
+#include "simulation/programs/Folder.h"
 
 namespace talvora::bench {
 
@@ -28,7 +28,7 @@ class ChatClient {
     std::uint64_t broadcasts() const { return broadcasts_; }
 
   private:
-    e2e::TempFolder folder_;
+    programs::Folder folder_;
     SqliteSettings settings_;
     PosixDisk disk_;
     Files files_{disk_};

@@ -89,10 +89,10 @@ class Flood {
                       end = {secondsOf(CLOCK_MONOTONIC), secondsOf(CLOCK_THREAD_CPUTIME_ID)};
                       return true;
                   });
-        if (shown() != expected) throw e2e::Missing("lines in the window");
+        if (shown() != expected) throw programs::Missing("lines in the window");
         // An action is for the window alone.
         if (client_.broadcasts() - heard != static_cast<std::uint64_t>(count) / 20 * 19) {
-            throw e2e::Missing("host messages");
+            throw programs::Missing("host messages");
         }
         return {end.clock - begin.clock, end.processor - begin.processor};
     }

@@ -20,10 +20,10 @@
 #include <vector>
 
 #include "e2e/FloodServer.h"
-#include "e2e/support/OrreryProcess.h"
 #include "orrery/Orrery.h"
 #include "orrery/Program.h"
 #include "orrery/face/Face.h"
+#include "simulation/programs/OrreryProcess.h"
 
 namespace talvora::bench {
 
@@ -100,7 +100,7 @@ QWidget* windowWith(const QString& part) {
     for (QWidget* window : QApplication::topLevelWidgets()) {
         if (window->isVisible() && window->windowTitle().contains(part, Qt::CaseInsensitive)) return window;
     }
-    throw e2e::Missing("no window is called " + part.toStdString());
+    throw programs::Missing("no window is called " + part.toStdString());
 }
 
 // Types letters and takes them back, one key as soon as the one before has been seen for a while.
@@ -109,7 +109,7 @@ class Typist {
     Typist() {
         inLoop([this] {
             box_ = windowWith(QStringLiteral("#talk"))->findChild<QPlainTextEdit*>();
-            if (box_ == nullptr) throw e2e::Missing("there is no box to write in");
+            if (box_ == nullptr) throw programs::Missing("there is no box to write in");
             eyes_ = std::make_unique<Eyes>(*box_, [this] { seen_.set_value(SteadyClock::now()); });
         });
         hands_ = std::thread([this] { type(); });
@@ -129,8 +129,8 @@ class Typist {
             auto seen = seen_.get_future();
             const Moment start = SteadyClock::now();
             QCoreApplication::postEvent(box_, keyEvent(letter), Qt::NormalEventPriority);
-            if (seen.wait_for(e2e::Patience) != std::future_status::ready) {
-                throw e2e::Missing("what is typed is not seen");
+            if (seen.wait_for(programs::Patience) != std::future_status::ready) {
+                throw programs::Missing("what is typed is not seen");
             }
             took_.push_back(milliseconds(seen.get() - start));
             std::this_thread::sleep_for(betweenKeys);
@@ -159,7 +159,7 @@ class Script {
         server_.logOn();
         server_.flood(":anna!u@127.0.0.1 PRIVMSG #talk :good evening\r\nPING :open\r\n", "PONG :open");
         inLoop([this] { face_.OpenMainWindow(); });
-        server_.serve(e2e::Milliseconds(3000));
+        server_.serve(programs::Milliseconds(3000));
         measureFlood();
         measureNames();
     }
@@ -195,7 +195,7 @@ class Script {
                 ":irc.talvora.test 353 Nikos = #talk :Nikos\r\n"
                 ":irc.talvora.test 366 Nikos #talk :End of NAMES list\r\nPING :few\r\n",
                 "PONG :few");
-            server_.serve(e2e::Milliseconds(1000));
+            server_.serve(programs::Milliseconds(1000));
         }
         print("views.names_5000_ms", rank(values, 0.5), "ms");
     }
@@ -224,8 +224,8 @@ class Script {
     Face& face_;
 };
 
-CommandLine commandLine(const e2e::TempFolder& folder, const FloodServer& server) {
-    const std::string profile = folder.write("network.ini", e2e::profileText(server.port(), {}));
+CommandLine commandLine(const programs::Folder& folder, const FloodServer& server) {
+    const std::string profile = folder.write("network.ini", programs::profileText(server.port(), {}));
     const std::vector<std::string> words{"--profile", profile,
                                          "--config",  folder / "config",
                                          "--data",    folder / "data",
@@ -241,7 +241,7 @@ int run(int argc, char** argv) {
     StopSignals signals;
     GuardedApplication application(argc, argv);
     settleLocale();
-    const e2e::TempFolder folder;
+    const programs::Folder folder;
     FloodServer server;
     Face face(application, QDBusConnection::sessionBus());
     Orrery orrery(commandLine(folder, server), QCoreApplication::applicationDirPath().toStdString(), signals,

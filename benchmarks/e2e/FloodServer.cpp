@@ -12,10 +12,10 @@ namespace talvora::bench {
 namespace {
 
 constexpr std::string_view server = ":irc.talvora.test ";
-constexpr e2e::Milliseconds patience{120000};
+constexpr programs::Milliseconds patience{120000};
 
-e2e::Descriptor listenOn(int port) {
-    e2e::Descriptor result(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+Descriptor listenOn(int port) {
+    Descriptor result(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const int on = 1;
     setsockopt(result.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in address{};
@@ -24,7 +24,7 @@ e2e::Descriptor listenOn(int port) {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (bind(result.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(result.get(), 4) != 0) {
-        throw e2e::Missing("the server's port cannot be opened");
+        throw programs::Missing("the server's port cannot be opened");
     }
     return result;
 }
@@ -39,10 +39,10 @@ std::string_view wordBehind(std::string_view line, std::size_t at) {
 FloodServer::FloodServer() : listener_(listenOn(port_.number())) {}
 
 void FloodServer::accept() {
-    client_.close();
-    if (!e2e::readable(listener_.get(), static_cast<int>(patience.count())))
-        throw e2e::Missing("no client comes");
-    client_ = e2e::Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    client_.reset();
+    if (!programs::readable(listener_.get(), static_cast<int>(patience.count())))
+        throw programs::Missing("no client comes");
+    client_ = Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     received_.clear();
     outgoing_.clear();
     joined_ = false;
@@ -50,9 +50,9 @@ void FloodServer::accept() {
 
 void FloodServer::firstByte() {
     char byte = 0;
-    if (!e2e::readable(client_.get(), static_cast<int>(patience.count())) ||
+    if (!programs::readable(client_.get(), static_cast<int>(patience.count())) ||
         recv(client_.get(), &byte, 1, MSG_PEEK) != 1 || byte != 'N') {
-        throw e2e::Missing("the client does not begin with NICK");
+        throw programs::Missing("the client does not begin with NICK");
     }
 }
 
@@ -60,10 +60,10 @@ void FloodServer::logOn() {
     pump([this] { return joined_ && outgoing_.empty(); }, patience, "the log-on");
 }
 
-void FloodServer::serve(e2e::Milliseconds time) {
-    const e2e::Deadline deadline(time);
+void FloodServer::serve(programs::Milliseconds time) {
+    const programs::Deadline deadline(time);
     while (!deadline.passed()) {
-        if (!step(deadline.left())) throw e2e::Missing("the client has gone");
+        if (!step(deadline.left())) throw programs::Missing("the client has gone");
     }
 }
 
@@ -73,10 +73,11 @@ void FloodServer::flood(std::string_view bytes, std::string_view answer) {
     pump([&] { return last_.starts_with(answer); }, patience, "the answer to the flood");
 }
 
-void FloodServer::pump(const Done& done, e2e::Milliseconds wait, const char* what) {
-    const e2e::Deadline deadline(wait);
+void FloodServer::pump(const Done& done, programs::Milliseconds wait, const char* what) {
+    const programs::Deadline deadline(wait);
     while (!done()) {
-        if (!step(deadline.left()) || deadline.passed()) throw e2e::Missing(std::string("missing: ") + what);
+        if (!step(deadline.left()) || deadline.passed())
+            throw programs::Missing(std::string("missing: ") + what);
     }
 }
 
@@ -86,14 +87,14 @@ bool FloodServer::step(int milliseconds) {
     if (poll(&entry, 1, milliseconds) <= 0) return true;
     if ((entry.revents & POLLIN) != 0) receive();
     if ((entry.revents & POLLOUT) != 0) send();
-    return client_.open();
+    return client_.get() >= 0;
 }
 
 void FloodServer::receive() {
     char buffer[65536];
     const ssize_t got = recv(client_.get(), buffer, sizeof buffer, 0);
     if (got <= 0) {
-        client_.close();
+        client_.reset();
         return;
     }
     received_.append(buffer, static_cast<std::size_t>(got));

@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "e2e/support/FreePort.h"
-#include "e2e/support/Waiting.h"
+#include "platform_qt/Descriptor.h"
+#include "simulation/programs/FreePort.h"
+#include "simulation/programs/Waiting.h"
 
 namespace talvora::bench {
 
@@ -23,14 +24,14 @@ class FloodServer {
     // Serves the client until it has logged on and all its questions are answered.
     void logOn();
     // Serves it for so long.
-    void serve(e2e::Milliseconds time);
+    void serve(programs::Milliseconds time);
     // Sends all bytes and returns when the client has sent a line that begins with `answer`.
     void flood(std::string_view bytes, std::string_view answer);
 
   private:
     using Done = std::function<bool()>;
 
-    void pump(const Done& done, e2e::Milliseconds wait, const char* what);
+    void pump(const Done& done, programs::Milliseconds wait, const char* what);
     bool step(int milliseconds);
     void receive();
     void send();
@@ -38,9 +39,9 @@ class FloodServer {
     void answerJoin(std::string_view channel);
     void say(std::string_view line);
 
-    e2e::FreePort port_;
-    e2e::Descriptor listener_;
-    e2e::Descriptor client_;
+    programs::FreePort port_;
+    Descriptor listener_;
+    Descriptor client_;
     std::string received_;
     std::string outgoing_;  // answers
     std::string_view stream_;

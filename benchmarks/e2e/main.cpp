@@ -1,6 +1,7 @@
 // Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs. With the
 // argument `desktop` the host has its windows, which needs a display.
 
+#include <QtCore/QCoreApplication>
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -13,7 +14,7 @@
 #include <vector>
 
 #include "e2e/FloodServer.h"
-#include "e2e/support/OrreryProcess.h"
+#include "simulation/programs/OrreryProcess.h"
 
 namespace talvora::bench {
 
@@ -25,7 +26,7 @@ constexpr int startRuns = 9;
 constexpr int floodRuns = 5;
 constexpr int idleRuns = 3;
 constexpr int floodLines = 400000;
-constexpr e2e::Milliseconds idleTime{10000};
+constexpr programs::Milliseconds idleTime{10000};
 
 double median(std::vector<double> values) {
     std::ranges::sort(values);
@@ -45,20 +46,20 @@ double secondsSince(Clock::time_point start) {
 class Host {
   public:
     Host(const FloodServer& server, bool windows) : windows_(windows) {
-        const std::string profile = folder_.write("network.ini", e2e::profileText(server.port(), {}));
-        program_ = e2e::orreryProgram(
+        const std::string profile = folder_.write("network.ini", programs::profileText(server.port(), {}));
+        program_ = programs::orreryProgram(
             folder_, profile,
             {"Settings/Nickname=Nikos", "Settings/ChanList=#talk|", "ChanSettings/CreateOnPM=T"});
         if (windows_) std::erase(program_.arguments, "--headless");
     }
-    std::unique_ptr<e2e::Process> start() const { return std::make_unique<e2e::Process>(program_); }
+    std::unique_ptr<programs::Process> start() const { return std::make_unique<programs::Process>(program_); }
     std::string figure(const std::string& topic, const std::string& what) const {
         return topic + (windows_ ? ".desktop_" : ".headless_") + what;
     }
     // The main window and two chats, if there are windows.
     void openWindows(FloodServer& server) const {
         if (!windows_) return;
-        e2e::GateReader(folder_ / "gate").send(3, 1);
+        programs::GateReader(folder_ / "gate").send(3, 1);
         const std::string lines =
             ":anna!u@127.0.0.1 PRIVMSG Nikos :good evening\r\n"
             ":anna!u@127.0.0.1 PRIVMSG #talk :good evening to all\r\nPING :open\r\n";
@@ -67,11 +68,11 @@ class Host {
 
   private:
     bool windows_;
-    e2e::TempFolder folder_;
-    e2e::Program program_;
+    programs::Folder folder_;
+    programs::Program program_;
 };
 
-void end(e2e::Process& process) {
+void end(programs::Process& process) {
     process.signal(SIGTERM);
     process.waitExit();
 }
@@ -110,7 +111,7 @@ double processorTime(pid_t id) {
     clockid_t clock{};
     timespec time{};
     if (clock_getcpuclockid(id, &clock) != 0 || clock_gettime(clock, &time) != 0) {
-        throw e2e::Missing("the processor time of the program");
+        throw programs::Missing("the processor time of the program");
     }
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
@@ -128,7 +129,7 @@ void measureIdle(FloodServer& server, const Host& host) {
     server.accept();
     server.logOn();
     host.openWindows(server);
-    server.serve(e2e::Milliseconds(3000));  // the last step of the log-on, and what waited for it
+    server.serve(programs::Milliseconds(3000));  // the last step of the log-on, and what waited for it
     std::vector<double> processor;
     std::vector<double> memory;
     for (int run = 0; run < idleRuns; ++run) {
@@ -157,6 +158,7 @@ int run(bool windows) {
 }  // namespace talvora::bench
 
 int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
     try {
         return talvora::bench::run(argc > 1 && std::string_view(argv[1]) == "desktop");
     } catch (const std::exception& error) {

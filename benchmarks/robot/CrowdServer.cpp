@@ -11,10 +11,10 @@ namespace talvora::bench {
 
 namespace {
 
-constexpr e2e::Milliseconds patience{120000};
+constexpr programs::Milliseconds patience{120000};
 
-e2e::Descriptor listenOn(int port) {
-    e2e::Descriptor result(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+Descriptor listenOn(int port) {
+    Descriptor result(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const int on = 1;
     setsockopt(result.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in address{};
@@ -23,7 +23,7 @@ e2e::Descriptor listenOn(int port) {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (bind(result.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(result.get(), 4) != 0) {
-        throw e2e::Missing("the server's port cannot be opened");
+        throw programs::Missing("the server's port cannot be opened");
     }
     return result;
 }
@@ -40,11 +40,11 @@ std::string_view takeWord(std::string_view& line) {
 CrowdServer::CrowdServer() : listener_(listenOn(port_.number())) {}
 
 void CrowdServer::logOn() {
-    robot_.close();
-    if (!e2e::readable(listener_.get(), static_cast<int>(patience.count()))) {
-        throw e2e::Missing("no robot comes");
+    robot_.reset();
+    if (!programs::readable(listener_.get(), static_cast<int>(patience.count()))) {
+        throw programs::Missing("no robot comes");
     }
-    robot_ = e2e::Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    robot_ = Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     const int on = 1;
     setsockopt(robot_.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     received_.clear();
@@ -59,9 +59,9 @@ void CrowdServer::say(std::string_view nick, std::string_view text) {
 }
 
 void CrowdServer::serve(const Done& done, const char* what) {
-    const e2e::Deadline deadline(patience);
+    const programs::Deadline deadline(patience);
     while (!done()) {
-        if (deadline.passed()) throw e2e::Missing(what);
+        if (deadline.passed()) throw programs::Missing(what);
         step(deadline.left());
     }
 }
@@ -75,7 +75,7 @@ void CrowdServer::step(int milliseconds) {
 void CrowdServer::receive() {
     char buffer[65536];
     const ssize_t got = recv(robot_.get(), buffer, sizeof buffer, 0);
-    if (got == 0) throw e2e::Missing("the robot has closed the connection");
+    if (got == 0) throw programs::Missing("the robot has closed the connection");
     if (got < 0) return;
     received_.append(buffer, static_cast<std::size_t>(got));
     std::size_t start = 0;

@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "e2e/support/FreePort.h"
-#include "e2e/support/Waiting.h"
+#include "platform_qt/Descriptor.h"
+#include "simulation/programs/FreePort.h"
+#include "simulation/programs/Waiting.h"
 
 namespace talvora::bench {
 
@@ -33,9 +34,9 @@ class CrowdServer {
     void handle(std::string_view line);
     void tell(std::string_view line) { outgoing_.append(line).append("\r\n"); }
 
-    e2e::FreePort port_;
-    e2e::Descriptor listener_;
-    e2e::Descriptor robot_;
+    programs::FreePort port_;
+    Descriptor listener_;
+    Descriptor robot_;
     std::string received_;
     std::string outgoing_;
     std::string nick_;

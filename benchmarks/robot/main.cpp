@@ -1,6 +1,7 @@
 // Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs, each with a
 // robot and a store of its own.
 
+#include <QtCore/QCoreApplication>
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -10,8 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "e2e/network/Network.h"
 #include "robot/CrowdServer.h"
+#include "simulation/programs/Network.h"
 
 namespace talvora::bench {
 
@@ -55,8 +56,8 @@ std::string readerName(int number) {
 class RobotProcess {
   public:
     explicit RobotProcess(const CrowdServer& server)
-        : process_(program(
-              folder_.write("orreryserv.ini", e2e::robotConfig(server.port(), 0, folder_ / "robot.db")))) {}
+        : process_(program(folder_.write("orreryserv.ini",
+                                         programs::robotConfig(server.port(), 0, folder_ / "robot.db")))) {}
     ~RobotProcess() {
         process_.signal(SIGTERM);
         process_.waitExit();
@@ -64,14 +65,14 @@ class RobotProcess {
     pid_t id() const { return process_.id(); }
 
   private:
-    static e2e::Program program(const std::string& config) {
-        e2e::Program result;
-        result.arguments = {e2e::builtProgram("orreryserv"), "--config", config};
+    static programs::Program program(const std::string& config) {
+        programs::Program result;
+        result.arguments = {programs::builtProgram("orreryserv"), "--config", config};
         return result;
     }
 
-    e2e::TempFolder folder_;
-    e2e::Process process_;
+    programs::Folder folder_;
+    programs::Process process_;
 };
 
 // All senders at once, each with one mail of three pieces after the other, until each reader has his mails.
@@ -95,7 +96,7 @@ double sendMails(CrowdServer& server) {
         } else if (text == "MAIL OK") {
             server.say(nick, (++next < 3 ? "MAIL DUMP " : "MAIL SENT ") + to + " " + piece);
         } else {
-            throw e2e::Missing("the robot says " + std::string(text));
+            throw programs::Missing("the robot says " + std::string(text));
         }
     };
     const auto start = Clock::now();
@@ -154,7 +155,8 @@ int run() {
 
 }  // namespace talvora::bench
 
-int main() {
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
     try {
         return talvora::bench::run();
     } catch (const std::exception& error) {

@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::string_view actionMark = "$ACTION ";
 constexpr int lookPeriod = 500;  // milliseconds
-constexpr int narrowPanel = 120;
 
 }  // namespace
 
@@ -19,7 +18,7 @@ ChatWindow::ChatWindow(ChatSurroundings& around)
       Slots(*this, around.Factories, around.Reporter, around.ThePlatform.TheLoop),
       FoldPlugins(">>"),
       around_(around),
-      focusTimer_(around.ThePlatform, lookPeriod, true) {
+      focusTimer_(around.ThePlatform, Ending, lookPeriod, true) {
     connectHands();
     on_ += focusTimer_.Tick.connect([this] { look(); });
     // Between two changes of the foreground a look would find nothing new.
@@ -34,6 +33,8 @@ void ChatWindow::connectHands() {
     on_ += Image4.Click.connect([this] { PopupMenu.raise(mnuCheck); });
     on_ += FoldPlugins.Click.connect([this] { foldPlugins(); });
     on_ += mnuHide.Click.connect([this] { putAway(); });
+    mnuScripts.Caption = "Manage &scripts...";
+    on_ += mnuScripts.Click.connect([this] { around_.Session.ShowScripts(); });
     on_ += mnuTimeStamp.Checked.Changed.connect([this](const bool& on) { IRCWin1.TimeStamp = on; });
     on_ += IRCWin1.ReleaseFocus.connect([this] { Text1.SetFocus(); });
 }
@@ -47,7 +48,6 @@ void ChatWindow::putAway() {
 }
 
 void ChatWindow::Form_Unload() {
-    focusTimer_.Enabled = false;
     Slots.Close();
 }
 
@@ -123,6 +123,10 @@ void ChatWindow::Emotion(const std::string& code) {
     });
 }
 
+void ChatWindow::ShowEcho(const std::string& text) {
+    IRCWin1.AddIRCLine(text, around_.Colors.OwnForeColor, around_.Colors.OwnBackColor);
+}
+
 void ChatWindow::Image1_MouseUp(int x, int y) {
     around_.Picker.Load().Display(*this, x, y);
 }
@@ -187,7 +191,7 @@ void ChatWindow::look() {
 }
 
 void ChatWindow::foldPlugins() {
-    const bool open = PluginsWidth < narrowPanel;
+    const bool open = PluginsAreFolded();
     PluginsWidth = open ? kPluginsOpen : kPluginsFolded;
     FoldPlugins.Caption = open ? ">>" : "<<";
 }

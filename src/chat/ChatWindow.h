@@ -13,13 +13,14 @@
 #include "chat/IRCWin.h"
 #include "common/Trap.h"
 #include "extensions/PluginSlots.h"
+#include "extensions/modCommands.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 #include "platform/Timer.h"
 
 namespace talvora {
 
-class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
+class ChatWindow : public Form, public EmotionTarget, public PluginWindow, public ScriptWindow {
   public:
     explicit ChatWindow(ChatSurroundings& around);
 
@@ -32,11 +33,13 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     Image Image4;       // opens mnuCheck
     Label FoldPlugins;  // folds the panel of the plug-ins: ">>" while it is open
     Property<int> PluginsWidth{kPluginsOpen};
+    bool PluginsAreFolded() const { return PluginsWidth < kPluginsNarrow; }
     Menu mnuCheck;    // the menu of the window's own settings
     Menu mnuPopup;    // checked: tell the host of what the user doesn't see
     Menu mnuNoFocus;  // checked: stay behind
     Menu mnuTimeStamp;
     Menu mnuHide;
+    Menu mnuScripts;  // opens the window of the scripts
 
     bool HasNews = false;  // there is something unseen
     std::string LastText;  // for the list of windows
@@ -46,11 +49,14 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
 
     // Types an emoticon's code at the caret.
     void Emotion(const std::string& code) override;
+    // A line that a script shows to the user alone.
+    void ShowEcho(const std::string& text) override;
     // The popup of the emoticons beside Image1, in twips on the screen.
     void Image1_MouseUp(int x, int y);
 
     static constexpr int kPluginsOpen = 2355;  // widths in twips
     static constexpr int kPluginsFolded = 1;
+    static constexpr int kPluginsNarrow = 120;  // what is narrower counts as folded
 
   protected:
     // Offers a line to all plug-ins but the one at `exclude`; -1 excludes none. False if the window has been

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char Tag = '\x05';
 constexpr char Filler = ' ';
-constexpr std::string_view LineEnd = "\\par\r\n ";
+constexpr std::string_view WrittenLineEnd = "\\par\r\n ";
 
 // Buffers that a giant line has blown up are not kept.
 constexpr std::size_t LongestKept = 64 * 1024;
@@ -331,7 +331,7 @@ void IRCWin::AddBBText(std::string_view SrcBBText, bool ChangeLine, bool, bool E
         converter.close();
         if (!ChangeLine) rtf += ' ';
         RTFBody.Append(std::string(rtf));
-        if (ChangeLine) RTFBody.Append(std::string(LineEnd));
+        if (ChangeLine) RTFBody.Append(std::string(WrittenLineEnd));
         giveBack(spareRTF_, std::move(rtf));
         Refresh();
     });

@@ -13,8 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Form.h"
-#include "platform/Platform.h"
+#include "platform/FormSet.h"
 #include "platform/RuntimeError.h"
 
 namespace talvora {
@@ -24,9 +23,15 @@ class WindowTable {
   public:
     static constexpr int Slots = 51;
 
-    explicit WindowTable(Platform& platform) : platform_(platform) {}
+    explicit WindowTable(Platform& platform) : windows_(platform, MostWindows) {}
 
     bool IsFull() const { return count_ == Slots; }
+
+    int Count() const { return count_; }
+    // The window in a slot, counted from 0; null for a slot that is free.
+    Window* At(int index) const {
+        return index >= 0 && index < count_ ? slots_[static_cast<std::size_t>(index)] : nullptr;
+    }
 
     // The slot that the window now has; the table must not be full.
     std::int16_t Register(Window& window) {
@@ -73,55 +78,30 @@ class WindowTable {
         }
     }
 
-    // Takes a new window. It is destroyed some time after its unload, when none of its handlers runs any
-    // more.
-    Window& Own(std::unique_ptr<Window> window) {
-        Window& loaded = *window;
-        auto entry = std::make_unique<Entry>();
-        entry->window = std::move(window);
-        Entry& kept = *loaded_.emplace_back(std::move(entry));
-        Loaded.raise(loaded);
-        // Connected last: a view that has been made for the window hears of the end first, and goes first.
-        kept.unloaded = loaded.Unloaded.connect([this, &loaded] { retire(loaded); });
-        if (loaded.IsUnloaded()) retire(loaded);
-        return loaded;
-    }
-
-    // A new window is there, and its view may be made.
-    Event<Window&> Loaded;
-
+    Window& Own(std::unique_ptr<Window> window) { return windows_.Own(std::move(window)); }
     // Every window that is loaded, on the table or not.
-    std::vector<Window*> AllLoaded() const {
-        std::vector<Window*> windows;
-        for (const auto& entry : loaded_) windows.push_back(entry->window.get());
-        return windows;
-    }
+    std::vector<Window*> AllLoaded() const { return windows_.Forms(); }
 
   private:
-    struct Entry {
-        std::unique_ptr<Window> window;
-        Subscription unloaded;
-    };
-
-    void retire(Window& window) {
-        // A window that a stale index has left on the table goes now, so that no slot is lost for good.
+    // A window that a stale index has left on the table goes with its unload, so that no slot is lost for
+    // good.
+    void forget(Window& window) {
         const auto kept = std::remove(slots_.begin(), slots_.begin() + count_, &window);
         std::fill(kept, slots_.begin() + count_, nullptr);
         count_ = static_cast<std::int16_t>(kept - slots_.begin());
-        const auto found = std::find_if(loaded_.begin(), loaded_.end(),
-                                        [&](const auto& entry) { return entry->window.get() == &window; });
-        if (found == loaded_.end()) return;
-        std::shared_ptr<Entry> entry = std::move(*found);
-        loaded_.erase(found);
-        platform_.Guarded.WhenIdle([entry]() mutable { entry.reset(); });
-        // The loop turns once more, so that there is a callback to end.
-        platform_.TheLoop.Defer([] {});
     }
 
-    Platform& platform_;
+    // Far more than a user opens by hand; a window that a stale index has left without a slot is one of them.
+    static constexpr std::size_t MostWindows = 4 * Slots;
+
+    FormSet<Window> windows_;
     std::array<Window*, Slots> slots_{};
     std::int16_t count_ = 0;
-    std::vector<std::unique_ptr<Entry>> loaded_;
+    Subscription ended_ = windows_.Ended.connect([this](Window& window) { forget(window); });
+
+  public:
+    // A new window is there, and its view may be made.
+    Event<Window&>& Loaded = windows_.Loaded;
 };
 
 }  // namespace talvora

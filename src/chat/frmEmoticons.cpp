@@ -15,7 +15,7 @@ constexpr std::string_view CellTail = "\r\n \\par}";
 }  // namespace
 
 frmEmoticons::frmEmoticons(Platform& platform, GlobError& globError, const modEmotions& emotions)
-    : Timer1(platform, 1, true), platform_(platform), globError_(globError), emotions_(emotions) {
+    : Timer1(platform, Ending, 1, true), platform_(platform), globError_(globError), emotions_(emotions) {
     Timer1.Rest();
     for (int i = 0; i < Cells; ++i) {
         on_ += Ico.Load(i).MouseUp.connect([this, i](MouseButton) { Ico_MouseUp(i); });
@@ -95,7 +95,6 @@ void frmEmoticons::Timer1_Timer() {
 }
 
 void frmEmoticons::Form_Unload() {
-    Timer1.Enabled = false;
     ownerEnds_.disconnect();
     FormOwner_ = nullptr;
 }

@@ -6,7 +6,8 @@
 namespace talvora {
 
 modChanWinManager::modChanWinManager(ChatSurroundings& around)
-    : around_(around), table_(around.ThePlatform), refusal_(around.ThePlatform) {}
+    : WindowManager(around,
+                    "Cannot display more than 50 channel windows, due to this version's limitations.") {}
 
 modChanWinManager::~modChanWinManager() = default;
 
@@ -15,34 +16,15 @@ frmChanChat* modChanWinManager::Window(const std::string& channel) const {
 }
 
 frmChanChat& modChanWinManager::load() {
-    frmChanChat& window = table_.Own(std::make_unique<frmChanChat>(around_, *this));
-    window.Form_Load();
-    return window;
-}
-
-void modChanWinManager::refuse() {
-    refusal_.Ask({"Cannot display more than 50 channel windows, due to this version's limitations.", "Error",
-                  Buttons::Ok, MessageIcon::Critical});
+    return WindowManager::load(std::make_unique<frmChanChat>(around_, *this));
 }
 
 std::int16_t modChanWinManager::RegisterChan(frmChanChat& window) {
-    std::int16_t index = -1;
-    trapped(around_.Reporter, "RegisterChan", [&](Trap& step) {
-        if (!table_.IsFull()) {
-            index = table_.Register(window);
-        } else {
-            step([&] { refuse(); });
-        }
-        around_.Session.RefreshWindows();
-    });
-    return index;
+    return enter("RegisterChan", window);
 }
 
 void modChanWinManager::UnregisterChan(int index) {
-    trapped(around_.Reporter, "UnregisterChan", [&](Trap& step) {
-        step([&] { table_.Unregister(index); });
-        around_.Session.RefreshWindows();
-    });
+    leave("UnregisterChan", index);
 }
 
 void modChanWinManager::ChanDistribute(const std::string& channel, const std::string& nick,

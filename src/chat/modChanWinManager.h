@@ -1,17 +1,14 @@
 #pragma once
 // The table of channel windows. Events of the network find their window by the channel's name.
 
-#include <memory>
 #include <string>
 
-#include "chat/ChatSurroundings.h"
-#include "chat/WindowTable.h"
+#include "chat/WindowManager.h"
 #include "chat/frmChanChat.h"
-#include "common/SingleBox.h"
 
 namespace talvora {
 
-class modChanWinManager final : public ChannelWindows {
+class modChanWinManager final : public ChannelWindows, public WindowManager<frmChanChat> {
   public:
     explicit modChanWinManager(ChatSurroundings& around);
     ~modChanWinManager() override;
@@ -35,20 +32,9 @@ class modChanWinManager final : public ChannelWindows {
 
     // The window of a channel, if it is on the table.
     frmChanChat* Window(const std::string& channel) const;
-    const WindowTable<frmChanChat>& Table() const { return table_; }
-
-    // A new window is there, and its view may be made.
-    Event<frmChanChat&>& Loaded = table_.Loaded;
 
   private:
     frmChanChat& load();
-    void refuse();
-    // While the user is told that there are too many windows, one more is counted and not even made.
-    bool isRefusing() const { return table_.IsFull() && refusal_.Stands(); }
-
-    ChatSurroundings& around_;
-    WindowTable<frmChanChat> table_;
-    SingleBox refusal_;
 };
 
 }  // namespace talvora

@@ -6,7 +6,8 @@
 namespace talvora {
 
 modWinManager::modWinManager(ChatSurroundings& around)
-    : around_(around), table_(around.ThePlatform), refusal_(around.ThePlatform) {}
+    : WindowManager(
+          around, "Cannot display more than 50 personal chat windows, due to this version's limitations.") {}
 
 modWinManager::~modWinManager() = default;
 
@@ -15,36 +16,15 @@ frmPM* modWinManager::Window(const std::string& nick) const {
 }
 
 frmPM& modWinManager::load() {
-    frmPM& window = table_.Own(std::make_unique<frmPM>(around_, *this));
-    window.Form_Load();
-    return window;
-}
-
-void modWinManager::refuse() {
-    refusal_.Ask(
-        {"Cannot display more than 50 personal chat windows, due to this version's "
-         "limitations.",
-         "Error", Buttons::Ok, MessageIcon::Critical});
+    return WindowManager::load(std::make_unique<frmPM>(around_, *this));
 }
 
 std::int16_t modWinManager::RegisterPM(frmPM& window) {
-    std::int16_t index = -1;
-    trapped(around_.Reporter, "RegisterPM", [&](Trap& step) {
-        if (!table_.IsFull()) {
-            index = table_.Register(window);
-        } else {
-            step([&] { refuse(); });
-        }
-        around_.Session.RefreshWindows();
-    });
-    return index;
+    return enter("RegisterPM", window);
 }
 
 void modWinManager::UnregisterPM(int index) {
-    trapped(around_.Reporter, "UnregisterPM", [&](Trap& step) {
-        step([&] { table_.Unregister(index); });
-        around_.Session.RefreshWindows();
-    });
+    leave("UnregisterPM", index);
 }
 
 void modWinManager::PMDistribute(const std::string& nick, const std::string& text,

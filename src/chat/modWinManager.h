@@ -1,17 +1,14 @@
 #pragma once
 // The table of private windows. A line finds its window by the peer's nick, and opens one if there is none.
 
-#include <memory>
 #include <string>
 
-#include "chat/ChatSurroundings.h"
-#include "chat/WindowTable.h"
+#include "chat/WindowManager.h"
 #include "chat/frmPM.h"
-#include "common/SingleBox.h"
 
 namespace talvora {
 
-class modWinManager final : public PrivateWindows {
+class modWinManager final : public PrivateWindows, public WindowManager<frmPM> {
   public:
     explicit modWinManager(ChatSurroundings& around);
     ~modWinManager() override;
@@ -29,20 +26,9 @@ class modWinManager final : public PrivateWindows {
 
     // The window of a peer, if it is on the table.
     frmPM* Window(const std::string& nick) const;
-    const WindowTable<frmPM>& Table() const { return table_; }
-
-    // A new window is there, and its view may be made.
-    Event<frmPM&>& Loaded = table_.Loaded;
 
   private:
     frmPM& load();
-    void refuse();
-    // While the user is told that there are too many windows, one more is counted and not even made.
-    bool isRefusing() const { return table_.IsFull() && refusal_.Stands(); }
-
-    ChatSurroundings& around_;
-    WindowTable<frmPM> table_;
-    SingleBox refusal_;
 };
 
 }  // namespace talvora

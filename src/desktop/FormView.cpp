@@ -10,6 +10,7 @@
 
 #include "desktop/Binding.h"
 #include "desktop/ListTree.h"
+#include "desktop/NodeTree.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
 
@@ -30,7 +31,7 @@ FormView::FormView(Form& form, const ViewSite& site, std::string kind, QSize sta
     form_.Width = width() * twipsPerPixel;
     form_.Height = height() * twipsPerPixel;
     site_.Face.Register(form_, *this);
-    follow();
+    followForm();
 }
 
 FormView::~FormView() {
@@ -38,7 +39,7 @@ FormView::~FormView() {
     if (!ended_) site_.Face.Forget(form_);
 }
 
-void FormView::follow() {
+void FormView::followForm() {
     showTitle();
     on_ += form_.Caption.Changed.connect([this](const std::string&) { showTitle(); });
     on_ += form_.Visible.Changed.connect([this](bool visible) { showOrHide(visible); });
@@ -152,6 +153,7 @@ QPoint FormView::menuPlace() const {
     QWidget* focus = focusWidget();
     if (focus == nullptr || rect().contains(mapFromGlobal(pointer))) return pointer;
     if (const auto* list = dynamic_cast<ListTree*>(focus)) return list->menuPlace();
+    if (const auto* tree = dynamic_cast<NodeTree*>(focus)) return tree->menuPlace();
     return focus->mapToGlobal(focus->rect().bottomLeft());
 }
 

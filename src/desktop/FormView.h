@@ -17,6 +17,7 @@
 
 namespace talvora {
 
+class PluginViews;
 class RichTextView;
 class RichTextBox;
 
@@ -25,6 +26,7 @@ struct ViewSite {
     HostFace& Face;
     Platform& ThePlatform;
     ViewMemory& Memory;
+    const PluginViews& Plugins;
 };
 
 // The system's unit of length, 1440 to the inch.
@@ -60,7 +62,7 @@ class FormView : public QWidget {
     Subscriptions on_;
 
   private:
-    void follow();
+    void followForm();
     QPoint menuPlace() const;
     void showTitle();
     void showOrHide(bool visible);

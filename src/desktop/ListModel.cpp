@@ -15,19 +15,39 @@ constexpr std::size_t longestText = 300;  // that a row shows
 
 }  // namespace
 
-ListModel::ListModel(ListView& list, Look look) : list_(list), look_(std::move(look)) {
+ListModel::ListModel(ListView& list, Look look)
+    : list_(list), look_(std::move(look)), sorted_(isToBeSorted()) {
     ListItems& rows = list.ListItems;
     on_ += rows.RowInserted.connect([this](int index) { inserted(index); });
     on_ += rows.RowChanged.connect([this](const ListItem& row) { changed(row); });
     on_ += rows.RowRemoved.connect([this](int index, const ListItem& row) { removed(index, row); });
     on_ += rows.Cleared.connect([this] { cleared(); });
+    on_ += list.Sorted.Changed.connect([this](bool) { resort(); });
+    on_ += list.SortKey.Changed.connect([this](int) { resort(); });
+    on_ += list.SortOrder.Changed.connect([this](SortOrder) { resort(); });
+    on_ += list.ColumnHeaders.Changed.connect(
+        [this](const std::vector<std::string>& heads) { showHeads(heads); });
+    if (!list.ColumnHeaders.get().empty()) showHeads(list.ColumnHeaders);
     for (int i = 1; i <= rows.Count(); ++i) inserted(i);
+}
+
+void ListModel::showHeads(const std::vector<std::string>& heads) {
+    QStringList texts;
+    for (const std::string& head : heads) texts += toQString(head);
+    if (texts.size() != look_.Columns.size()) {
+        beginResetModel();
+        look_.Columns = texts;
+        endResetModel();
+        return;
+    }
+    look_.Columns = texts;
+    if (!texts.isEmpty()) Q_EMIT headerDataChanged(Qt::Horizontal, 0, static_cast<int>(texts.size()) - 1);
 }
 
 // ---- Following the list
 
 void ListModel::inserted(int index) {
-    if (look_.Sorting == Order::ByName) {
+    if (sorted_) {
         put(list_.ListItems(index));
         return;
     }
@@ -37,7 +57,7 @@ void ListModel::inserted(int index) {
 }
 
 void ListModel::put(ListItem& row) {
-    const QString name = toQString(row.Text()).toCaseFolded();
+    const QString name = nameOf(row);
     const int place = placeFor(name, row);
     beginInsertRows({}, place, place);
     rows_.insert(rows_.begin() + place, &row);
@@ -47,7 +67,7 @@ void ListModel::put(ListItem& row) {
 }
 
 void ListModel::changed(const ListItem& row) {
-    if (look_.Sorting == Order::ByName && names_[&row] != toQString(row.Text()).toCaseFolded()) {
+    if (sorted_ && names_[&row] != nameOf(row)) {
         ListItem& moved = *rows_[static_cast<std::size_t>(placeOf(row))];
         removed(0, row);
         put(moved);
@@ -58,12 +78,12 @@ void ListModel::changed(const ListItem& row) {
 }
 
 void ListModel::removed(int index, const ListItem& row) {
-    const int place = look_.Sorting == Order::ByName ? placeOf(row) : index - 1;
+    const int place = sorted_ ? placeOf(row) : index - 1;
     leaving_ = &row;
     leavingPlace_ = place;
     beginRemoveRows({}, place, place);
     leaving_ = nullptr;
-    if (look_.Sorting == Order::ByName) {
+    if (sorted_) {
         rows_.erase(rows_.begin() + place);
         names_.erase(&row);
     }
@@ -81,21 +101,61 @@ void ListModel::cleared() {
 
 // ---- Places
 
+QString ListModel::nameOf(const ListItem& row) const {
+    const std::size_t column = list_.Sorted ? static_cast<std::size_t>(std::max(list_.SortKey.get(), 0)) : 0;
+    return toQString(row.SortText(column)).toCaseFolded();
+}
+
+bool ListModel::before(const ListItem& one, const QString& other, const ListItem& otherRow) const {
+    const QString& own = names_.at(&one);
+    if (own == other) return one.Number() < otherRow.Number();
+    const bool falls = list_.Sorted && list_.SortOrder == SortOrder::Descending;
+    return falls ? other < own : own < other;
+}
+
 int ListModel::placeFor(const QString& name, const ListItem& row) const {
-    const auto before = [&](const ListItem* one, const QString& other) {
-        const QString& own = names_.at(one);
-        return own != other ? own < other : std::less<const ListItem*>()(one, &row);
-    };
-    return static_cast<int>(std::lower_bound(rows_.begin(), rows_.end(), name, before) - rows_.begin());
+    const auto isBefore = [&](const ListItem* one, const QString& other) { return before(*one, other, row); };
+    return static_cast<int>(std::lower_bound(rows_.begin(), rows_.end(), name, isBefore) - rows_.begin());
+}
+
+// What is current or selected stays so.
+void ListModel::resort() {
+    Q_EMIT layoutAboutToBeChanged();
+    const QModelIndexList old = persistentIndexList();
+    std::vector<const ListItem*> kept;
+    for (const QModelIndex& index : old) kept.push_back(rowAt(index.row()));
+    sorted_ = isToBeSorted();
+    arrange();
+    QModelIndexList moved;
+    for (qsizetype i = 0; i < old.size(); ++i) {
+        const ListItem* row = kept[static_cast<std::size_t>(i)];
+        moved += row == nullptr ? QModelIndex() : index(placeOf(*row), old[i].column());
+    }
+    changePersistentIndexList(old, moved);
+    Q_EMIT layoutChanged();
+}
+
+void ListModel::arrange() {
+    rows_.clear();
+    names_.clear();
+    if (!sorted_) return;
+    for (int i = 1; i <= list_.ListItems.Count(); ++i) {
+        ListItem& row = list_.ListItems(i);
+        names_[&row] = nameOf(row);
+        rows_.push_back(&row);
+    }
+    std::sort(rows_.begin(), rows_.end(), [this](const ListItem* one, const ListItem* other) {
+        return before(*one, names_.at(other), *other);
+    });
 }
 
 int ListModel::placeOf(const ListItem& row) const {
-    return look_.Sorting == Order::ByName ? placeFor(names_.at(&row), row) : row.Index() - 1;
+    return sorted_ ? placeFor(names_.at(&row), row) : row.Index() - 1;
 }
 
 const ListItem* ListModel::rowAt(int place) const {
     if (place < 0 || place >= count_) return nullptr;
-    if (look_.Sorting == Order::ByName) return rows_[static_cast<std::size_t>(place)];
+    if (sorted_) return rows_[static_cast<std::size_t>(place)];
     if (leaving_ != nullptr && place >= leavingPlace_) {
         return place == leavingPlace_ ? leaving_ : &list_.ListItems(place);
     }
@@ -134,9 +194,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return shown(*row, index.column());
         case Qt::ToolTipRole:
-            return theme::plainToolTip(shown(*row, index.column()).toString());
+            return theme::plainToolTip(row->ToolTipText().empty() ? shown(*row, index.column()).toString()
+                                                                  : oneLine(row->ToolTipText(), longestText));
         case Qt::AccessibleTextRole:
-            if (!first || !look_.IsNews || !look_.IsNews(row->SmallIcon())) return {};
+            if (!first || !row->Bold()) return {};
             return QString(shown(*row, 0).toString() + QStringLiteral(", new"));
         case Qt::DecorationRole:
             return first && look_.Icon && row->SmallIcon() != 0 ? QVariant(look_.Icon(row->SmallIcon()))
@@ -145,9 +206,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
             if (!first || !look_.Checkable) return {};
             return row->Checked() ? Qt::Checked : Qt::Unchecked;
         case Qt::FontRole: {
+            if (!row->Bold()) return {};
             QFont font;
-            font.setBold(look_.IsNews && look_.IsNews(row->SmallIcon()));
-            return font.bold() ? QVariant(font) : QVariant();
+            font.setBold(true);
+            return font;
         }
         default:
             return {};

@@ -1,6 +1,7 @@
 #pragma once
 // The rows of a ListView for the toolkit's views. It follows the list row by row; a row that comes, changes
-// or goes costs hardly more in a long list than in a short one.
+// or goes costs hardly more in a long list than in a short one. Sorting is a matter of what is shown: the
+// list itself keeps its order.
 
 #include <QAbstractTableModel>
 #include <QIcon>
@@ -16,12 +17,11 @@ class ListModel final : public QAbstractTableModel {
   public:
     enum class Order { AsListed, ByName };
     struct Look {
-        QStringList Columns;  // the headings; empty ones are shown so
+        QStringList Columns;  // the headings, unless the list has its own; empty ones are shown so
         std::function<QIcon(int icon)> Icon;
-        Order Sorting = Order::AsListed;
+        Order Sorting = Order::AsListed;  // until the list says that it is sorted
         bool Checkable = false;
-        // Rows with these icons are news, and stand out.
-        std::function<bool(int icon)> IsNews;
+        bool ClickableHeads = false;
     };
 
     ListModel(ListView& list, Look look);
@@ -42,7 +42,14 @@ class ListModel final : public QAbstractTableModel {
     void changed(const ListItem& row);
     void removed(int index, const ListItem& row);
     void cleared();
+    void resort();
+    void arrange();
+    void showHeads(const std::vector<std::string>& heads);
 
+    bool isToBeSorted() const { return look_.Sorting == Order::ByName || list_.Sorted; }
+    // What the row is sorted by.
+    QString nameOf(const ListItem& row) const;
+    bool before(const ListItem& one, const QString& other, const ListItem& otherRow) const;
     int placeOf(const ListItem& row) const;
     int placeFor(const QString& name, const ListItem& row) const;
     void put(ListItem& row);
@@ -51,7 +58,9 @@ class ListModel final : public QAbstractTableModel {
 
     ListView& list_;
     Look look_;
-    // In the order of the view, and by which name each stands there; both only if that is not the list's.
+    // Whether the order of the view is not the list's. Then the rows stand here in the view's, and by which
+    // name each stands there.
+    bool sorted_;
     std::vector<ListItem*> rows_;
     std::unordered_map<const ListItem*, QString> names_;
     int count_ = 0;

@@ -5,33 +5,15 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <utility>
+#include <QScrollBar>
+
+#include "desktop/Hands.h"
 
 namespace talvora {
 
-namespace {
-
-// As the model counts buttons and modifiers.
-int numberOf(Qt::MouseButton button) {
-    switch (button) {
-        case Qt::RightButton:
-            return 2;
-        case Qt::MiddleButton:
-            return 4;
-        default:
-            return 1;
-    }
-}
-
-int shiftOf(Qt::KeyboardModifiers modifiers) {
-    return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
-           (modifiers & Qt::AltModifier ? 4 : 0);
-}
-
-}  // namespace
-
-ListTree::ListTree(ListView& list, ListModel::Look look, const QString& accessibleName, QWidget* parent)
-    : QTreeView(parent), list_(list), model_(list, std::move(look)) {
+ListTree::ListTree(ListView& list, const ListModel::Look& look, const QString& accessibleName,
+                   QWidget* parent)
+    : QTreeView(parent), list_(list), model_(list, look) {
     setModel(&model_);
     setAccessibleName(accessibleName);
     setRootIsDecorated(false);
@@ -42,6 +24,38 @@ ListTree::ListTree(ListView& list, ListModel::Look look, const QString& accessib
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(false);
     connect(this, &QTreeView::doubleClicked, this, [this] { open(); });
+    on_ += list_.Refreshing.connect([this] {
+        byCode_ = true;
+        setAutoScroll(false);
+        scroll_ = verticalScrollBar()->value();
+    });
+    on_ += list_.Refreshed.connect([this] { showRefreshed(); });
+    followHeads(look.ClickableHeads);
+}
+
+void ListTree::followHeads(bool clickable) {
+    header()->setSectionsClickable(clickable);
+    if (!clickable) return;
+    connect(header(), &QHeaderView::sectionClicked, this,
+            [this](int head) { list_.ColumnClick.raise(head + 1); });
+    showSorting();
+    on_ += list_.Sorted.Changed.connect([this](bool) { showSorting(); });
+    on_ += list_.SortKey.Changed.connect([this](int) { showSorting(); });
+    on_ += list_.SortOrder.Changed.connect([this](SortOrder) { showSorting(); });
+}
+
+void ListTree::showSorting() {
+    header()->setSortIndicatorShown(list_.Sorted);
+    header()->setSortIndicator(
+        list_.SortKey, list_.SortOrder == SortOrder::Ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+void ListTree::showRefreshed() {
+    setCurrentIndex(list_.SelectedItem == nullptr ? QModelIndex() : model_.indexOf(*list_.SelectedItem));
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(scroll_);
+    setAutoScroll(true);
+    byCode_ = false;
 }
 
 void ListTree::open() {
@@ -52,14 +66,14 @@ void ListTree::currentChanged(const QModelIndex& current, const QModelIndex& pre
     QTreeView::currentChanged(current, previous);
     ListItem* row = model_.item(current);
     // The toolkit moves the current row by itself when it goes; that is no click.
-    if (row != nullptr && hasFocus() && !takingFocus_) list_.userClicks(*row);
+    if (row != nullptr && hasFocus() && !byCode_) list_.userClicks(*row);
 }
 
 // The toolkit makes a row current so that the keyboard has a place; that is no click either.
 void ListTree::focusInEvent(QFocusEvent* event) {
-    takingFocus_ = true;
+    byCode_ = true;
     QTreeView::focusInEvent(event);
-    takingFocus_ = false;
+    byCode_ = false;
 }
 
 QPoint ListTree::menuPlace() const {

@@ -10,7 +10,8 @@ namespace talvora {
 
 class ListTree final : public QTreeView {
   public:
-    ListTree(ListView& list, ListModel::Look look, const QString& accessibleName, QWidget* parent = nullptr);
+    ListTree(ListView& list, const ListModel::Look& look, const QString& accessibleName,
+             QWidget* parent = nullptr);
 
     // What stands in the list while it has no rows.
     void setEmptyText(const QString& text) { emptyText_ = text; }
@@ -28,11 +29,16 @@ class ListTree final : public QTreeView {
   private:
     void raiseMouseUp(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint at);
     void open();
+    void followHeads(bool clickable);
+    void showSorting();
+    void showRefreshed();
 
     ListView& list_;
     ListModel model_;
     QString emptyText_;
-    bool takingFocus_ = false;
+    bool byCode_ = false;  // what is made current now is no click
+    int scroll_ = 0;       // of before a refresh
+    Subscriptions on_;
 };
 
 }  // namespace talvora

@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint32_t kChunk = 2048;
 // Each format and picture costs the toolkit many times what a character does. A paragraph that goes beyond
 // this is shown with the rest in one format, and without further pictures.
-constexpr qsizetype kMaxFormats = 16384;
+constexpr qsizetype kMaxRuns = 16384;
 constexpr int kMinLineWidth = 40;
 constexpr int kTabTwips = 720;
 // Where the unfinished last line of a stretch is put, which the next stretch shows.
@@ -56,7 +56,7 @@ ParagraphLayout::Formats ParagraphLayout::makeFormats(const Paragraph& paragraph
     Formats formats;
     const std::vector<Run>& runs = paragraph.Runs;
     for (std::size_t i = 0; i < runs.size(); ++i) {
-        const bool last = i + 1 == runs.size() || formats.size() >= kMaxFormats;
+        const bool last = i + 1 == runs.size() || formats.size() >= kMaxRuns;
         const std::uint32_t end = last ? length_ : std::min(runs[i + 1].Begin, length_);
         if (const QColor behind = style.highlight(runs[i].Format); behind.isValid()) {
             highlights_.push_back({runs[i].Begin, end, behind});
@@ -73,7 +73,7 @@ void ParagraphLayout::addRun(const Paragraph& paragraph, const Run& run, std::ui
     std::uint32_t at = run.Begin;
     while (at < end) {
         std::size_t mark = end;
-        const bool shows = pictures_.size() < paragraph.Pictures.size() && formats.size() < kMaxFormats;
+        const bool shows = pictures_.size() < paragraph.Pictures.size() && formats.size() < kMaxRuns;
         if (shows) mark = std::min<std::size_t>(paragraph.Text.find(kPictureMark, at), end);
         const auto stop = static_cast<std::uint32_t>(mark);
         if (stop > at)

@@ -4,15 +4,16 @@
 // When the program ends, what still stands is answered as by its close box.
 
 #include <QPointer>
+#include <QString>
 #include <vector>
 
 #include "platform/Questions.h"
 
+class QDialog;
+class QFileDialog;
 class QWidget;
 
 namespace talvora {
-
-class QuestionBox;
 
 class QtQuestions final : public Questions {
   public:
@@ -22,13 +23,19 @@ class QtQuestions final : public Questions {
 
     Answer Ask(MessageBox& box) override;
     std::optional<std::string> Ask(const InputBox& box) override;
+    std::vector<std::string> Ask(const OpenFileBox& box) override;
+    std::optional<std::string> Ask(const SaveFileBox& box) override;
+    std::optional<FontChoice> Ask(const FontBox& box) override;
 
   private:
     QWidget* parentForBox() const;
     // Returns when the box has been answered or is gone.
-    void stand(QuestionBox& box);
+    void stand(QDialog& box);
+    // What was chosen, as the native paths that the files have.
+    std::vector<std::string> choose(QFileDialog* box, const std::vector<FileKind>& kinds);
 
-    std::vector<QPointer<QuestionBox>> standing_;  // the topmost last
+    std::vector<QPointer<QDialog>> standing_;  // the topmost last
+    QString folder_;                           // where files were chosen last; empty: the user's own
 };
 
 }  // namespace talvora

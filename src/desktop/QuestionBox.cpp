@@ -158,7 +158,6 @@ void QuestionBox::showSuppressed(int count) {
 
 void QuestionBox::conclude(Answer answer) {
     outcome_ = answer;
-    over_ = true;
     hide();
 }
 
@@ -166,11 +165,10 @@ void QuestionBox::conclude(Answer answer) {
 void QuestionBox::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
     if (event->spontaneous()) return;
-    over_ = true;
     Q_EMIT finished(0);
 }
 
-void QuestionBox::wait(QuestionBox& box) {
+void QuestionBox::wait(QDialog& box) {
     QEventLoop loop;
     connect(&box, &QDialog::finished, &loop, &QEventLoop::quit);
     connect(&box, &QObject::destroyed, &loop, &QEventLoop::quit);

@@ -21,12 +21,11 @@ class QuestionBox final : public QDialog {
     // As pressed; what the close box and Escape mean until then.
     Answer Outcome() const { return outcome_; }
     QString Typed() const;
-    bool IsOver() const { return over_; }
     // Further occasions of the kind.
     void showSuppressed(int count);
 
-    // Shows the box and runs the loop until it has been answered or is gone.
-    static void wait(QuestionBox& box);
+    // Shows a box, perhaps of another kind, and runs the loop until it has been answered or is gone.
+    static void wait(QDialog& box);
 
   protected:
     void hideEvent(QHideEvent* event) override;
@@ -37,7 +36,6 @@ class QuestionBox final : public QDialog {
     void conclude(Answer answer);
 
     Answer outcome_ = Answer::Cancel;
-    bool over_ = false;
     QHBoxLayout* row_;     // beside the text
     QVBoxLayout* column_;  // below the text
     QVBoxLayout* rows_;

@@ -11,39 +11,39 @@ namespace talvora {
 
 namespace {
 
-using Key = QKeySequence;
+using Keys = QKeySequence;
 
 struct Move {
-    Key::StandardKey Moves;
-    Key::StandardKey Selects;
+    Keys::StandardKey Moves;
+    Keys::StandardKey Selects;
 };
 
 constexpr Move moves[] = {
-    {Key::MoveToNextChar, Key::SelectNextChar},
-    {Key::MoveToPreviousChar, Key::SelectPreviousChar},
-    {Key::MoveToNextWord, Key::SelectNextWord},
-    {Key::MoveToPreviousWord, Key::SelectPreviousWord},
-    {Key::MoveToNextLine, Key::SelectNextLine},
-    {Key::MoveToPreviousLine, Key::SelectPreviousLine},
-    {Key::MoveToNextPage, Key::SelectNextPage},
-    {Key::MoveToPreviousPage, Key::SelectPreviousPage},
-    {Key::MoveToStartOfLine, Key::SelectStartOfLine},
-    {Key::MoveToEndOfLine, Key::SelectEndOfLine},
-    {Key::MoveToStartOfDocument, Key::SelectStartOfDocument},
-    {Key::MoveToEndOfDocument, Key::SelectEndOfDocument},
+    {Keys::MoveToNextChar, Keys::SelectNextChar},
+    {Keys::MoveToPreviousChar, Keys::SelectPreviousChar},
+    {Keys::MoveToNextWord, Keys::SelectNextWord},
+    {Keys::MoveToPreviousWord, Keys::SelectPreviousWord},
+    {Keys::MoveToNextLine, Keys::SelectNextLine},
+    {Keys::MoveToPreviousLine, Keys::SelectPreviousLine},
+    {Keys::MoveToNextPage, Keys::SelectNextPage},
+    {Keys::MoveToPreviousPage, Keys::SelectPreviousPage},
+    {Keys::MoveToStartOfLine, Keys::SelectStartOfLine},
+    {Keys::MoveToEndOfLine, Keys::SelectEndOfLine},
+    {Keys::MoveToStartOfDocument, Keys::SelectStartOfDocument},
+    {Keys::MoveToEndOfDocument, Keys::SelectEndOfDocument},
 };
 
-constexpr Key::StandardKey edits[] = {
-    Key::Undo,
-    Key::Redo,
-    Key::Cut,
-    Key::Paste,
-    Key::Delete,
-    Key::Backspace,
-    Key::DeleteStartOfWord,
-    Key::DeleteEndOfWord,
-    Key::InsertParagraphSeparator,
-    Key::InsertLineSeparator,
+constexpr Keys::StandardKey edits[] = {
+    Keys::Undo,
+    Keys::Redo,
+    Keys::Cut,
+    Keys::Paste,
+    Keys::Delete,
+    Keys::Backspace,
+    Keys::DeleteStartOfWord,
+    Keys::DeleteEndOfWord,
+    Keys::InsertParagraphSeparator,
+    Keys::InsertLineSeparator,
 };
 
 bool controlAnd(const QKeyEvent* event, int key, Qt::KeyboardModifiers more = {}) {
@@ -63,8 +63,8 @@ QString typedBy(const QKeyEvent* event) {
 }  // namespace
 
 bool RichTextView::isOwnKey(QKeyEvent* event) const {
-    const auto matches = [&](Key::StandardKey key) { return event->matches(key); };
-    if (matches(Key::Copy) || matches(Key::SelectAll)) return true;
+    const auto matches = [&](Keys::StandardKey key) { return event->matches(key); };
+    if (matches(Keys::Copy) || matches(Keys::SelectAll)) return true;
     if (std::ranges::any_of(moves,
                             [&](const Move& move) { return matches(move.Moves) || matches(move.Selects); })) {
         return true;
@@ -82,13 +82,13 @@ void RichTextView::keyPressEvent(QKeyEvent* event) {
 }
 
 bool RichTextView::commonKey(QKeyEvent* event) {
-    if (event->matches(Key::Copy)) {
+    if (event->matches(Keys::Copy)) {
         model_.userCopies(clipboard_);
-    } else if (event->matches(Key::SelectAll)) {
+    } else if (event->matches(Keys::SelectAll)) {
         model_.userSelects(model_.Document().Begin(), model_.Document().End());
-    } else if (event->matches(Key::ZoomIn) || controlAnd(event, Qt::Key_Plus)) {
+    } else if (event->matches(Keys::ZoomIn) || controlAnd(event, Qt::Key_Plus)) {
         setZoom(zoom_ + 0.1);
-    } else if (event->matches(Key::ZoomOut)) {
+    } else if (event->matches(Keys::ZoomOut)) {
         setZoom(zoom_ - 0.1);
     } else if (controlAnd(event, Qt::Key_0)) {
         setZoom(1);
@@ -112,9 +112,9 @@ bool RichTextView::moveKey(QKeyEvent* event) {
         if (!event->matches(move.Moves)) continue;
         const auto [begin, end] = selection();
         // Out of a selection the caret first goes to its edge.
-        if (begin != end && move.Moves == Key::MoveToNextChar) {
+        if (begin != end && move.Moves == Keys::MoveToNextChar) {
             moveTo(end, false);
-        } else if (begin != end && move.Moves == Key::MoveToPreviousChar) {
+        } else if (begin != end && move.Moves == Keys::MoveToPreviousChar) {
             moveTo(begin, false);
         } else {
             moveTo(moved(move.Moves, model_.Caret()), false);
@@ -127,11 +127,11 @@ bool RichTextView::moveKey(QKeyEvent* event) {
 bool RichTextView::scrollKey(QKeyEvent* event) {
     const int page = std::max(lineStep(), viewport()->height() - 2 * lineStep());
     const std::int64_t all = scroll_.MaxPosition();
-    const std::pair<Key::StandardKey, std::int64_t> steps[] = {
-        {Key::MoveToNextLine, 2 * lineStep()},
-        {Key::MoveToPreviousLine, -2 * lineStep()},
-        {Key::MoveToNextPage, page},
-        {Key::MoveToPreviousPage, -page},
+    const std::pair<Keys::StandardKey, std::int64_t> steps[] = {
+        {Keys::MoveToNextLine, 2 * lineStep()},
+        {Keys::MoveToPreviousLine, -2 * lineStep()},
+        {Keys::MoveToNextPage, page},
+        {Keys::MoveToPreviousPage, -page},
     };
     for (const auto& [key, pixels] : steps) {
         if (!event->matches(key)) continue;
@@ -140,14 +140,14 @@ bool RichTextView::scrollKey(QKeyEvent* event) {
         wantFrames();
         return true;
     }
-    if (event->matches(Key::MoveToStartOfLine) || event->matches(Key::MoveToStartOfDocument)) {
+    if (event->matches(Keys::MoveToStartOfLine) || event->matches(Keys::MoveToStartOfDocument)) {
         glide_ = 0;
         scroll_.toBegin();
         scrolledUp_ = all > 0;
         touch();
         return true;
     }
-    if (!event->matches(Key::MoveToEndOfLine) && !event->matches(Key::MoveToEndOfDocument)) return false;
+    if (!event->matches(Keys::MoveToEndOfLine) && !event->matches(Keys::MoveToEndOfDocument)) return false;
     scrollToEnd();
     return true;
 }
@@ -166,31 +166,31 @@ void RichTextView::moveTo(Place place, bool select) {
 
 Place RichTextView::moved(int key, Place from) {
     const RichDocument& document = model_.Document();
-    const bool isVertical = key == Key::MoveToNextLine || key == Key::MoveToPreviousLine ||
-                            key == Key::MoveToNextPage || key == Key::MoveToPreviousPage;
+    const bool isVertical = key == Keys::MoveToNextLine || key == Keys::MoveToPreviousLine ||
+                            key == Keys::MoveToNextPage || key == Keys::MoveToPreviousPage;
     if (!isVertical) goalX_.reset();
     switch (key) {
-        case Key::MoveToNextChar:
+        case Keys::MoveToNextChar:
             return characterRight(document, from);
-        case Key::MoveToPreviousChar:
+        case Keys::MoveToPreviousChar:
             return characterLeft(document, from);
-        case Key::MoveToNextWord:
+        case Keys::MoveToNextWord:
             return wordRight(document, from);
-        case Key::MoveToPreviousWord:
+        case Keys::MoveToPreviousWord:
             return wordLeft(document, from);
-        case Key::MoveToNextLine:
+        case Keys::MoveToNextLine:
             return vertical(from, 1);
-        case Key::MoveToPreviousLine:
+        case Keys::MoveToPreviousLine:
             return vertical(from, -1);
-        case Key::MoveToNextPage:
+        case Keys::MoveToNextPage:
             return pageAway(from, 1);
-        case Key::MoveToPreviousPage:
+        case Keys::MoveToPreviousPage:
             return pageAway(from, -1);
-        case Key::MoveToStartOfLine:
+        case Keys::MoveToStartOfLine:
             return page_.lineBegin(from);
-        case Key::MoveToEndOfLine:
+        case Keys::MoveToEndOfLine:
             return page_.lineEnd(from);
-        case Key::MoveToStartOfDocument:
+        case Keys::MoveToStartOfDocument:
             return document.Begin();
         default:
             return document.End();
@@ -213,23 +213,23 @@ Place RichTextView::pageAway(Place from, int direction) {
 
 bool RichTextView::editKey(QKeyEvent* event) {
     goalX_.reset();
-    if (event->matches(Key::Undo)) {
+    if (event->matches(Keys::Undo)) {
         model_.userUndoes();
-    } else if (event->matches(Key::Redo) || controlAnd(event, Qt::Key_Y)) {
+    } else if (event->matches(Keys::Redo) || controlAnd(event, Qt::Key_Y)) {
         model_.userRedoes();
-    } else if (event->matches(Key::Cut)) {
+    } else if (event->matches(Keys::Cut)) {
         model_.userCuts(clipboard_);
-    } else if (event->matches(Key::Paste)) {
+    } else if (event->matches(Keys::Paste)) {
         model_.userPastes(clipboard_);
     } else if (controlAnd(event, Qt::Key_V, Qt::ShiftModifier)) {
         model_.userPastesPlain(clipboard_);
-    } else if (event->matches(Key::DeleteStartOfWord) || event->matches(Key::DeleteEndOfWord)) {
-        eraseWord(event->matches(Key::DeleteStartOfWord));
+    } else if (event->matches(Keys::DeleteStartOfWord) || event->matches(Keys::DeleteEndOfWord)) {
+        eraseWord(event->matches(Keys::DeleteStartOfWord));
     } else if (event->key() == Qt::Key_Backspace) {
         model_.userErasesBackward();
-    } else if (event->matches(Key::Delete)) {
+    } else if (event->matches(Keys::Delete)) {
         model_.userErasesForward();
-    } else if (event->matches(Key::InsertLineSeparator)) {
+    } else if (event->matches(Keys::InsertLineSeparator)) {
         model_.userInsertsLineBreak();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         model_.userTypes("\r\n");
@@ -261,7 +261,7 @@ void RichTextView::eraseWord(bool backward) {
 
 // Tab is text in an editor, as in any writer of letters.
 bool RichTextView::focusNextPrevChild(bool next) {
-    if (editable() && !tabMovesOn_) return false;
+    if (editable()) return false;
     return QAbstractScrollArea::focusNextPrevChild(next);
 }
 

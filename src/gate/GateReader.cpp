@@ -12,7 +12,7 @@
 namespace talvora {
 namespace {
 
-constexpr std::size_t ReadAtOnce = std::size_t{64} << 10;
+constexpr std::size_t ReadBetweenLooks = std::size_t{64} << 10;
 constexpr std::size_t SentAndKept = std::size_t{1} << 20;
 
 bool wouldBlock() {
@@ -36,6 +36,13 @@ void GateReader::setWorking(bool working) {
     if (!closed_) readable_.setEnabled(!working && !ended_);
 }
 
+bool GateReader::silent() const {
+    char byte = 0;
+    if (spoke_ || !received_.empty()) return false;
+    const ssize_t got = ::recv(socket_.get(), &byte, 1, MSG_PEEK);
+    return got == 0 || (got < 0 && wouldBlock());
+}
+
 bool GateReader::overlong() const {
     return received_.size() - start_ > GateLineLimit;
 }
@@ -46,6 +53,7 @@ bool GateReader::takeLine(std::string& line) {
         if (end != std::string::npos) {
             line.assign(received_, start_, end - start_);
             start_ = looked_ = end + 1;
+            spoke_ = true;
             return true;
         }
         looked_ = received_.size();
@@ -57,7 +65,7 @@ bool GateReader::receive() {
     received_.erase(0, start_);
     start_ = 0;
     looked_ = received_.size();
-    const std::size_t room = std::min(ReadAtOnce, GateLineLimit + 1 - looked_);
+    const std::size_t room = std::min(ReadBetweenLooks, GateLineLimit + 1 - looked_);
     received_.resize(looked_ + room);
     const ssize_t got = ::recv(socket_.get(), received_.data() + looked_, room, 0);
     received_.resize(looked_ + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));

@@ -12,7 +12,7 @@ constexpr std::string_view fieldMark = ":.:";
 }  // namespace
 
 frmMsgBox::frmMsgBox(Platform& platform, GlobError& reporter)
-    : Label2("OK"), Timer1(platform, 1000, true), platform_(platform), globError_(reporter) {
+    : Label2("OK"), Timer1(platform, Ending, 1000, true), platform_(platform), globError_(reporter) {
     on_ += Label2.Click.connect([this] { showNext(); });
     on_ += Picture1.Click.connect([this] { Label2.Click.raise(); });
     on_ += Timer1.Tick.connect([this] {

@@ -34,7 +34,6 @@ class frmMsgBox final : public Form {
   protected:
     // The close box acknowledges the note; those that wait are not lost with it.
     void Form_QueryUnload(bool& cancel, CloseReason reason) override;
-    void Form_Unload() override { Timer1.Enabled = false; }
 
   private:
     void showNext();

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/Colour.h"
 #include "platform/Property.h"
 #include "platform/RuntimeError.h"
 
@@ -21,6 +23,21 @@ class Label {
 
     Property<std::string> Caption;
     Property<bool> Visible{true};
+    Property<bool> FontBold{false};
+    Property<std::optional<Colour>> ForeColor;  // nothing: the normal colour
+    Event<> Click;
+};
+
+// A button with words on it.
+class CommandButton {
+  public:
+    explicit CommandButton(std::string caption = {}, bool enabled = true)
+        : Caption(std::move(caption)), Enabled(enabled) {}
+
+    Property<std::string> Caption;
+    Property<bool> Enabled;
+    Property<bool> Visible{true};
+    Property<bool> Default{false};  // Enter anywhere in the form presses it
     Event<> Click;
 };
 
@@ -50,12 +67,17 @@ class CheckBox {
     Subscription own_;
 };
 
-// A list that folds out, to choose one line from. Code and hands set `ListIndex` alike; it counts from 0 and
-// is -1 while nothing is chosen.
+// A list that folds out, to choose one line from. Code and hands set `ListIndex` alike, and both raise Click
+// if it differs; it counts from 0 and is -1 while nothing is chosen.
 class ComboBox {
   public:
+    ComboBox() {
+        own_ = ListIndex.Changed.connect([this](const int&) { Click.raise(); });
+    }
+
     std::vector<std::string> List;  // filled before the box is shown
     Property<int> ListIndex{-1};
+    Event<> Click;
 
     // The line chosen; empty while there is none.
     std::string Text() const {
@@ -63,24 +85,49 @@ class ComboBox {
         return index >= 0 && std::cmp_less(index, List.size()) ? List[static_cast<std::size_t>(index)]
                                                                : std::string();
     }
+
+  private:
+    Subscription own_;
 };
 
 // A box that text is typed in. Code and hands set `Text` alike; its `Changed` is the control's Change.
 class TextBox {
   public:
     Property<std::string> Text;
+    Property<bool> Enabled{true};
+    Property<bool> Locked{false};               // read-only for hands; code may always change it
+    Property<std::optional<Colour>> BackColor;  // nothing: the normal colour
     // The caret, and how much is selected behind it, in characters.
     Property<std::size_t> SelStart;
     Property<std::size_t> SelLength;
 
     // A key that is about to be typed; a handler sets it to 0 to discard it.
     Event<int&> KeyPress;
-    // The box has been given the keyboard.
+    // The box has been given the keyboard, by code or by hand, and has lost it.
     Event<> GotFocus;
-    void SetFocus() { GotFocus.raise(); }
+    Event<> LostFocus;
+    void SetFocus() {
+        hasFocus_ = true;
+        GotFocus.raise();
+    }
 
     // What the user's hands do.
     void userPresses(int key) { KeyPress.raise(key); }
+    void userEnters() {
+        if (!hasFocus_) SetFocus();
+    }
+    void userLeaves() {
+        if (std::exchange(hasFocus_, false)) LostFocus.raise();
+    }
+
+  private:
+    bool hasFocus_ = false;
+};
+
+// A box to type in with a list that folds out: a line chosen there becomes the text.
+class EditCombo : public TextBox {
+  public:
+    std::vector<std::string> List;  // filled before the box is shown
 };
 
 namespace Key {
@@ -93,6 +140,7 @@ class Menu {
   public:
     Property<std::string> Caption;
     Property<std::string> Tag;  // for the owner's use
+    Property<int> Picture{0};   // its number in an image list; 0 is none
     Property<bool> Visible{true};
     Property<bool> Enabled{true};
     Property<bool> Checked{false};

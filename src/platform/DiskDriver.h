@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/RuntimeError.h"
 
 namespace talvora {
@@ -29,11 +30,14 @@ class DiskDriver {
     struct Status {
         Kind What = Kind::Missing;
         std::int64_t Size = 0;  // of a file, in bytes
+        DateTime Changed;       // when its content was last written
     };
     struct Entry {
         std::string Name;
-        Kind What = Kind::File;
+        Status Found;
     };
+    // What a list tells of an entry: the kind alone, which costs next to nothing, or all.
+    enum class Detail { Kind, All };
     enum class Access {
         Read,
         Write,   // read and write what exists
@@ -62,7 +66,7 @@ class DiskDriver {
 
     virtual Status status(const std::string& path) = 0;
     virtual std::string linkTarget(const std::string& path) = 0;
-    virtual std::vector<Entry> list(const std::string& folder) = 0;
+    virtual std::vector<Entry> list(const std::string& folder, Detail detail) = 0;
     virtual void flushFolder(const std::string& folder) = 0;
     // Readable by its owner alone.
     virtual void makeFolder(const std::string& path) = 0;

@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t chunkSize = std::size_t{64} << 10;
+constexpr std::size_t copiedAtOnce = std::size_t{64} << 10;
 
 // Tries what may help and must not hide the fault that is under way.
 template <class Call>
@@ -112,20 +112,42 @@ std::int64_t Files::FileLen(std::string_view path) {
     return findFile(path).found.Size;
 }
 
-std::vector<std::string> Files::List(std::string_view folder, std::string_view pattern) {
+std::vector<DiskDriver::Entry> Files::plainFiles(std::string_view folder, std::string_view pattern,
+                                                 DiskDriver::Detail detail) {
     const Place place = find(folder);
     if (place.found.What != DiskDriver::Kind::Folder) throw RuntimeError(Fault::PathNotFound);
-    std::vector<std::string> names;
-    for (const auto& entry : disk_.list(place.native)) {
-        if (entry.What != DiskDriver::Kind::File) continue;
+    std::vector<DiskDriver::Entry> files;
+    for (auto& entry : disk_.list(place.native, detail)) {
+        if (entry.Found.What != DiskDriver::Kind::File) continue;
         std::string name = fromUtf8(entry.Name);
-        if (fitsPattern(name, pattern) && toUtf8(name) == entry.Name) names.push_back(std::move(name));
+        if (!fitsPattern(name, pattern) || toUtf8(name) != entry.Name) continue;
+        files.push_back({std::move(name), entry.Found});
     }
-    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-        const int order = CompareText(a, b);
-        return order != 0 ? order < 0 : a < b;
+    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) {
+        const int order = CompareText(a.Name, b.Name);
+        return order != 0 ? order < 0 : a.Name < b.Name;
     });
+    return files;
+}
+
+std::vector<std::string> Files::List(std::string_view folder, std::string_view pattern) {
+    std::vector<std::string> names;
+    for (auto& file : plainFiles(folder, pattern, DiskDriver::Detail::Kind)) {
+        names.push_back(std::move(file.Name));
+    }
     return names;
+}
+
+std::vector<Files::Entry> Files::Entries(std::string_view folder, std::string_view pattern) {
+    std::vector<Entry> entries;
+    for (auto& file : plainFiles(folder, pattern, DiskDriver::Detail::All)) {
+        entries.push_back({std::move(file.Name), file.Found.Size, file.Found.Changed});
+    }
+    return entries;
+}
+
+std::string Files::ReadStart(std::string_view path, std::size_t count) {
+    return Open(path, FileMode::Input).opened().readAt(0, count);
 }
 
 void Files::MkDir(std::string_view path) {
@@ -224,7 +246,7 @@ void Files::copyInto(const Place& source, File& copy) {
     File original =
         adopt(disk_.open(source.native, DiskDriver::Access::Read), FileMode::Input, source.native);
     for (std::int64_t at = 0;;) {
-        const std::string bytes = original.opened().readAt(at, chunkSize);
+        const std::string bytes = original.opened().readAt(at, copiedAtOnce);
         if (bytes.empty()) break;
         copy.Write(bytes);
         at += static_cast<std::int64_t>(bytes.size());

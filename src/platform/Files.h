@@ -24,6 +24,13 @@ namespace talvora {
 
 class Files {
   public:
+    // A plain file of a folder.
+    struct Entry {
+        std::string Name;
+        std::int64_t Size = 0;  // in bytes
+        DateTime Changed;       // when its content was last written, by the wall clock
+    };
+
     explicit Files(DiskDriver& disk) : disk_(disk) {}
     Files(const Files&) = delete;
     Files& operator=(const Files&) = delete;
@@ -45,20 +52,27 @@ class Files {
     // The names, in order, of the folder's plain files that fit `pattern` (see fitsPattern). A file whose
     // name has no form in the code page can't be opened and is not named.
     std::vector<std::string> List(std::string_view folder, std::string_view pattern = "*");
+    // The same with what is known of each, in one pass over the folder.
+    std::vector<Entry> Entries(std::string_view folder, std::string_view pattern = "*");
+    // The first `count` bytes; fewer if the file is shorter.
+    std::string ReadStart(std::string_view path, std::size_t count);
 
     void MkDir(std::string_view path);
     void Kill(std::string_view path);
-    // Deletes so that it can be had back: what goes because a stranger says so.
+    // Deletes so that it can be had back: what goes because a stranger says so. The file goes to the
+    // desktop's waste basket, or to a folder that keeps the last few (platform/WasteFolder.h).
     void Discard(std::string_view path);
     // 58 if there is a file of the new name.
     void Rename(std::string_view from, std::string_view to);
 
     // The following survive lost power as soon as they return, and a crash leaves the old or the new state.
 
-    // `from` takes the place of `to`.
+    // `from`, which the caller has written, takes the place of `to`. For a content at hand there is
+    // `Rewrite`.
     void Replace(std::string_view from, std::string_view to);
     void FileCopy(std::string_view from, std::string_view to);
     std::string ReadWhole(std::string_view path);
+    // Writes beside, flushes, renames and flushes the folder.
     void Rewrite(std::string_view path, std::string_view content);
     // `record` and CR LF behind what is there; a torn record before it is dropped. Creates the file.
     void AppendRecord(std::string_view path, std::string_view record);
@@ -82,6 +96,8 @@ class Files {
     Place findFile(std::string_view path);
     Place findForWriting(std::string_view path);
     Place findForRemoval(std::string_view path);
+    std::vector<DiskDriver::Entry> plainFiles(std::string_view folder, std::string_view pattern,
+                                              DiskDriver::Detail detail);
     std::string existingName(const std::string& folder, const std::string& name);
     void requireReceiving(const Place& place) const;
     void requireClosed(const Place& place) const;

@@ -115,7 +115,7 @@ Files::Place Files::find(std::string_view path) {
 // same one.
 std::string Files::existingName(const std::string& folder, const std::string& name) {
     std::string best;
-    for (const auto& entry : disk_.list(folder)) {
+    for (const auto& entry : disk_.list(folder, DiskDriver::Detail::Kind)) {
         const std::string text = fromUtf8(entry.Name);
         if (!EqualText(text, name) || toUtf8(text) != entry.Name) continue;
         if (best.empty() || entry.Name < best) best = entry.Name;

@@ -8,6 +8,7 @@ bool Form::Unload(CloseReason reason) {
     Form_QueryUnload(cancel, reason);
     if (cancel) return false;
     unloaded_ = true;
+    Ending.raise();
     Form_Unload();
     Hide();
     Unloaded.raise();

@@ -38,6 +38,8 @@ class Form {
     // Asks QueryUnload, and hides the form for good if nothing objects. True if the form is unloaded.
     bool Unload(CloseReason reason = CloseReason::Code);
     bool IsUnloaded() const { return unloaded_; }
+    // The form is about to be unloaded for good: what runs for it stops now, its timers by themselves.
+    Event<> Ending;
     Event<> Unloaded;
     // Show has been called, perhaps for a form that was visible already.
     Event<> Shown;

@@ -1,5 +1,6 @@
 #include "platform/ListView.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/RuntimeError.h"
@@ -11,14 +12,34 @@ namespace {
     throw RuntimeError(35600, "Index out of bounds");
 }
 
+void become(ListItem& item, const ListRow& row) {
+    item.SetKey(row.Key);
+    item.SetTag(row.Tag);
+    item.SetText(row.Text);
+    item.SetSmallIcon(row.SmallIcon);
+    item.SetBold(row.Bold);
+    item.SetToolTipText(row.ToolTipText);
+    for (std::size_t column = 0; column < row.SortTexts.size(); ++column)
+        item.SetSortText(column, row.SortTexts[column]);
+    for (std::size_t column = 1; column <= std::max(row.SubItems.size(), item.Columns()); ++column) {
+        item.SetSubItem(column, column <= row.SubItems.size() ? row.SubItems[column - 1] : std::string());
+    }
+}
+
 }  // namespace
 
-ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot)
-    : owner_(owner), slot_(slot), key_(std::move(key)), text_(std::move(text)) {}
+ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot,
+                   std::uint64_t number)
+    : owner_(owner), slot_(slot), number_(number), key_(std::move(key)), text_(std::move(text)) {}
 
 const std::string& ListItem::SubItems(std::size_t column) const {
     static const std::string none;
     return column >= 1 && column <= subItems_.size() ? subItems_[column - 1] : none;
+}
+
+const std::string& ListItem::SortText(std::size_t column) const {
+    if (column < sortTexts_.size() && !sortTexts_[column].empty()) return sortTexts_[column];
+    return column == 0 ? text_ : SubItems(column);
 }
 
 int ListItem::Index() const {
@@ -44,6 +65,16 @@ void ListItem::SetChecked(bool checked) {
     if (std::exchange(checked_, checked) != checked) changed();
 }
 
+void ListItem::SetBold(bool bold) {
+    if (std::exchange(bold_, bold) != bold) changed();
+}
+
+void ListItem::SetToolTipText(std::string text) {
+    if (text == toolTip_) return;
+    toolTip_ = std::move(text);
+    changed();
+}
+
 void ListItem::SetSubItem(std::size_t column, std::string text) {
     if (column == 0) throw RuntimeError(Fault::InvalidProcedureCall);
     if (SubItems(column) == text) return;
@@ -52,8 +83,16 @@ void ListItem::SetSubItem(std::size_t column, std::string text) {
     changed();
 }
 
+void ListItem::SetSortText(std::size_t column, std::string text) {
+    if (sortTexts_.size() <= column) sortTexts_.resize(column + 1);
+    if (sortTexts_[column] == text) return;
+    sortTexts_[column] = std::move(text);
+    changed();
+}
+
 ListItem& ListItems::Add(std::string key, std::string text) {
-    ListItem& row = *slots_.emplace_back(new ListItem(*this, std::move(key), std::move(text), slots_.size()));
+    ListItem& row = *slots_.emplace_back(
+        new ListItem(*this, std::move(key), std::move(text), slots_.size(), ++lastNumber_));
     order_.append();
     RowInserted.raise(Count());
     return row;
@@ -130,6 +169,35 @@ ListView::ListView() {
     on_ += ListItems.RowRemoved.connect([this](int, const ListItem& row) {
         if (SelectedItem == &row) SelectedItem = nullptr;
     });
+}
+
+void ListView::Refresh(const std::vector<ListRow>& rows) {
+    const std::string key = SelectedItem != nullptr ? SelectedItem->Key() : std::string();
+    const int place = SelectedItem != nullptr ? SelectedItem->Index() : 0;
+    const int count = static_cast<int>(rows.size());
+    Refreshing.raise();
+    while (ListItems.Count() > count) ListItems.Remove(ListItems(ListItems.Count()));
+    for (int i = 1; i <= count; ++i) {
+        const ListRow& row = rows[static_cast<std::size_t>(i - 1)];
+        become(i > ListItems.Count() ? ListItems.Add(row.Key, row.Text) : ListItems(i), row);
+    }
+    if (place != 0) selectAgain(key, place);
+    Refreshed.raise();
+}
+
+void ListView::Append(const ListRow& row) {
+    become(ListItems.Add(row.Key, row.Text), row);
+}
+
+void ListView::selectAgain(const std::string& key, int place) {
+    int found = std::min(place, ListItems.Count());
+    const auto isMeant = [&](int i) { return ListItems(i).Key() == key; };
+    if (!key.empty() && found != 0 && !isMeant(found)) {
+        int i = 1;
+        while (i <= ListItems.Count() && !isMeant(i)) ++i;
+        if (i <= ListItems.Count()) found = i;
+    }
+    SelectedItem = found == 0 ? nullptr : &ListItems(found);
 }
 
 void ListView::userClicks(ListItem& row) {

@@ -4,6 +4,7 @@
 // row costs hardly more in a long list than in a short one.
 
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <string>
@@ -23,10 +24,19 @@ class ListItem {
     const std::string& Tag() const { return tag_; }
     int SmallIcon() const { return smallIcon_; }
     bool Checked() const { return checked_; }
+    bool Bold() const { return bold_; }
+    // Empty: what the row shows.
+    const std::string& ToolTipText() const { return toolTip_; }
     // Columns behind the first, counted from 1; an absent one is empty.
     const std::string& SubItems(std::size_t column) const;
+    // What a list that is sorted by that column goes by; the column's text unless it is told.
+    const std::string& SortText(std::size_t column) const;
+    // How many of them there are.
+    std::size_t Columns() const { return subItems_.size(); }
     // Which row of the list this is, counted from 1.
     int Index() const;
+    // Greater than that of every row that stands in front of it.
+    std::uint64_t Number() const { return number_; }
 
     // Neither is shown.
     void SetKey(std::string key) { key_ = std::move(key); }
@@ -36,22 +46,42 @@ class ListItem {
     void SetSmallIcon(int icon);
     // By code: raises no event of the list.
     void SetChecked(bool checked);
+    void SetBold(bool bold);
+    void SetToolTipText(std::string text);
     void SetSubItem(std::size_t column, std::string text);
+    // 0 is the row's text, then come the sub-items.
+    void SetSortText(std::size_t column, std::string text);
 
   private:
     friend class ListItems;
     friend class ListView;
-    ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot);
+    ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot, std::uint64_t number);
     void changed();
 
     ListItems& owner_;
     std::size_t slot_;
+    std::uint64_t number_;
     std::string key_;
     std::string text_;
     std::string tag_;
     std::vector<std::string> subItems_;
+    std::vector<std::string> sortTexts_;  // from column 0 on; an empty one is not told
     int smallIcon_ = 0;
     bool checked_ = false;
+    bool bold_ = false;
+    std::string toolTip_;
+};
+
+// A row as a value, for a list that is drawn anew from its source.
+struct ListRow {
+    std::string Key;
+    std::string Text;
+    std::vector<std::string> SubItems;  // the columns behind the first
+    int SmallIcon = 0;
+    std::string Tag;
+    bool Bold = false;
+    std::string ToolTipText;
+    std::vector<std::string> SortTexts;  // from column 0 on; the column's text where it is empty
 };
 
 // The rows, counted from 1.
@@ -82,12 +112,32 @@ class ListItems {
     std::vector<std::unique_ptr<ListItem>> slots_;  // in order, with holes where rows went
     RankTree order_;
     int images_ = std::numeric_limits<int>::max();
+    std::uint64_t lastNumber_ = 0;
 };
+
+enum class SortOrder { Ascending, Descending };
 
 class ListView {
   public:
     talvora::ListItems ListItems;
     ListItem* SelectedItem = nullptr;  // nothing while no row is selected
+
+    // The headings, if the form has a say in them; without them the view has its own.
+    Property<std::vector<std::string>> ColumnHeaders;
+
+    // Shows the rows by the sort text of a column, without regard to case; equal ones as they stand in the
+    // list. The list itself, and so the index of a row, stays as it is.
+    Property<bool> Sorted{false};
+    Property<int> SortKey{0};  // 0 is the rows' text, then come the sub-items
+    Property<talvora::SortOrder> SortOrder{talvora::SortOrder::Ascending};
+    Event<int> ColumnClick;  // on the heading of a column, counted from 1
+
+    // Makes the rows those of `rows`, with as few changes as there are differences by place: a list that is
+    // read anew neither flickers nor loses its place on the screen. The selection stays with its key, or with
+    // its place if it has none or the key is gone.
+    void Refresh(const std::vector<ListRow>& rows);
+    // One more row at the end.
+    void Append(const ListRow& row);
 
     Event<ListItem&> ItemClick;
     Event<ListItem&> ItemCheck;  // the user ticked or unticked a row
@@ -104,9 +154,15 @@ class ListView {
     void userClicks(ListItem& row);
     void userTicks(ListItem& row, bool checked);
 
+    // Around Refresh: what moves meanwhile is no hand's doing, and a view keeps its place.
+    Event<> Refreshing;
+    Event<> Refreshed;
+
     ListView();
 
   private:
+    void selectAgain(const std::string& key, int place);
+
     Subscriptions on_;
 };
 

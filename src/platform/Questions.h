@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/Colour.h"
 #include "platform/Property.h"
 
 namespace talvora {
@@ -30,12 +32,54 @@ struct InputBox {
     std::string Default;
 };
 
+// Kinds of files to choose from; the first is what the box begins with. Empty means all files.
+struct FileKind {
+    std::string Name;      // "All files"
+    std::string Patterns;  // "*.*", several parted by blanks; "*.*" stands for "*"
+};
+
+// Paths are native ones: absolute, in the bytes of the system, and no paths of the program's folder.
+struct OpenFileBox {
+    std::string Title;
+    std::vector<FileKind> Kinds;
+    bool Many = false;  // more than one may be chosen
+};
+
+struct SaveFileBox {
+    std::string Title;
+    std::vector<FileKind> Kinds;
+    std::string Suggested;  // a path or a name alone
+};
+
+// A font as it is chosen, and as the box shows it at first.
+struct FontChoice {
+    std::string Name;  // code page 1253
+    double Size = 0;   // in points
+    bool Bold = false;
+    bool Italic = false;
+    bool Underline = false;
+    bool StrikeThru = false;
+    Colour Color = 0;  // black is the automatic colour
+
+    bool operator==(const FontChoice&) const = default;
+};
+
+struct FontBox {
+    std::string Title;
+    FontChoice Preset;
+};
+
 class Questions {
   public:
     virtual ~Questions() = default;
     virtual Answer Ask(MessageBox& box) = 0;
     // The text as typed; nothing if the user cancelled.
     virtual std::optional<std::string> Ask(const InputBox& box) = 0;
+    // The files that were chosen, which were there a moment ago; none if the user cancelled.
+    virtual std::vector<std::string> Ask(const OpenFileBox& box) = 0;
+    // Nothing if the user cancelled. Whether an existing file may be replaced has been asked.
+    virtual std::optional<std::string> Ask(const SaveFileBox& box) = 0;
+    virtual std::optional<FontChoice> Ask(const FontBox& box) = 0;
 };
 
 }  // namespace talvora

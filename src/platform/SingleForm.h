@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/Form.h"
-#include "platform/Platform.h"
+#include "platform/Retire.h"
 
 namespace talvora {
 
@@ -20,7 +20,7 @@ class SingleForm {
 
     TheForm& Load() {
         if (form_ == nullptr || form_->IsUnloaded()) {
-            retire();
+            Retire(platform_, std::move(form_));
             form_ = make_();
             Loaded.raise(*form_);
         }
@@ -33,13 +33,6 @@ class SingleForm {
     Event<TheForm&> Loaded;
 
   private:
-    void retire() {
-        if (form_ == nullptr) return;
-        std::shared_ptr<TheForm> old = std::move(form_);
-        platform_.Guarded.WhenIdle([old]() mutable { old.reset(); });
-        platform_.TheLoop.Defer([] {});
-    }
-
     Platform& platform_;
     Maker make_;
     std::unique_ptr<TheForm> form_;

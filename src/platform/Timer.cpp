@@ -11,8 +11,16 @@ Timer::Timer(Platform& platform, int intervalMs, bool enabled)
     Enabled = enabled;
 }
 
+Timer::Timer(Platform& platform, Event<>& end, int intervalMs, bool enabled)
+    : Timer(platform, intervalMs, enabled) {
+    own_ += end.connect([this] {
+        ended_ = true;
+        Enabled = false;
+    });
+}
+
 void Timer::apply() {
-    if (Enabled) {
+    if (Enabled && !ended_) {
         wakeUp_.arm(platform_.TheLoop, Interval);
     } else {
         wakeUp_.disarm();

@@ -10,6 +10,8 @@ class Timer {
   public:
     // `intervalMs` at least 1; a timer is born disabled unless `enabled` says that design time has it on.
     Timer(Platform& platform, int intervalMs, bool enabled = false);
+    // The timer of somebody who ends before it is destroyed: at `end` it stops, and nothing starts it again.
+    Timer(Platform& platform, Event<>& end, int intervalMs, bool enabled = false);
 
     // True on a running timer does not restart it; off and on does.
     Property<bool> Enabled{false};
@@ -27,6 +29,7 @@ class Timer {
 
     Platform& platform_;
     WakeUp wakeUp_;
+    bool ended_ = false;
     Subscriptions own_;
 };
 

@@ -90,6 +90,21 @@ std::optional<std::string> HeadlessQuestions::Ask(const InputBox& box) {
     return std::nullopt;
 }
 
+std::vector<std::string> HeadlessQuestions::Ask(const OpenFileBox& box) {
+    tell(box.Title, "Which file is to be opened?", nameOf(Answer::Cancel));
+    return {};
+}
+
+std::optional<std::string> HeadlessQuestions::Ask(const SaveFileBox& box) {
+    tell(box.Title, "Under which name is it to be kept?", nameOf(Answer::Cancel));
+    return std::nullopt;
+}
+
+std::optional<FontChoice> HeadlessQuestions::Ask(const FontBox& box) {
+    tell(box.Title, "Which font?", nameOf(Answer::Cancel));
+    return std::nullopt;
+}
+
 void HeadlessQuestions::tell(const std::string& title, const std::string& text, const std::string& outcome) {
     const std::size_t hash = std::hash<std::string>{}(title + '\n' + text);
     const auto known =

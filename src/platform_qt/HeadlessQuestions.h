@@ -26,8 +26,11 @@ class HeadlessQuestions final : public Questions {
 
     // The least that can be answered: No before Cancel before Ok.
     Answer Ask(MessageBox& box) override;
-    // Nothing, as if it had been cancelled.
+    // Nothing, as if they had been cancelled.
     std::optional<std::string> Ask(const InputBox& box) override;
+    std::vector<std::string> Ask(const OpenFileBox& box) override;
+    std::optional<std::string> Ask(const SaveFileBox& box) override;
+    std::optional<FontChoice> Ask(const FontBox& box) override;
 
   private:
     struct Told {

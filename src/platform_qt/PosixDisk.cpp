@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QtCore/QFile>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -13,7 +14,8 @@
 #include <utility>
 
 #include "platform/FilePath.h"
-#include "platform_qt/WasteFolder.h"
+#include "platform/WasteFolder.h"
+#include "platform_qt/SystemClock.h"
 
 namespace talvora {
 
@@ -49,7 +51,7 @@ DiskDriver::Kind kindOf(mode_t mode) {
 DiskDriver::Status statusAt(int folder, const char* name) {
     struct stat found {};
     if (::fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) == 0)
-        return {kindOf(found.st_mode), found.st_size};
+        return {kindOf(found.st_mode), found.st_size, localDateTime(found.st_mtime)};
     if (errno == ENOENT) return {};
     throw DiskFault(errno);
 }
@@ -189,7 +191,7 @@ std::string PosixDisk::linkTarget(const std::string& path) {
     return {target.data(), static_cast<std::size_t>(length)};
 }
 
-std::vector<DiskDriver::Entry> PosixDisk::list(const std::string& path) {
+std::vector<DiskDriver::Entry> PosixDisk::list(const std::string& path, Detail detail) {
     Descriptor opened = folder(path);
     const std::unique_ptr<DIR, CloseFolder> stream(::fdopendir(opened.get()));
     if (!stream) throw DiskFault(errno);
@@ -201,13 +203,9 @@ std::vector<DiskDriver::Entry> PosixDisk::list(const std::string& path) {
         if (entry == nullptr) break;
         const std::string name = entry->d_name;
         if (name == "." || name == "..") continue;
-        Kind kind = Kind::Other;
-        if (entry->d_type == DT_REG) {
-            kind = Kind::File;
-        } else {
-            kind = statusAt(number, name.c_str()).What;
-        }
-        entries.push_back({name, kind});
+        Status found{Kind::File, 0, {}};
+        if (detail == Detail::All || entry->d_type != DT_REG) found = statusAt(number, name.c_str());
+        entries.push_back({name, found});
     }
     if (errno != 0) throw DiskFault(errno);
     return entries;
@@ -238,9 +236,7 @@ void PosixDisk::moveToWaste(const std::string& path) {
     const auto kind = status(path).What;
     if (kind == Kind::Missing) throw DiskFault(ENOENT);
     if (kind != Kind::File) throw DiskFault(EISDIR);
-    if (moveToTrash(joinNative(root_, path))) return;
-    if (status(WasteFolder::name).What == Kind::Missing) makeFolder(WasteFolder::name);
-    WasteFolder(*this).keep(path);
+    if (!QFile::moveToTrash(QString::fromStdString(joinNative(root_, path)))) WasteFolder(*this).keep(path);
 }
 
 }  // namespace talvora

@@ -28,7 +28,7 @@ class PosixDisk final : public DiskDriver {
     void close(Handle file) override;
     Status status(const std::string& path) override;
     std::string linkTarget(const std::string& path) override;
-    std::vector<Entry> list(const std::string& folder) override;
+    std::vector<Entry> list(const std::string& folder, Detail detail) override;
     void flushFolder(const std::string& folder) override;
     void makeFolder(const std::string& path) override;
     void rename(const std::string& from, const std::string& to) override;

@@ -8,32 +8,30 @@ namespace talvora {
 
 namespace {
 
-struct LocalTime {
-    tm parts{};
-    long nanoseconds = 0;
-};
-
-LocalTime localTime() {
+timespec now() {
     timespec moment{};
     ::clock_gettime(CLOCK_REALTIME, &moment);
-    LocalTime result;
-    ::localtime_r(&moment.tv_sec, &result.parts);
-    result.parts.tm_sec = std::min(result.parts.tm_sec, 59);  // no leap second on the wall
-    result.nanoseconds = moment.tv_nsec;
-    return result;
+    return moment;
 }
 
 }  // namespace
 
+DateTime localDateTime(std::int64_t seconds) {
+    const auto moment = static_cast<time_t>(seconds);
+    tm parts{};
+    if (::localtime_r(&moment, &parts) == nullptr) return {};  // no year can hold it
+    const int second = std::min(parts.tm_sec, 59);             // no leap second on the wall
+    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, second};
+}
+
 DateTime SystemClock::Now() const {
-    const tm parts = localTime().parts;
-    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec};
+    return localDateTime(now().tv_sec);
 }
 
 double SystemClock::SecondsSinceMidnight() const {
-    const LocalTime time = localTime();
-    const int seconds = (time.parts.tm_hour * 60 + time.parts.tm_min) * 60 + time.parts.tm_sec;
-    return seconds + static_cast<double>(time.nanoseconds) / 1e9;
+    const timespec moment = now();
+    const DateTime time = localDateTime(moment.tv_sec);
+    return (time.Hour * 60 + time.Minute) * 60 + time.Second + static_cast<double>(moment.tv_nsec) / 1e9;
 }
 
 }  // namespace talvora

@@ -8,6 +8,7 @@
 
 #include "irc/wire/LineView.h"
 #include "platform/CodePage1253.h"
+#include "profile/ProfileText.h"
 
 namespace talvora {
 
@@ -17,10 +18,6 @@ constexpr std::size_t longestFile = std::size_t{64} * 1024;
 
 // What is wrong with a value; nothing if it was taken.
 using Complaint = std::optional<std::string>;
-
-bool isControl(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
 
 // Text of the file for a message: not too long, and without bytes that would garble it.
 std::string quoted(std::string_view text) {
@@ -132,11 +129,6 @@ std::string keyNames() {
         text += key.name;
     }
     return text;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = std::min(text.find_first_not_of(" \t"), text.size());
-    return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
 }
 
 class Reader {

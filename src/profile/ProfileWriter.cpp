@@ -6,6 +6,7 @@
 
 #include "irc/wire/LineView.h"
 #include "platform/CodePage1253.h"
+#include "profile/ProfileText.h"
 
 namespace talvora {
 
@@ -61,14 +62,14 @@ void copyDialect(NetworkProfile& to, const NetworkProfile& from) {
     to.Wire.RemoveTags = from.Wire.RemoveTags;
 }
 
-struct Key {
+struct WrittenKey {
     std::string_view name;
     std::string (*write)(const NetworkProfile& profile);
     void (*copy)(NetworkProfile& to, const NetworkProfile& from);
 };
 
 using P = NetworkProfile;
-constexpr std::array<Key, 10> keys{{
+constexpr std::array<WrittenKey, 10> writtenKeys{{
     {"ServerHost", writeText<&P::ServerHost>, copyMember<&P::ServerHost>},
     {"ServerPort", writePort, copyMember<&P::ServerPort>},
     {"SysChannel", writeText<&P::SysChannel>, copyMember<&P::SysChannel>},
@@ -81,26 +82,17 @@ constexpr std::array<Key, 10> keys{{
     {"RobotOnly", writeTruth<&P::RobotOnly>, copyMember<&P::RobotOnly>},
 }};
 
-const Key* keyNamed(std::string_view name) {
-    const auto found =
-        std::find_if(keys.begin(), keys.end(), [&](const Key& k) { return sameAscii(k.name, name); });
-    return found != keys.end() ? &*found : nullptr;
-}
-
-bool isControl(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+const WrittenKey* keyNamed(std::string_view name) {
+    const auto found = std::find_if(writtenKeys.begin(), writtenKeys.end(),
+                                    [&](const WrittenKey& k) { return sameAscii(k.name, name); });
+    return found != writtenKeys.end() ? &*found : nullptr;
 }
 
 // A value is one line, whatever it holds.
-std::string valueOf(const Key& key, const NetworkProfile& profile) {
+std::string valueOf(const WrittenKey& key, const NetworkProfile& profile) {
     std::string value = key.write(profile);
     std::erase_if(value, isControl);
     return value;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = std::min(text.find_first_not_of(" \t"), text.size());
-    return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
 }
 
 // A file with nothing in it but this value.
@@ -126,10 +118,10 @@ class Writer {
 
     std::string finish() {
         std::string missing;
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            const std::string value = valueOf(keys[i], profile_);
-            if (given_[i] || value == valueOf(keys[i], NetworkProfile{})) continue;
-            missing.append(keys[i].name).append(" = ").append(value).append(end_);
+        for (std::size_t i = 0; i < writtenKeys.size(); ++i) {
+            const std::string value = valueOf(writtenKeys[i], profile_);
+            if (given_[i] || value == valueOf(writtenKeys[i], NetworkProfile{})) continue;
+            missing.append(writtenKeys[i].name).append(" = ").append(value).append(end_);
         }
         if (missing.empty()) return std::move(text_);
         if (!seen_) missing = "[network]" + end_ + missing;
@@ -143,9 +135,9 @@ class Writer {
     bool assignment(std::string_view line) {
         const auto equals = line.find('=');
         if (equals == std::string_view::npos) return false;
-        const Key* const found = keyNamed(trimmed(line.substr(0, equals)));
+        const WrittenKey* const found = keyNamed(trimmed(line.substr(0, equals)));
         if (found == nullptr) return false;
-        given_[static_cast<std::size_t>(found - keys.data())] = true;
+        given_[static_cast<std::size_t>(found - writtenKeys.data())] = true;
         const auto ending = line.substr(line.find_last_not_of("\r\n") + 1);
         const auto old = trimmed(line.substr(equals + 1, line.size() - ending.size() - equals - 1));
         const std::string value = valueOf(*found, profile_);
@@ -157,7 +149,7 @@ class Writer {
         return true;
     }
 
-    static bool saysSame(const Key& key, std::string_view old, const std::string& value) {
+    static bool saysSame(const WrittenKey& key, std::string_view old, const std::string& value) {
         NetworkProfile profile;
         return !setProfileValue(profile, key.name, old) && valueOf(key, profile) == value;
     }
@@ -175,7 +167,7 @@ class Writer {
     std::size_t place_ = 0;
     bool inSection_ = false;
     bool seen_ = false;
-    std::bitset<keys.size()> given_;
+    std::bitset<writtenKeys.size()> given_;
 };
 
 }  // namespace
@@ -197,13 +189,13 @@ std::string withProfile(std::string_view oldText, const NetworkProfile& profile)
 }
 
 std::string profileValue(const NetworkProfile& profile, std::string_view key) {
-    const Key* const found = keyNamed(key);
+    const WrittenKey* const found = keyNamed(key);
     return found != nullptr ? valueOf(*found, profile) : std::string();
 }
 
 std::optional<std::string> setProfileValue(NetworkProfile& profile, std::string_view key,
                                            std::string_view value) {
-    const Key* const found = keyNamed(key);
+    const WrittenKey* const found = keyNamed(key);
     if (found == nullptr) return "no key of a profile";
     if (std::any_of(value.begin(), value.end(), isControl)) return "not one line of text";
     try {

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "common/FlatList.h"
-#include "platform/Text.h"
 
 namespace talvora {
 
@@ -41,11 +40,11 @@ std::vector<std::string> fieldsOf(const std::string& line) {
 
 }  // namespace
 
-ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
-                           IRCServ& engine, const Account& account, SessionPanel& session,
-                           UserList& userList1, const Handovers& to)
-    : tmrRefreshUsers(platform, 5000),
-      tmrDisplayKeyChans(platform, 5000),
+ChannelPanel::ChannelPanel(Platform& platform, Event<>& end, GlobError& globError,
+                           ComponentSettings& settings, IRCServ& engine, const Account& account,
+                           SessionPanel& session, UserList& userList1, const Handovers& to)
+    : tmrRefreshUsers(platform, end, 5000),
+      tmrDisplayKeyChans(platform, end, 5000),
       platform_(platform),
       globError_(globError),
       settings_(settings),
@@ -71,15 +70,13 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
         IRCServ1.ChannelKeyRequired.connect([this](Text channel) { IRCServ1_ChannelKeyRequired(channel); });
     on_ += IRCServ1.ChannelListReply.connect([this](IRCServ::List list) { IRCServ1_ChannelListReply(list); });
     on_ += IRCServ1.SocketDisconnect.connect([this] { IRCServ1_SocketDisconnect(); });
-    on_ += ListView2.ItemCheck.connect([this](ListItem&) { ListView2_ItemCheck(); });
+    on_ += ListView2.ItemCheck.connect([this](ListItem& row) { ListView2_ItemCheck(row); });
     on_ += ListView2.DblClick.connect([this] { ListView2_DblClick(); });
     // The two menus are crossed, and that is how they are to stand.
     on_ += popChanJoin.Click.connect([this] { tickSelected(false); });
     on_ += popChanPart.Click.connect([this] { tickSelected(true); });
     on_ += popChanKey.Click.connect([this] { popChanKey_Click(); });
-    on_ += popChanNew.Click.connect([this] {
-        if (to_.Keys != nullptr) to_.Keys->JoinNew();
-    });
+    on_ += popChanNew.Click.connect([this] { to_.Keys->JoinNew(); });
     on_ += popChanList.Click.connect([this] {
         trapped(globError_, "popChanList_Click",
                 [&](Trap& step) { step([&] { IRCServ1.SendIRC("LIST"); }); });
@@ -93,36 +90,37 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
 
 // ---- Joining and leaving
 
-void ChannelPanel::CreateChannelList(const std::string& list) {
+// By value: what is applied stays so, whatever is ticked meanwhile.
+void ChannelPanel::CreateChannelList(std::string list) {
     trapped(globError_, "CreateChannelList", [&](Trap& step) {
         UserList1.Clear();
         redraw();
-        step([&] { leaveOrAskNames(list); });
-        step([&] { joinAll(list); });
+        leaveOrAskNames(step, list);
+        joinAll(step, list);
         JoinedChans.clear();
-        // A menu that applies the ticks before the user has ticked anything leaves no channel.
         CheckedChans = list;
+        unticked_.clear();
         step([&] { settings_.Save(Section::Settings, "ChanList", list); });
     });
 }
 
-void ChannelPanel::leaveOrAskNames(const std::string& list) {
+void ChannelPanel::leaveOrAskNames(Trap& step, const std::string& list) {
     for (const std::string& joined : Entries(JoinedChans, ListSeparator)) {
         const std::string old = OneLine(joined);
         if (HoldsEntry(list, old, ListSeparator)) {
             IRCServ1.SendIRC("NAMES " + old);
         } else {
             IRCServ1.SendIRC("PART " + old);
-            if (to_.Channels != nullptr) to_.Channels->RemoveChan(old);
+            step([&] { to_.Channels->RemoveChan(old); });
         }
     }
 }
 
 // Channels that stay are joined again; the server's 927 brings them back.
-void ChannelPanel::joinAll(const std::string& list) {
+void ChannelPanel::joinAll(Trap& step, const std::string& list) {
     for (const std::string& named : Entries(list, ListSeparator)) {
         const std::string channel = OneLine(named);
-        const std::string key = OneLine(keyOf(channel));
+        const std::string key = step.value(std::string(), [&] { return OneLine(keyOf(channel)); });
         IRCServ1.SendIRC(key.empty() ? "JOIN " + channel : "JOIN " + channel + " " + key);
     }
 }
@@ -135,15 +133,21 @@ void ChannelPanel::IRCServ1_YouJoinChannel(const std::string& channel) {
         }
         RespellEntry(JoinedChans, channel, ListSeparator);
         const bool held = HoldsEntry(JoinedChans, channel, ListSeparator);
-        if (held || appendEntry(JoinedChans, channel)) showJoined(channel);
+        const bool kept = held || appendEntry(JoinedChans, channel);
+        // However it was joined: the two crossed menus, which apply the list, part nothing that nobody
+        // unticked.
+        if (!HoldsEntry(CheckedChans, channel, ListSeparator) && !unticked_.contains(channel))
+            appendEntry(CheckedChans, channel);
+        if (kept) showJoined(channel);
     });
 }
 
 void ChannelPanel::IRCServ1_YouPartChannel(const std::string& channel) {
     trapped(globError_, "IRCServ1_YouPartChannel", [&](Trap& step) {
         if (EqualText(channel, account_.gSysChannel)) session_.SysErr(4);
-        if (to_.Channels != nullptr) step([&] { to_.Channels->RemoveChan(channel); });
+        step([&] { to_.Channels->RemoveChan(channel); });
         RemoveEntry(JoinedChans, channel, ListSeparator);
+        RemoveEntry(CheckedChans, channel, ListSeparator);
         showParted(channel);
     });
 }
@@ -174,9 +178,7 @@ void ChannelPanel::IRCServ1_ChannelBanned(const std::string& channel) {
 }
 
 void ChannelPanel::refuse(const std::string& channel, const char* why) {
-    if (to_.Notes != nullptr) {
-        to_.Notes->Display("You cannot join channel " + channel + why, "Join error", JoinErrorIcon);
-    }
+    to_.Notes->Display("You cannot join channel " + channel + why, "Join error", JoinErrorIcon);
     RemoveEntry(JoinedChans, channel, ListSeparator);
 }
 
@@ -195,7 +197,7 @@ void ChannelPanel::tmrDisplayKeyChans_Timer() {
     trapped(globError_, "tmrDisplayKeyChans_Timer", [&](Trap& step) {
         tmrDisplayKeyChans.Enabled = false;
         const std::string channels = KeyChans;
-        if (to_.Keys != nullptr) step([&] { to_.Keys->ExecList(channels); });
+        step([&] { to_.Keys->ExecList(channels); });
         KeyChans.clear();
     });
 }
@@ -311,11 +313,21 @@ std::string ChannelPanel::keyOf(std::string_view channel) const {
 }
 
 // The changes of five seconds are applied together.
-void ChannelPanel::ListView2_ItemCheck() {
+void ChannelPanel::ListView2_ItemCheck(const ListItem& changed) {
+    unticked_.erase(changed.Text());
+    if (!changed.Checked()) unticked_.insert(changed.Text());
+    // What a menu has unticked, or what is joined and not drawn yet, nobody has.
+    const std::vector<std::string> before = Entries(CheckedChans, ListSeparator);
+    std::unordered_set<std::string, TextHash, TextEqual> kept(before.begin(), before.end());
+    for (const std::string& channel : unticked_) kept.erase(channel);
     CheckedChans.clear();
     for (int i = 1; i <= ListView2.ListItems.Count(); ++i) {
         const ListItem& row = ListView2.ListItems(i);
-        if (row.Checked()) (CheckedChans += row.Text()) += ListSeparator;
+        const bool spared = kept.erase(row.Text()) > 0;
+        if (row.Checked() || spared) (CheckedChans += row.Text()) += ListSeparator;
+    }
+    for (const std::string& channel : before) {
+        if (kept.contains(channel)) (CheckedChans += channel) += ListSeparator;
     }
     tmrRefreshUsers.Enabled = false;
     tmrRefreshUsers.Enabled = true;
@@ -331,7 +343,8 @@ void ChannelPanel::ListView2_DblClick() {
     trapped(globError_, "ListView2_DblClick", [&](Trap& step) {
         if (ListView2.SelectedItem == nullptr) return;
         const std::string channel = ListView2.SelectedItem->Text();
-        if (to_.Channels != nullptr) step([&] { to_.Channels->StartChan(channel); });
+        step([&] { to_.Channels->StartChan(channel); });
+        unticked_.erase(channel);
         IRCServ1.SendIRC(OneLine("JOIN " + channel));
         IRCServ1.SendIRC(OneLine("NAMS " + channel));
     });

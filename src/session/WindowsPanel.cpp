@@ -15,11 +15,31 @@ std::string nameOf(const frmChanChat& window) {
     return "Channel - " + window.ChannelName;
 }
 
+std::string captionOf(const frmPM& window) {
+    return window.UserGone ? "Chat - Disconnected" : nameOf(window);
+}
+
+std::string captionOf(const frmChanChat& window) {
+    return nameOf(window);
+}
+
+ListRow rowOf(const WindowsPanel::OpenWindow& open) {
+    const bool news = open.Window->HasNews;
+    ListRow row;
+    row.Key = row.Text = open.Name;
+    row.SubItems = {open.Window->LastText};
+    row.SmallIcon = open.IsChannel ? (news ? WindowPicture::ChannelNews : WindowPicture::Channel)
+                                   : (news ? WindowPicture::PrivateNews : WindowPicture::Private);
+    row.Bold = news;
+    return row;
+}
+
 }  // namespace
 
-WindowsPanel::WindowsPanel(Platform& platform, GlobError& globError, const ChatWindowTables& chat)
+WindowsPanel::WindowsPanel(Platform& platform, Event<>& end, GlobError& globError,
+                           const ChatWindowTables& chat)
     : Check1(chat.Around.gHideInactive),
-      tmrRedraw(platform, redrawDelay),
+      tmrRedraw(platform, end, redrawDelay),
       globError_(globError),
       chat_(chat.Around),
       channels_(chat.Channels),
@@ -27,42 +47,41 @@ WindowsPanel::WindowsPanel(Platform& platform, GlobError& globError, const ChatW
     Check1.Caption = "Hide inactive windows";
     on_ += Check1.Click.connect([this] { chat_.gHideInactive = Check1.Value; });
     on_ += ListView1.DblClick.connect([this] { ListView1_DblClick(); });
-    on_ += tmrRedraw.Tick.connect([this] {
-        tmrRedraw.Enabled = false;
-        redraw();
-    });
+    on_ += tmrRedraw.Tick.connect([this] { RefreshWindowsNow(); });
 }
 
 void WindowsPanel::RefreshWindows() {
     tmrRedraw.Enabled = true;
 }
 
-void WindowsPanel::redraw() {
-    trapped(globError_, "RefreshWindows", [&](Trap&) {
-        int row = 0;
-        for (frmPM* window : privates_.Table().Windows()) {
-            window->Caption = window->UserGone ? "Chat - Disconnected" : nameOf(*window);
-            put(++row, *window, nameOf(*window),
-                window->HasNews ? WindowPicture::PrivateNews : WindowPicture::Private);
-        }
-        for (frmChanChat* window : channels_.Table().Windows()) {
-            window->Caption = nameOf(*window);
-            put(++row, *window, nameOf(*window),
-                window->HasNews ? WindowPicture::ChannelNews : WindowPicture::Channel);
-        }
-        while (ListView1.ListItems.Count() > row) {
-            ListView1.ListItems.Remove(ListView1.ListItems(ListView1.ListItems.Count()));
-        }
-    });
+void WindowsPanel::RefreshWindowsNow() {
+    tmrRedraw.Enabled = false;
+    redraw();
 }
 
-void WindowsPanel::put(int row, const ChatWindow& window, const std::string& name, int picture) {
-    ListItems& rows = ListView1.ListItems;
-    ListItem& item = row > rows.Count() ? rows.Add(name, name) : rows(row);
-    item.SetKey(name);
-    item.SetText(name);
-    item.SetSmallIcon(picture);
-    item.SetSubItem(1, window.LastText);
+std::vector<WindowsPanel::OpenWindow> WindowsPanel::OpenWindows() const {
+    std::vector<OpenWindow> open;
+    const auto add = [&](const auto& table, bool isChannel) {
+        for (int i = 0; i < table.Count(); ++i) {
+            if (auto* window = table.At(i))
+                open.push_back({window, isChannel, i, nameOf(*window), captionOf(*window)});
+        }
+    };
+    add(privates_.Table(), false);
+    add(channels_.Table(), true);
+    return open;
+}
+
+void WindowsPanel::redraw() {
+    trapped(globError_, "RefreshWindows", [&](Trap&) {
+        std::vector<ListRow> rows;
+        for (const OpenWindow& open : OpenWindows()) {
+            open.Window->Caption = open.Caption;
+            rows.push_back(rowOf(open));
+        }
+        ListView1.Refresh(rows);
+        Redrawn.raise();
+    });
 }
 
 // The window that the row was drawn for, whatever has come and gone since. Of several with one name it is the
@@ -78,12 +97,23 @@ ChatWindow* WindowsPanel::windowOf(const ListItem& row) const {
 void WindowsPanel::ListView1_DblClick() {
     trapped(globError_, "ListView1_DblClick", [&](Trap&) {
         if (ListView1.SelectedItem == nullptr) return;
-        ChatWindow* window = windowOf(*ListView1.SelectedItem);
-        if (window == nullptr) return;
-        window->WindowState = FormState::Normal;
-        window->Show();
-        chat_.ThePlatform.Screen.SetForegroundWindow(*window);
+        bringUp(windowOf(*ListView1.SelectedItem));
     });
+}
+
+void WindowsPanel::BringUp(bool isChannel, int index) {
+    trapped(globError_, "BringUp", [&](Trap&) {
+        ChatWindow* window = privates_.Table().At(index);
+        if (isChannel) window = channels_.Table().At(index);
+        bringUp(window);
+    });
+}
+
+void WindowsPanel::bringUp(ChatWindow* window) {
+    if (window == nullptr) return;
+    window->WindowState = FormState::Normal;
+    window->Show();
+    chat_.ThePlatform.Screen.SetForegroundWindow(*window);
 }
 
 }  // namespace talvora

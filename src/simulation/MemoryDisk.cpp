@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/FilePath.h"
+#include "platform/WasteFolder.h"
 
 namespace talvora {
 
@@ -39,12 +40,13 @@ struct MemoryDisk::Node {
 
     Kind kind;
     std::string content;  // of a link its target
+    DateTime changed;
     std::string flushedContent;
     std::map<std::string, NodeOf> entries;
     std::map<std::string, NodeOf> flushedEntries;
 };
 
-MemoryDisk::MemoryDisk() : root_(std::make_shared<Node>(Kind::Folder)) {}
+MemoryDisk::MemoryDisk(const Clock* clock) : clock_(clock), root_(std::make_shared<Node>(Kind::Folder)) {}
 MemoryDisk::~MemoryDisk() = default;
 
 void MemoryDisk::call() {
@@ -77,6 +79,15 @@ void MemoryDisk::restart(Survived survived) {
     callsToFault_ = -1;
     changesToDeath_ = -1;
     died_ = false;
+}
+
+void MemoryDisk::written(Node& node) const {
+    if (clock_ != nullptr) node.changed = clock_->Now();
+}
+
+DiskDriver::Status MemoryDisk::statusOf(const Node& node) {
+    const auto size = node.kind == Kind::File ? static_cast<std::int64_t>(node.content.size()) : 0;
+    return {node.kind, size, node.changed};
 }
 
 MemoryDisk::NodeOf MemoryDisk::look(const std::string& path) const {
@@ -126,6 +137,7 @@ void MemoryDisk::put(const std::string& path, std::string_view text) {
     Node& node = *look(path);
     node.kind = Kind::File;
     node.content = text;
+    written(node);
     node.settle();
 }
 
@@ -157,9 +169,11 @@ MemoryDisk::Handle MemoryDisk::open(const std::string& path, Access access) {
     Node& parent = folder(folderOf(path));
     NodeOf node = look(path);
     if (!node && !creates) throw DiskFault(ENOENT);
-    if (!node) node = parent.entries[nameOf(path)] = std::make_shared<Node>(Kind::File);
+    const bool anew = node == nullptr;
+    if (anew) node = parent.entries[nameOf(path)] = std::make_shared<Node>(Kind::File);
     if (node->kind != Kind::File) throw DiskFault(node->kind == Kind::Link ? ELOOP : EISDIR);
     if (access == Access::Empty) node->content.clear();
+    if (anew || access == Access::Empty) written(*node);
     return handleOf(node);
 }
 
@@ -191,6 +205,7 @@ void MemoryDisk::write(Handle file, std::int64_t to, std::string_view bytes) {
         const std::size_t start = static_cast<std::size_t>(to);
         if (node.content.size() < start + part.size()) node.content.resize(start + part.size());
         node.content.replace(start, part.size(), part);
+        written(node);
     };
     const bool alive = !died_;
     try {
@@ -210,6 +225,7 @@ std::int64_t MemoryDisk::size(Handle file) {
 void MemoryDisk::truncate(Handle file, std::int64_t size) {
     change();
     at(file).content.resize(static_cast<std::size_t>(size));
+    written(at(file));
 }
 
 void MemoryDisk::flush(Handle file) {
@@ -226,8 +242,7 @@ void MemoryDisk::close(Handle file) {
 DiskDriver::Status MemoryDisk::status(const std::string& path) {
     call();
     const NodeOf node = look(path);
-    if (!node) return {};
-    return {node->kind, node->kind == Kind::File ? static_cast<std::int64_t>(node->content.size()) : 0};
+    return node ? statusOf(*node) : Status{};
 }
 
 std::string MemoryDisk::linkTarget(const std::string& path) {
@@ -237,10 +252,11 @@ std::string MemoryDisk::linkTarget(const std::string& path) {
     return node->content;
 }
 
-std::vector<DiskDriver::Entry> MemoryDisk::list(const std::string& path) {
+std::vector<DiskDriver::Entry> MemoryDisk::list(const std::string& path, Detail detail) {
     call();
     std::vector<Entry> entries;
-    for (const auto& [name, node] : folder(path).entries) entries.push_back({name, node->kind});
+    for (const auto& [name, node] : folder(path).entries)
+        entries.push_back({name, detail == Detail::All ? statusOf(*node) : Status{node->kind, 0, {}}});
     return entries;
 }
 
@@ -267,8 +283,9 @@ void MemoryDisk::remove(const std::string& path) {
     take(path);
 }
 
+// A machine without a desktop.
 void MemoryDisk::moveToWaste(const std::string& path) {
-    waste.push_back({path, take(path)->content});
+    WasteFolder(*this).keep(path);
 }
 
 }  // namespace talvora

@@ -21,12 +21,9 @@ class MemoryDisk final : public DiskDriver {
     // What a restart finds: what was flushed (lost power), or everything that was done before the disk died
     // (a killed process), with half of the bytes of the write that was under way.
     enum class Survived { Flushed, Everything };
-    struct Wasted {
-        std::string Path;
-        std::string Content;
-    };
 
-    MemoryDisk();
+    // Changes are dated by `clock`, which outlives the disk; without one all are as old as `DateTime`.
+    explicit MemoryDisk(const Clock* clock = nullptr);
     ~MemoryDisk() override;
 
     // A file as if it had always been there; folders on the way are made.
@@ -46,7 +43,6 @@ class MemoryDisk final : public DiskDriver {
     bool died() const { return died_; }
     void restart(Survived survived = Survived::Flushed);
 
-    std::vector<Wasted> waste;                  // oldest first
     std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
     int openHandles() const { return static_cast<int>(handles_.size()); }
 
@@ -60,7 +56,7 @@ class MemoryDisk final : public DiskDriver {
     void close(Handle file) override;
     Status status(const std::string& path) override;
     std::string linkTarget(const std::string& path) override;
-    std::vector<Entry> list(const std::string& folder) override;
+    std::vector<Entry> list(const std::string& folder, Detail detail) override;
     void flushFolder(const std::string& folder) override;
     void makeFolder(const std::string& path) override;
     void rename(const std::string& from, const std::string& to) override;
@@ -73,6 +69,8 @@ class MemoryDisk final : public DiskDriver {
 
     void call();
     void change();
+    void written(Node& node) const;
+    static Status statusOf(const Node& node);
     Node& at(Handle file);
     NodeOf look(const std::string& path) const;
     NodeOf existing(const std::string& path) const;
@@ -81,6 +79,7 @@ class MemoryDisk final : public DiskDriver {
     Node& makeFolders(const std::string& path);
     Handle handleOf(NodeOf node);
 
+    const Clock* clock_;
     NodeOf root_;
     std::map<Handle, NodeOf> handles_;
     Handle nextHandle_ = 1;

@@ -3,21 +3,29 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFontDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <functional>
 #include <memory>
 
+#include "desktop/FontDialog.h"
 #include "desktop/QtQuestions.h"
 #include "desktop/QuestionBox.h"
 
 namespace talvora::test {
 
 namespace {
+
+using Strings = std::vector<std::string>;
 
 // The boxes on the screen, the oldest first.
 std::vector<QuestionBox*> boxes() {
@@ -170,6 +178,68 @@ TEST_F(QuestionsTest, NoQuestionOutlivesItsWindowOrTheProgram) {
     });
     QApplication::exec();
     EXPECT_EQ(answers, (std::vector{Answer::Cancel, Answer::No, Answer::No}));
+}
+
+template <class Dialog>
+Dialog* dialog() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* found = dynamic_cast<Dialog*>(window);
+        if (found != nullptr && found->isVisible()) return found;
+    }
+    ADD_FAILURE() << "no such box";
+    return nullptr;
+}
+
+TEST_F(QuestionsTest, FilesAreChosenByNativePathsAndNobodyElseIsBlocked) {
+    const QTemporaryDir folder;
+    Strings paths;
+    for (const char* name : {"Ελλάδα.txt", "b.txt", "c.png"}) {
+        QFile file(folder.filePath(QString::fromUtf8(name)));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        paths.push_back(QFile::encodeName(file.fileName()).toStdString());
+    }
+    OpenFileBox open;
+    open.Kinds = {{"Texts", "*.txt"}, {"All files", "*.*"}};
+    open.Many = true;
+    meanwhile([&] {
+        auto* files = dialog<QFileDialog>();
+        EXPECT_FALSE(files->isModal());
+        EXPECT_EQ(files->nameFilters().value(1), QStringLiteral("All files (*)"));
+        files->setDirectory(folder.path());
+        auto* line = files->findChild<QLineEdit*>();
+        line->setText(QString::fromUtf8("\"Ελλάδα.txt\" \"b.txt\""));
+        static_cast<QDialog*>(files)->accept();
+    });
+    EXPECT_EQ(asking.Ask(open), (Strings{paths[0], paths[1]}));
+    meanwhile([] { dialog<QFileDialog>()->close(); });
+    EXPECT_EQ(asking.Ask(open), Strings());
+
+    SaveFileBox save;
+    save.Suggested = "new.txt";
+    meanwhile([&] {
+        EXPECT_EQ(dialog<QFileDialog>()->directory(), QDir(folder.path())) << "where files were chosen last";
+        static_cast<QDialog*>(dialog<QFileDialog>())->accept();
+    });
+    EXPECT_EQ(asking.Ask(save), QFile::encodeName(folder.filePath("new.txt")).toStdString());
+    meanwhile([] { QTest::keyClick(dialog<QFileDialog>(), Qt::Key_Escape); });
+    EXPECT_FALSE(asking.Ask(save));
+}
+
+TEST_F(QuestionsTest, AFontComesBackAsItWentInUnlessItIsChanged) {
+    FontBox question;
+    question.Preset = {"A font that nobody has", 13, true, false, true, true, 0x123456};
+    meanwhile([] { dialog<FontDialog>()->accept(); });
+    EXPECT_EQ(asking.Ask(question), question.Preset);
+    meanwhile([] {
+        auto* box = dialog<FontDialog>()->findChild<QComboBox*>(QString(), Qt::FindDirectChildrenOnly);
+        box->setCurrentIndex(box->findText(QStringLiteral("Red")));
+        dialog<FontDialog>()->accept();
+    });
+    FontChoice red = question.Preset;
+    red.Color = 0x0000FF;
+    EXPECT_EQ(asking.Ask(question), red);
+    meanwhile([] { QTest::keyClick(dialog<FontDialog>()->findChild<QFontDialog*>(), Qt::Key_Escape); });
+    EXPECT_FALSE(asking.Ask(question));
 }
 
 }  // namespace talvora::test

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "e2e/support/IrcPeer.h"
-#include "e2e/support/IrcServer.h"
-#include "e2e/support/Irssi.h"
-#include "e2e/support/OrreryProcess.h"
+#include "simulation/programs/IrcPeer.h"
+#include "simulation/programs/IrcServer.h"
+#include "simulation/programs/Irssi.h"
+#include "simulation/programs/OrreryProcess.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -23,16 +23,16 @@ void expectPeacefulEnd(OrreryProcess& orrery) {
 
 // A line of the server whose text holds `part`.
 void expectWord(GateReader& gate, const std::string& word, const std::string& part) {
-    const auto wanted = [&](const Json& data) {
-        return data.at(std::size_t{0}).text() == word && data.at(2).text().find(part) != std::string::npos;
+    const auto wanted = [&](const QJsonValue& data) {
+        return textOf(data[0]) == word && textOf(data[2]).find(part) != std::string::npos;
     };
     gate.expectMessage(HostMsg::ServerWord, wanted, word + " with " + part);
 }
 
 // Servers decorate the words of farewell.
 void expectQuit(GateReader& gate, const std::string& nick, const std::string& words) {
-    const auto wanted = [&](const Json& data) {
-        return data.at(std::size_t{0}).text() == nick && data.at(1).text().find(words) != std::string::npos;
+    const auto wanted = [&](const QJsonValue& data) {
+        return textOf(data[0]) == nick && textOf(data[1]).find(words) != std::string::npos;
     };
     gate.expectMessage(HostMsg::UserQuit, wanted, nick + " saying " + words);
 }
@@ -72,52 +72,52 @@ INSTANTIATE_TEST_SUITE_P(Speaking, TwoUsers,
 
 TEST_P(TwoUsers, MeetTalkPartAndMeetAgain) {
     IrcServer server(ServerKind::Ngircd);
-    OrreryProcess nikos(server.port(), user("Nikos", "#one|", {channelWindows}));
+    OrreryProcess nikos(server, user("Nikos", "#one|", {channelWindows}));
     GateReader& hears = nikos.gate();
     {
-        OrreryProcess maria(server.port(), user("Maria", "", {"Settings/QuitMsg=Τα λέμε"}));
+        OrreryProcess maria(server, user("Maria", "", {"Settings/QuitMsg=Τα λέμε"}));
         GateReader& says = maria.gate();
         hears.expectNumeric(366, {"#one"});
         says.expectNumeric(366, {"#orrery"});
         says.send(HostMsg::SayRaw, "JOIN #one");
-        hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
-        EXPECT_NE(says.expectNumeric(353, {"=", "#one"}).at(2).text().find("Nikos"), std::string::npos);
+        hears.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Maria"});
+        EXPECT_NE(textOf(says.expectNumeric(353, {"=", "#one"})[2]).find("Nikos"), std::string::npos);
 
         says.send(HostMsg::SayRaw, "PRIVMSG #one :Καλησπέρα: \"όλοι\"");
         hears.expectNotice(2, "#One", "#One: Maria: Καλησπέρα: \"όλοι\"");
-        hears.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Maria", "Καλησπέρα: \"όλοι\""});
+        hears.expectMessage(HostMsg::ChannelText, QJsonArray{"#one", "Maria", "Καλησπέρα: \"όλοι\""});
         // A window that opens asks for the names of its channel.
-        const auto both = [](const Json& data) {
-            return data.at(2).text().find("Maria") != std::string::npos;
+        const auto both = [](const QJsonValue& data) {
+            return textOf(data[2]).find("Maria") != std::string::npos;
         };
         hears.expectMessage(HostMsg::ServerNumeric, both, "names with Maria");
         says.send(HostMsg::SayRaw, "PRIVMSG #one :\1ACTION γνέφει\1");
         hears.expectNotice(2, "#One", "#One: Maria: $ACTION γνέφει");
-        says.send(HostMsg::SayPrivate, JsonArray{"Nikos", "μόνο εσύ"});
+        says.send(HostMsg::SayPrivate, QJsonArray{"Nikos", "μόνο εσύ"});
         hears.expectNotice(1, "Maria", "Maria: μόνο εσύ");
-        hears.expectMessage(HostMsg::PrivateText, JsonArray{"Maria", "μόνο εσύ"});
+        hears.expectMessage(HostMsg::PrivateText, QJsonArray{"Maria", "μόνο εσύ"});
 
         says.send(HostMsg::SayRaw, "NICK Maria[AWAY]");
-        hears.expectMessage(HostMsg::UserRenamed, JsonArray{"Maria", "Maria[AWAY]"});
+        hears.expectMessage(HostMsg::UserRenamed, QJsonArray{"Maria", "Maria[AWAY]"});
         says.send(HostMsg::SayRaw, "PRIVMSG Nikos :\1ACTION λείπει\1");
         hears.expectNotice(1, "Maria[away]", "Maria[away]: λείπει");
         says.send(HostMsg::SayRaw, "NICK Maria");
-        hears.expectMessage(HostMsg::UserRenamed, JsonArray{"Maria[AWAY]", "Maria"});
+        hears.expectMessage(HostMsg::UserRenamed, QJsonArray{"Maria[AWAY]", "Maria"});
         says.send(HostMsg::SayRaw, "PART #one");
-        hears.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Maria"});
+        hears.expectMessage(HostMsg::UserParted, QJsonArray{"#one", "Maria"});
         says.send(HostMsg::SayRaw, "JOIN #one");
-        hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
+        hears.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Maria"});
         says.send(HostMsg::Terminate, {});
         expectQuit(hears, "Maria", "Τα λέμε");
         expectPeacefulEnd(maria);
     }
     // Back again, and of another mind.
-    OrreryProcess maria(server.port(), user("Maria", "#one|", {"Settings/IgnoreList=nikos@"}));
-    hears.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Maria"});
-    maria.gate().send(HostMsg::SayPrivate, JsonArray{"Nikos", "πάλι εδώ"});
+    OrreryProcess maria(server, user("Maria", "#one|", {"Settings/IgnoreList=nikos@"}));
+    hears.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Maria"});
+    maria.gate().send(HostMsg::SayPrivate, QJsonArray{"Nikos", "πάλι εδώ"});
     hears.expectNotice(1, "Maria", "Maria: πάλι εδώ");
     hears.send(HostMsg::SayRaw, "PRIVMSG #one :μ' ακούς;");
-    hears.send(HostMsg::SayPrivate, JsonArray{"Maria", "μ' ακούς;"});
+    hears.send(HostMsg::SayPrivate, QJsonArray{"Maria", "μ' ακούς;"});
     hears.expectNotice(1, "Maria", "Maria: ignores you");
     EXPECT_FALSE(maria.gate().saw(hostMessage(HostMsg::ChannelText)) ||
                  maria.gate().saw(hostMessage(HostMsg::PrivateText)));
@@ -138,10 +138,10 @@ class WithIrssi : public testing::Test {
 
 TEST_F(WithIrssi, TheUserAnswersAndIsHeard) {
     IrcServer server(ServerKind::Ngircd);
-    OrreryProcess maria(server.port(), {.nick = "Maria",
-                                        .channels = "#one|",
-                                        .encoding = "utf-8",
-                                        .settings = {"Settings/QuitMsg=Γεια σας"}});
+    OrreryProcess maria(server, {.nick = "Maria",
+                                 .channels = "#one|",
+                                 .encoding = "utf-8",
+                                 .settings = {"Settings/QuitMsg=Γεια σας"}});
     GateReader& gate = maria.gate();
     gate.expectNumeric(366, {"#one"});
     Irssi petros(server.port());
@@ -161,7 +161,7 @@ TEST_F(WithIrssi, TheUserAnswersAndIsHeard) {
     petros.expect("<@Maria> Καλημέρα σε όλους!");
     gate.send(HostMsg::SayRaw, "PRIVMSG #one :\1ACTION γνέφει\1");
     petros.expect("[*] Maria γνέφει");
-    gate.send(HostMsg::SayPrivate, JsonArray{"Petros", "μόνο εσύ"});
+    gate.send(HostMsg::SayPrivate, QJsonArray{"Petros", "μόνο εσύ"});
     petros.expect("\\[Maria\\(~Maria@127.0.0.1\\)\\] μόνο εσύ");
     gate.send(HostMsg::SayRaw, "NICK Maria[AWAY]");
     petros.expect("Maria is now known as Maria\\[AWAY\\]");
@@ -172,33 +172,34 @@ TEST_F(WithIrssi, TheUserAnswersAndIsHeard) {
 
 TEST_F(WithIrssi, ItsWordsArriveAsTheyAre) {
     IrcServer server(ServerKind::Ngircd);
-    OrreryProcess maria(server.port(), {.nick = "Maria", .channels = "#one|", .settings = {channelWindows}});
+    OrreryProcess maria(server, {.nick = "Maria", .channels = "#one|", .settings = {channelWindows}});
     GateReader& gate = maria.gate();
     gate.expectNumeric(366, {"#one"});
     Irssi petros(server.port(), {.charset = "CP1253"});
-    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Petros"});
+    gate.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Petros"});
 
     petros.type("Καλημέρα \0034,8με χρώμα\003 :-)");
     gate.expectNotice(2, "#One", "#One: Petros: Καλημέρα \0034,8με χρώμα\003 :-)");
-    gate.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Petros", "Καλημέρα \0034,8με χρώμα\003 :-)"});
+    gate.expectMessage(HostMsg::ChannelText,
+                       QJsonArray{"#one", "Petros", "Καλημέρα \0034,8με χρώμα\003 :-)"});
     petros.type("/me γνέφει");
     gate.expectNotice(2, "#One", "#One: Petros: $ACTION γνέφει");
     petros.type("/msg Maria {\\rtf1 τι;}");
     gate.expectNotice(1, "Petros", "Petros: {\\rtf1 τι;}");
-    gate.expectMessage(HostMsg::PrivateText, JsonArray{"Petros", "{\\rtf1 τι;}"});
+    gate.expectMessage(HostMsg::PrivateText, QJsonArray{"Petros", "{\\rtf1 τι;}"});
     petros.type("/action Maria γελά");
     gate.expectNotice(1, "Petros", "Petros: γελά");
     petros.type("/ctcp Maria _CHESS e2 e4");
-    gate.expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Petros", "e2 e4"});
+    gate.expectMessage(HostMsg::Verb, QJsonArray{"CHESS", "Petros", "e2 e4"});
     petros.type("/nctcp Maria VERSION ως έχει");
     expectWord(gate, "NOTICE", "\1VERSION ως έχει\1");
 
     petros.type("/nick Petros[AWAY]");
-    gate.expectMessage(HostMsg::UserRenamed, JsonArray{"Petros", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserRenamed, QJsonArray{"Petros", "Petros[AWAY]"});
     petros.type("/part #one ως εδώ");
-    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, QJsonArray{"#one", "Petros[AWAY]"});
     petros.type("/join #one");
-    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Petros[AWAY]"});
+    gate.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Petros[AWAY]"});
     petros.type("/quit αντίο");
     expectQuit(gate, "Petros[AWAY]", "αντίο");
     expectPeacefulEnd(maria);
@@ -209,11 +210,11 @@ TEST_F(WithIrssi, ItsWordsArriveAsTheyAre) {
 TEST(ChatPlugins, StandInTheTextPathOfEachWindow) {
     if (const auto reason = IrcServer::whyNot(ServerKind::Ngircd); !reason.empty()) GTEST_SKIP() << reason;
     IrcServer server(ServerKind::Ngircd);
-    OrreryProcess nikos(server.port(), {.channels = "#one|",
-                                        .settings = {channelWindows},
-                                        .plugins = {"e2e_microphone", "shout"},
-                                        .pluginList = "Test.Microphone T T 0 0 Microphone\n"
-                                                      "Shout.Shout T T 0 0 Shout aloud\n"});
+    OrreryProcess nikos(server, {.channels = "#one|",
+                                 .settings = {channelWindows},
+                                 .plugins = {"e2e_microphone", "shout"},
+                                 .pluginList = "Test.Microphone T T 0 0 Microphone\n"
+                                               "Shout.Shout T T 0 0 Shout aloud\n"});
     GateReader& gate = nikos.gate();
     gate.expectNumeric(366, {"#one"});
     IrcPeer anna(server.port(), "Anna");
@@ -231,7 +232,7 @@ TEST(ChatPlugins, StandInTheTextPathOfEachWindow) {
     gate.expectNotice(1, "Anna", "Anna: softly");
     for (const char* text : {"softly", "!shout", "softly"}) {
         gate.expectMessage(HostMsg::ChannelText,
-                           JsonArray{"#one", "Anna", text});  // the host hears it as it came
+                           QJsonArray{"#one", "Anna", text});  // the host hears it as it came
     }
 
     anna.say("#one", "say aloud");
@@ -243,4 +244,4 @@ TEST(ChatPlugins, StandInTheTextPathOfEachWindow) {
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "common/HostMessageNumbers.h"
-#include "e2e/support/IrcServer.h"
-#include "e2e/support/OrreryProcess.h"
-#include "e2e/support/Screen.h"
+#include "simulation/programs/IrcServer.h"
+#include "simulation/programs/OrreryProcess.h"
+#include "simulation/programs/Screen.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -23,26 +23,26 @@ class Windows : public testing::Test {
 TEST_F(Windows, TwoUsersTalkOverThem) {
     IrcServer server(ServerKind::Ngircd);
     const Screen screen;
-    OrreryProcess nikos(server.port(), {.nick = "Nikos", .channels = "#one|"});
+    OrreryProcess nikos(server, {.nick = "Nikos", .channels = "#one|"});
     nikos.gate().expectNumeric(366, {"#one"});
 
     OrreryOptions options{.nick = "Maria", .channels = "#one|"};
     options.settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"};
     options.screen = screen.environment();
-    OrreryProcess maria(server.port(), options);
+    OrreryProcess maria(server, options);
     maria.gate().expectNumeric(366, {"#one"});
     maria.gate().send(HostMsg::ShowWindow, 1);
     const std::string main = screen.expectWindow("Talvora");
 
     // What comes by itself shows, and leaves the keyboard where it is.
     screen.activate(main);
-    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Maria", "are you there?"});
+    nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria", "are you there?"});
     const std::string chat = screen.expectWindow("Chat - Nikos");
     EXPECT_EQ(screen.activeTitle(), "Talvora");
     screen.activate(chat);
     screen.type("yes <b> & no");
     screen.press("Return");
-    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Maria", "yes <b> & no"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, QJsonArray{"Maria", "yes <b> & no"});
 
     nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :and here?");
     screen.activate(screen.expectWindow("Channel - #One"));
@@ -66,7 +66,7 @@ TEST_F(Windows, TwoUsersTalkOverThem) {
 TEST_F(Windows, AskThreeThingsAtTheFirstStart) {
     IrcServer server(ServerKind::Ngircd);
     const Screen screen;
-    const TempFolder folder;
+    const Folder folder;
     Program program = orreryProgram(folder, folder.write("network.ini", profileText(server.port(), {})));
     std::erase(program.arguments, "--headless");
     for (const std::string& variable : screen.environment()) program.environment.push_back(variable);
@@ -85,7 +85,7 @@ TEST_F(Windows, AskThreeThingsAtTheFirstStart) {
 }
 
 TEST(WithoutAScreen, TheHostSaysSo) {
-    const TempFolder folder;
+    const Folder folder;
     Program program = orreryProgram(folder, folder.write("network.ini", profileText(1, {})));
     std::erase(program.arguments, "--headless");
     for (const char* variable : {"DISPLAY=", "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM="}) {
@@ -97,4 +97,4 @@ TEST(WithoutAScreen, TheHostSaysSo) {
 }
 
 }  // namespace
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -1,13 +1,13 @@
-// The programs themselves: two users side by side, the shell's tool, and refusals at the start.
+// The programs themselves: refusals at the start, one gate for one host, and the shell's tool.
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 
 #include "common/HostMessageNumbers.h"
-#include "e2e/support/EachServer.h"
+#include "e2e/EachServer.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -16,29 +16,6 @@ Program ctl(const OrreryProcess& orrery, std::initializer_list<std::string> word
     program.arguments = {builtProgram("orreryctl"), "--gate", orrery.gatePath()};
     program.arguments.insert(program.arguments.end(), words);
     return program;
-}
-
-TEST(TwoHosts, TalkThroughTheirGatesInUtf8) {
-    if (const auto reason = IrcServer::whyNot(ServerKind::Ngircd); !reason.empty()) GTEST_SKIP() << reason;
-    IrcServer server(ServerKind::Ngircd);
-    OrreryProcess nikos(server.port(), {.channels = "#one|", .encoding = "utf-8"});
-    OrreryProcess maria(server.port(), {.nick = "Maria[DND]", .channels = "#one|", .encoding = "utf-8"});
-    IrcPeer anna(server.port(), "Anna");
-    anna.join("#one");
-    nikos.gate().expectNumeric(366, {"#one"});
-    maria.gate().expectNumeric(366, {"#one"});
-    nikos.gate().expectNumeric(366, {"#orrery"});
-    maria.gate().expectNumeric(366, {"#orrery"});
-
-    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Maria[DND]", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Nikos", "Γειά σου: \"εδώ\"\\"});
-    maria.gate().send(HostMsg::SayVerb, JsonArray{"CHESS", "e2 e4", "Nikos"});
-    nikos.gate().expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Maria[DND]", "e2 e4"});
-    maria.gate().send(HostMsg::SaySystemVerb, JsonArray{"WEATHER", "ήλιος"});
-    nikos.gate().expectMessage(HostMsg::SystemVerb, JsonArray{"WEATHER", "Maria[DND]", "ήλιος"});
-    maria.gate().send(HostMsg::SayRaw, "PRIVMSG #one :καλημέρα σε όλους");
-    nikos.gate().expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Maria[DND]", "καλημέρα σε όλους"});
-    anna.expect({"PRIVMSG #one :καλημέρα σε όλους"});  // on the wire as in this file
 }
 
 struct Refusal {
@@ -57,7 +34,7 @@ TEST(WrongProfiles, EndTheStartWithTheLineNamed) {
     };
     for (const auto& [name, profile, said] : refusals) {
         SCOPED_TRACE(name);
-        TempFolder folder;
+        Folder folder;
         if (profile != nullptr) folder.write("network.ini", profile);
         Process orrery(orreryProgram(folder, folder / "network.ini"));
         EXPECT_EQ(orrery.waitExit(), 2);
@@ -68,7 +45,7 @@ TEST(WrongProfiles, EndTheStartWithTheLineNamed) {
 TEST(Host, LetsOnlyOneHaveAGate) {
     const FreePort nobody;
     OrreryProcess first(nobody.number());
-    TempFolder folder;
+    Folder folder;
     Program second = orreryProgram(folder, folder.write("network.ini", profileText(nobody.number(), {})));
     second.arguments.insert(second.arguments.end(), {"--gate", first.gatePath()});
     Process refused(second);
@@ -94,7 +71,7 @@ TEST(Orreryctl, WatchesAndSends) {
     EXPECT_EQ(about.waitExit(), 0) << about.output();
     Process words(ctl(orrery, {"send", "4000", "Καλημέρα", "12"}));
     EXPECT_EQ(words.waitExit(), 0) << words.output();
-    orrery.gate().expectMessage(4000, JsonArray{"Καλημέρα", "12"});
+    orrery.gate().expectMessage(4000, QJsonArray{"Καλημέρα", "12"});
     watch.expectOutput("\"Data\":[\"Καλημέρα\",\"12\"]");
     EXPECT_NE(watch.output().find("Talvora Messenger"), std::string::npos) << watch.output();
 
@@ -106,4 +83,4 @@ TEST(Orreryctl, WatchesAndSends) {
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

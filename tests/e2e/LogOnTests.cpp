@@ -1,8 +1,8 @@
 // Logging on to a real server, and what a fresh session asks it.
 
-#include "e2e/support/EachServer.h"
+#include "e2e/EachServer.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -19,17 +19,17 @@ std::string shownNumber(const std::string& tailing) {
 
 TEST_P(LogOn, IsFollowedByTheRefreshAndTheProbeOfTheRobot) {
     IrcServer server(GetParam());
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
     GateReader& gate = nikos.gate();
 
     gate.expectNumeric(1);
-    const Json users = gate.expectNumeric(352);
-    EXPECT_EQ(users.at(1).at(5).text(), "Nikos");
-    EXPECT_NE(users.at(2).text().find("UL:Default.Unsetted"), std::string::npos);
+    const QJsonValue users = gate.expectNumeric(352);
+    EXPECT_EQ(textOf(users[1][5]), "Nikos");
+    EXPECT_NE(textOf(users[2]).find("UL:Default.Unsetted"), std::string::npos);
     gate.expectNumeric(315);
     gate.expectNumeric(265);
     // Whether the user counts already differs; that a number stands where it is read does not.
-    const std::string number = shownNumber(gate.expectNumeric(266).at(2).text());
+    const std::string number = shownNumber(textOf(gate.expectNumeric(266)[2]));
     EXPECT_TRUE(number == "0" || number == "1") << number;
     gate.expectNumeric(401, {"OrreryServ"});
     gate.expectNumeric(366, {"#orrery"});
@@ -44,7 +44,7 @@ TEST_P(LogOn, JoinsTheSavedChannelsAndTheSystemChannelWithItsKey) {
     anna.join("#orrery");
     anna.send("MODE #orrery +k sesame");
     anna.settle();
-    OrreryProcess nikos(server.port(), {.channels = "#one|#two|", .settings = {"ChanKeys/#two=second"}});
+    OrreryProcess nikos(server, {.channels = "#one|#two|", .settings = {"ChanKeys/#two=second"}});
 
     for (const char* channel : {"#orrery", "#one", "#two"}) {
         anna.expect({":Nikos!", "JOIN", channel});
@@ -55,7 +55,7 @@ TEST_P(LogOn, JoinsTheSavedChannelsAndTheSystemChannelWithItsKey) {
 TEST_P(LogOn, WithANickInUseStandsStill) {
     IrcServer server(GetParam());
     IrcPeer other(server.port(), "Nikos");
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
 
     nikos.gate().expectNumeric(433, {"Nikos"});
     other.send("LUSERS");
@@ -67,7 +67,7 @@ TEST_P(LogOn, WithANickInUseStandsStill) {
 TEST_P(LogOn, KeepsTheStateInTheNick) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
-    OrreryProcess maria(server.port(), {.nick = "Maria[DND]"});
+    OrreryProcess maria(server, {.nick = "Maria[DND]"});
 
     maria.gate().expectNumeric(1);
     anna.send("WHOIS Maria[DND]");
@@ -76,8 +76,7 @@ TEST_P(LogOn, KeepsTheStateInTheNick) {
 
 TEST_P(LogOn, SendsThePasswordFirstWhereTheProfileSaysSo) {
     IrcServer server(GetParam(), {.password = "open"});
-    OrreryProcess nikos(server.port(),
-                        {.dialect = "standard +password-first", .settings = {"Settings/Pass=open"}});
+    OrreryProcess nikos(server, {.dialect = "standard +password-first", .settings = {"Settings/Pass=open"}});
 
     nikos.gate().expectNumeric(1);
     nikos.gate().expectNumeric(366, {"#orrery"});
@@ -92,7 +91,7 @@ TEST_P(LogOn, TellsOfRefusedChannels) {
         anna.send(mode);
     }
     anna.settle();
-    OrreryProcess nikos(server.port(), {.channels = "#keyed|#invited|#banned|"});
+    OrreryProcess nikos(server, {.channels = "#keyed|#invited|#banned|"});
 
     nikos.gate().expectNumeric(475, {"#keyed"});
     nikos.gate().expectNumeric(473, {"#invited"});
@@ -101,7 +100,7 @@ TEST_P(LogOn, TellsOfRefusedChannels) {
 
 TEST_P(LogOn, ComesBackAfterTheServerWasDown) {
     IrcServer server(GetParam());
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
     nikos.gate().expectNumeric(1);
     nikos.gate().expectNumeric(366, {"#orrery"});
 
@@ -110,7 +109,7 @@ TEST_P(LogOn, ComesBackAfterTheServerWasDown) {
     nikos.gate().expectNumeric(1);
     nikos.gate().expectNumeric(366, {"#orrery"});
     IrcPeer anna(server.port(), "Anna");
-    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Anna", "back again"});
+    nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Anna", "back again"});
     anna.expect({":Nikos!", "PRIVMSG Anna :back again"});
 }
 
@@ -119,13 +118,12 @@ TEST_P(LogOn, EndsWithTheWordsOfFarewell) {
     IrcPeer anna(server.port(), "Anna");
     anna.join("#one");
     {
-        OrreryProcess nikos(server.port(),
-                            {.channels = "#one|", .settings = {"Settings/QuitMsg=Gone fishing"}});
+        OrreryProcess nikos(server, {.channels = "#one|", .settings = {"Settings/QuitMsg=Gone fishing"}});
         anna.expect({":Nikos!", "JOIN", "#one"});
         EXPECT_EQ(nikos.terminate(), 0) << nikos.process().output();
         anna.expect({":Nikos!", "QUIT", "Gone fishing"});
     }
-    OrreryProcess maria(server.port(), {.nick = "Maria", .channels = "#one|"});
+    OrreryProcess maria(server, {.nick = "Maria", .channels = "#one|"});
     anna.expect({":Maria!", "JOIN", "#one"});
     maria.gate().send(HostMsg::Terminate, {});
     anna.expect({":Maria!", "QUIT", "Bye bye!"});
@@ -133,4 +131,4 @@ TEST_P(LogOn, EndsWithTheWordsOfFarewell) {
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -1,57 +1,56 @@
 // What the session hears of others in its channels: comings, goings and modes, as each server words them.
 
-#include "e2e/support/EachServer.h"
+#include "e2e/EachServer.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
 TALVORA_EACH_SERVER(Others);
 
 // A line of the server as the engine read it: the word, its parameters without the empty ones, the text.
-void expectLine(GateReader& gate, const std::string& word, const JsonArray& parameters) {
+void expectLine(GateReader& gate, const std::string& word, const QJsonArray& parameters) {
     gate.expectMessage(
         HostMsg::ServerWord,
-        [&](const Json& data) {
-            JsonArray found;
-            for (std::size_t i = 0; i < data.at(1).size(); ++i) {
-                if (!data.at(1).at(i).text().empty()) found.push_back(data.at(1).at(i));
+        [&](const QJsonValue& data) {
+            QJsonArray found;
+            for (const QJsonValue parameter : data[1].toArray()) {
+                if (!textOf(parameter).empty()) found.push_back(parameter);
             }
-            return data.at(std::size_t{0}).text() == word && found == parameters && data.at(2).text().empty();
+            return textOf(data[0]) == word && found == parameters && textOf(data[2]).empty();
         },
-        word + " " + Json(parameters).write());
+        word + " of that form");
 }
 
 // What the server answers to this stands behind all that it answered before.
 void settle(GateReader& gate) {
     gate.send(HostMsg::SayRaw, "PING :settled");
     gate.expectMessage(
-        HostMsg::ServerWord, [](const Json& data) { return data.at(std::size_t{0}).text() == "PONG"; },
-        "PONG");
+        HostMsg::ServerWord, [](const QJsonValue& data) { return textOf(data[0]) == "PONG"; }, "PONG");
 }
 
 TEST_P(Others, AreToldOfWhenTheyComeAndGo) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");  // before the other: ircd-hybrid drops the last words of a newcomer
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     GateReader& gate = nikos.gate();
     gate.expectNumeric(366, {"#one"});
 
     anna.join("#one");
-    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Anna"});
+    gate.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Anna"});
     anna.send("NICK Anna[AWAY]");
-    gate.expectMessage(HostMsg::UserRenamed, JsonArray{"Anna", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserRenamed, QJsonArray{"Anna", "Anna[AWAY]"});
     anna.send("PART #one");
-    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, QJsonArray{"#one", "Anna[AWAY]"});
     anna.join("#one");
-    gate.expectMessage(HostMsg::UserJoined, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserJoined, QJsonArray{"#one", "Anna[AWAY]"});
     anna.send("PART #one :later");
-    gate.expectMessage(HostMsg::UserParted, JsonArray{"#one", "Anna[AWAY]"});
+    gate.expectMessage(HostMsg::UserParted, QJsonArray{"#one", "Anna[AWAY]"});
     anna.join("#one");
     anna.send("QUIT :so long");
     // ircd-hybrid keeps back the last words of somebody who has just come.
     gate.expectMessage(
-        HostMsg::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "Anna[AWAY]"; },
+        HostMsg::UserQuit, [](const QJsonValue& data) { return textOf(data[0]) == "Anna[AWAY]"; },
         "Anna[AWAY]");
 }
 
@@ -59,16 +58,16 @@ TEST_P(Others, KickTheUserAndEachOther) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
     anna.join("#one");
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     anna.expect({":Nikos!", "JOIN", "#one"});
     IrcPeer petros(server.port(), "Petros");
     petros.join("#one");
 
     anna.send("KICK #one Petros :noise");
-    nikos.gate().expectMessage(HostMsg::UserParted, JsonArray{"#one", "Petros"});
+    nikos.gate().expectMessage(HostMsg::UserParted, QJsonArray{"#one", "Petros"});
     anna.send("KICK #one Nikos :noise");
-    const auto kicked = [](const Json& data) {
-        return data.at(std::size_t{0}).text() == "KICK" && data.at(1).at(1).text() == "Nikos";
+    const auto kicked = [](const QJsonValue& data) {
+        return textOf(data[0]) == "KICK" && textOf(data[1][1]) == "Nikos";
     };
     nikos.gate().expectMessage(HostMsg::ServerWord, kicked, "the kick");
 }
@@ -77,13 +76,13 @@ TEST_P(Others, ChangeModesInLinesOfOneForm) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
     anna.join("#one");
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     anna.expect({":Nikos!", "JOIN", "#one"});
     GateReader& gate = nikos.gate();
 
     struct Case {
         const char* sent;
-        JsonArray read;
+        QJsonArray read;
     };
     const Case cases[] = {
         {"+v Nikos", {"#one", "+v", "Nikos"}},
@@ -109,13 +108,12 @@ TEST_P(Others, MuteAChannelAndItStaysJoined) {
     IrcPeer anna(server.port(), "Anna");
     anna.join("#one");
     anna.send("MODE #one +m");
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     anna.expect({":Nikos!", "JOIN", "#one"});
 
     nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :may I?");
-    const auto toldSo = [](const Json& data) {
-        return data.at(std::size_t{0}).text() == "NOTICE" &&
-               data.at(2).text().find("#one") != std::string::npos;
+    const auto toldSo = [](const QJsonValue& data) {
+        return textOf(data[0]) == "NOTICE" && textOf(data[2]).find("#one") != std::string::npos;
     };
     nikos.gate().expectMessage(HostMsg::ServerWord, toldSo, "a notice about #one");
     EXPECT_FALSE(nikos.gate().saw("\"Data\":[404,"));
@@ -123,7 +121,7 @@ TEST_P(Others, MuteAChannelAndItStaysJoined) {
 
 TEST_P(Others, StayInTheListsOfKnownChannelsAlone) {
     IrcServer server(GetParam());
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     GateReader& gate = nikos.gate();
     gate.expectNumeric(366, {"#one"});
 
@@ -139,7 +137,7 @@ TEST_P(Others, StayInTheListsOfKnownChannelsAlone) {
 TEST(HybridAsShipped, GivesNoEmptyRowForInvisibleUsers) {
     if (const auto reason = IrcServer::whyNot(ServerKind::Hybrid); !reason.empty()) GTEST_SKIP() << reason;
     IrcServer server(ServerKind::Hybrid, {.invisible = true});
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
 
     nikos.gate().expectNumeric(266);  // the answer to WHO would stand before this one
     nikos.gate().expectNumeric(401, {"OrreryServ"});
@@ -150,14 +148,14 @@ TEST(HybridAsShipped, NamesTheUserAsItCutTheNick) {
     if (const auto reason = IrcServer::whyNot(ServerKind::Hybrid); !reason.empty()) GTEST_SKIP() << reason;
     IrcServer server(ServerKind::Hybrid, {.nickLength = 9});
     IrcPeer anna(server.port(), "Anna");
-    OrreryProcess nikos(server.port(), {.nick = "Alexandros"});
+    OrreryProcess nikos(server, {.nick = "Alexandros"});
 
     nikos.gate().expectNumeric(1);
-    nikos.gate().expectMessage(HostMsg::ServerWord, JsonArray{"NICK", JsonArray{"", ""}, "Alexandro"});
+    nikos.gate().expectMessage(HostMsg::ServerWord, QJsonArray{"NICK", QJsonArray{"", ""}, "Alexandro"});
     anna.say("Alexandro", "is it you?");
-    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Anna", "is it you?"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, QJsonArray{"Anna", "is it you?"});
 }
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -8,10 +8,10 @@
 #include <map>
 #include <random>
 
-#include "e2e/network/MailUser.h"
-#include "e2e/network/Network.h"
+#include "simulation/programs/MailUser.h"
+#include "simulation/programs/Network.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -218,4 +218,4 @@ INSTANTIATE_TEST_SUITE_P(Network, KilledRobot, testing::Range(0, 2));
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QtNetwork/QHostAddress>
+#include <QtNetwork/QTcpSocket>
 #include <csignal>
 
-#include "e2e/network/MailUser.h"
-#include "e2e/network/Network.h"
+#include "simulation/programs/MailUser.h"
+#include "simulation/programs/Network.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -90,11 +92,10 @@ TEST_F(RobotOnTheNetwork, TellsAnnouncementsAndAddresses) {
     converse(*maria, {{"ANN HAS 2", "ANN NO"}});
 
     converse(*maria, {{"INFO IP Anna[DND]", "IP 127.0.0.1 Anna[DND]"}});
-    const Descriptor asking = connectToPort(network.addressPort());
-    char address[64] = {};
-    ASSERT_TRUE(readable(asking.get(), static_cast<int>(Patience.count())));
-    EXPECT_EQ(std::string(address, static_cast<std::size_t>(read(asking.get(), address, sizeof address))),
-              "127.0.0.1");
+    QTcpSocket asking;
+    asking.connectToHost(QHostAddress(QHostAddress::LocalHost), static_cast<quint16>(network.addressPort()));
+    ASSERT_TRUE(asking.waitForReadyRead(static_cast<int>(Patience.count())));
+    EXPECT_EQ(asking.readAll().toStdString(), "127.0.0.1");
 }
 
 TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {
@@ -109,7 +110,7 @@ TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {
     network.robot().signal(SIGTERM);
     EXPECT_EQ(network.robot().waitExit(), 0) << network.robot().output();
     nikos.gate().expectMessage(
-        HostMsg::UserQuit, [](const Json& data) { return data.at(std::size_t{0}).text() == "OrreryServ"; },
+        HostMsg::UserQuit, [](const QJsonValue& data) { return textOf(data[0]) == "OrreryServ"; },
         "the robot's end");
     EXPECT_NE(network.robot().output().find("orreryserv.session: logged on"), std::string::npos)
         << network.robot().output();
@@ -140,7 +141,7 @@ TEST(RobotProgram, ChecksItsConfiguration) {
     };
     for (const auto& [name, config, status, said] : starts) {
         SCOPED_TRACE(name);
-        TempFolder folder;
+        Folder folder;
         Process checked = robot({"--check-config", "--config", folder.write("orreryserv.ini", config)});
         EXPECT_EQ(checked.waitExit(), status);
         EXPECT_NE(checked.output().find(said), std::string::npos) << checked.output();
@@ -153,7 +154,7 @@ TEST(RobotProgram, ChecksItsConfiguration) {
 }
 
 TEST(RobotProgram, SharesItsStoreWithNobody) {
-    TempFolder folder;
+    Folder folder;
     const FreePort nobody, addresses;
     const std::string config =
         folder.write("orreryserv.ini", robotConfig(nobody.number(), addresses.number(), folder / "robot.db"));
@@ -168,4 +169,4 @@ TEST(RobotProgram, SharesItsStoreWithNobody) {
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -1,8 +1,8 @@
 // Text and special text between a user's programs, the component and other people.
 
-#include "e2e/support/EachServer.h"
+#include "e2e/EachServer.h"
 
-namespace talvora::e2e {
+namespace talvora::programs {
 
 namespace {
 
@@ -16,16 +16,16 @@ TEST_P(Texts, OfUsersAndChannelsGoBothWays) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
     anna.join("#one");
-    OrreryProcess nikos(server.port(), {.channels = "#one|"});
+    OrreryProcess nikos(server, {.channels = "#one|"});
     anna.expect({":Nikos!", "JOIN", "#one"});
     GateReader& gate = nikos.gate();
 
-    gate.send(HostMsg::SayPrivate, JsonArray{"Anna", greek});
+    gate.send(HostMsg::SayPrivate, QJsonArray{"Anna", greek});
     anna.expect({":Nikos!", std::string("PRIVMSG Anna :") + greekBytes});
     anna.say("Nikos", greekBytes);
-    gate.expectMessage(HostMsg::PrivateText, JsonArray{"Anna", greek});
+    gate.expectMessage(HostMsg::PrivateText, QJsonArray{"Anna", greek});
     anna.say("#one", "all: hear this");
-    gate.expectMessage(HostMsg::ChannelText, JsonArray{"#one", "Anna", "all: hear this"});
+    gate.expectMessage(HostMsg::ChannelText, QJsonArray{"#one", "Anna", "all: hear this"});
     gate.send(HostMsg::SayRaw, "PRIVMSG #one :said raw");
     anna.expect({":Nikos!", "PRIVMSG #one :said raw"});
 }
@@ -34,17 +34,17 @@ TEST_P(Texts, OfOtherProgramsGoAsSpecialText) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
     anna.join("#orrery");
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
     anna.expect({":Nikos!", "JOIN", "#orrery"});
     GateReader& gate = nikos.gate();
 
     anna.special("Nikos", "_CHESS e2 e4");
-    gate.expectMessage(HostMsg::Verb, JsonArray{"CHESS", "Anna", "e2 e4"});
+    gate.expectMessage(HostMsg::Verb, QJsonArray{"CHESS", "Anna", "e2 e4"});
     anna.special("#orrery", "_WEATHER rain");
-    gate.expectMessage(HostMsg::SystemVerb, JsonArray{"WEATHER", "Anna", "rain"});
-    gate.send(HostMsg::SayVerb, JsonArray{"CHESS", "e7 e5", "Anna"});
+    gate.expectMessage(HostMsg::SystemVerb, QJsonArray{"WEATHER", "Anna", "rain"});
+    gate.send(HostMsg::SayVerb, QJsonArray{"CHESS", "e7 e5", "Anna"});
     anna.expect({":Nikos!", "PRIVMSG Anna :\1_CHESS e7 e5\1"});
-    gate.send(HostMsg::SaySystemVerb, JsonArray{"WEATHER", "sun"});
+    gate.send(HostMsg::SaySystemVerb, QJsonArray{"WEATHER", "sun"});
     anna.expect({":Nikos!", "PRIVMSG #orrery :\1_WEATHER sun\1"});
     anna.special("Nikos", "PING 123");
     anna.expect({":Nikos!", "NOTICE Anna :\1PING 123\1"});
@@ -54,29 +54,29 @@ TEST_P(Texts, OfOtherProgramsGoAsSpecialText) {
 TEST_P(Texts, WithNothingInThemCostNothing) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
     nikos.gate().expectNumeric(1);
 
     anna.say("Nikos", "");
     anna.say("Nikos", "something");
-    nikos.gate().expectMessage(HostMsg::PrivateText, JsonArray{"Anna", "something"});
+    nikos.gate().expectMessage(HostMsg::PrivateText, QJsonArray{"Anna", "something"});
     EXPECT_EQ(nikos.process().output().find("HandleData"), std::string::npos) << nikos.process().output();
 }
 
 TEST_P(Texts, ThatAreTooLongKeepTheirClosingMark) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");
-    OrreryProcess nikos(server.port());
+    OrreryProcess nikos(server);
     nikos.gate().expectNumeric(366, {"#orrery"});  // by its own JOIN it has learnt its prefix
 
-    nikos.gate().send(HostMsg::SayVerb, JsonArray{"LONG", std::string(600, 'x'), "Anna"});
+    nikos.gate().send(HostMsg::SayVerb, QJsonArray{"LONG", QString(600, 'x'), "Anna"});
     const std::string line = anna.expect({":Nikos!", "PRIVMSG Anna :\1_LONG xxx"});
     EXPECT_EQ(line.back(), '\1');
     EXPECT_GT(line.size(), 480U);
-    nikos.gate().send(HostMsg::SayPrivate, JsonArray{"Anna", "still there"});
+    nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Anna", "still there"});
     anna.expect({"PRIVMSG Anna :still there"});
 }
 
 }  // namespace
 
-}  // namespace talvora::e2e
+}  // namespace talvora::programs

@@ -28,6 +28,9 @@ struct StillWorld final : Loop, Network, Questions, Desktop {
     std::unique_ptr<SocketDriver> CreateSocket(const Security&) override { return nullptr; }
     Answer Ask(MessageBox&) override { return Answer::Ignore; }
     std::optional<std::string> Ask(const InputBox&) override { return {}; }
+    std::vector<std::string> Ask(const OpenFileBox&) override { return {}; }
+    std::optional<std::string> Ask(const SaveFileBox&) override { return {}; }
+    std::optional<FontChoice> Ask(const FontBox&) override { return {}; }
     int ScreenWidth() const override { return 0; }
     int ScreenHeight() const override { return 0; }
     const Form* ForegroundWindow() const override { return nullptr; }

@@ -27,6 +27,9 @@ void check(bool holds) {
 struct StillWorld final : Questions, Desktop, DiskDriver {
     Answer Ask(MessageBox&) override { return Answer::Abort; }
     std::optional<std::string> Ask(const InputBox&) override { return {}; }
+    std::vector<std::string> Ask(const OpenFileBox&) override { return {}; }
+    std::optional<std::string> Ask(const SaveFileBox&) override { return {}; }
+    std::optional<FontChoice> Ask(const FontBox&) override { return {}; }
     int ScreenWidth() const override { return 0; }
     int ScreenHeight() const override { return 0; }
     const Form* ForegroundWindow() const override { return nullptr; }

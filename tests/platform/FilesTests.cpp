@@ -5,8 +5,9 @@
 #include <map>
 
 #include "platform/Files.h"
+#include "platform/WasteFolder.h"
 #include "simulation/FaultOf.h"
-#include "simulation/MemoryDisk.h"
+#include "simulation/VirtualPlatform.h"
 
 namespace talvora::test {
 namespace {
@@ -66,7 +67,6 @@ TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
         }
     }
     EXPECT_EQ(folder.disk.paths(), before);
-    EXPECT_TRUE(folder.disk.waste.empty());
 }
 
 TEST(FilePaths, FindExistingNamesInAnyCaseAndCreateInTheCaseGiven) {
@@ -126,10 +126,66 @@ TEST(ReceivedFiles, GoToTheWasteBasketBeforeTheyAreEmptiedOrDeleted) {
     file.Close();
     folder.files.Kill("Received\\photo.jpg");
     folder.files.Discard("Mail\\i1A.ml");
-    ASSERT_EQ(folder.disk.waste.size(), 3U);
-    EXPECT_EQ(folder.disk.waste[0].Content + folder.disk.waste[1].Content, "oldnewer");
-    EXPECT_EQ(folder.disk.waste[2].Path, "Mail/i1A.ml");
-    EXPECT_EQ(folder.disk.paths(), (Paths{"System/Friends.lst"}));
+    EXPECT_EQ(folder.disk.paths(), (Paths{".waste/0000000001-photo.jpg", ".waste/0000000002-photo.jpg",
+                                          ".waste/0000000003-i1A.ml", "System/Friends.lst"}));
+    EXPECT_EQ(folder.content(".waste/0000000001-photo.jpg"), "old");
+    EXPECT_EQ(folder.content(".waste/0000000002-photo.jpg"), "newer");
+}
+
+TEST(DiscardedFiles, AreInTheirPlaceOrInTheWasteFolderWhateverFailsAndWhereverTheDiskDies) {
+    for (const auto survived : {Survived::Flushed, Survived::Everything}) {
+        bool reached = true;
+        for (int step = 0; reached; ++step) {
+            Folder folder;
+            folder.disk.dieAtWrite(step);
+            const bool gone = faultOf([&] { folder.files.Discard("Mail\\i1A.ml"); }) == 0;
+            reached = folder.disk.died();
+            folder.disk.restart(survived);
+            const std::string kept = folder.content(".waste/0000000001-i1A.ml");
+            EXPECT_EQ(kept.empty() ? folder.content("Mail/i1A.ml") : kept, "one\r\ntwo\r\n") << step;
+            EXPECT_TRUE(!gone || !kept.empty());
+        }
+    }
+}
+
+TEST(DiscardedFiles, AreKeptUpToABoundAndStayWhereTheyAreIfNoRoomCanBeMade) {
+    Folder folder;
+    const std::string name = std::string(240, 'x') + ".jpg";
+    const auto discard = [&](std::size_t file) {
+        folder.disk.put("Mail/" + name, std::to_string(file));
+        return faultOf([&] { folder.files.Discard("Mail\\" + name); });
+    };
+    for (std::size_t file = 1; file <= WasteFolder::mostFiles + 3; ++file) EXPECT_EQ(discard(file), 0);
+    const auto kept = folder.files.List(WasteFolder::name);
+    ASSERT_EQ(kept.size(), WasteFolder::mostFiles);
+    EXPECT_EQ(folder.files.ReadWhole(".waste\\" + kept.front()), "4");
+    EXPECT_EQ(folder.files.ReadWhole(".waste\\" + kept.back()), "67");
+    folder.disk.dieAtWrite(0);
+    EXPECT_EQ(discard(68), 57);
+    folder.disk.restart(Survived::Everything);
+    EXPECT_EQ(folder.content("Mail/" + name), "68");
+}
+
+TEST(FileEntries, TellSizeAndTimeOfTheLastWriting) {
+    VirtualTime time;
+    VirtualNetwork network{time};
+    VirtualPlatform around{time, network};
+    Files& files = around.files;
+    const DateTime before = around.clock.Now();
+    around.disk.put("Mail/b.ml", "old");
+    around.disk.put("Mail/a.ml", "old");
+    around.disk.put("Mail/folder/c.ml", "");
+    time.run(std::chrono::hours(1));
+    files.AppendRecord("Mail\\a.ml", "Subject: lunch");
+    time.run(std::chrono::hours(1));
+    const auto entries = files.Entries("Mail", "*.ml");
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].Name + entries[1].Name, "a.mlb.ml");
+    EXPECT_EQ(entries[0].Size, 16);
+    EXPECT_EQ(entries[0].Changed.Hour, before.Hour + 1);
+    EXPECT_EQ(entries[1].Changed, before);
+    EXPECT_EQ(files.ReadStart("Mail\\a.ml", 7), "Subject");
+    EXPECT_EQ(files.ReadStart("Mail\\b.ml", 7), "old");
 }
 
 TEST(OpenFiles, ReadLinesWhateverTheirEnds) {
@@ -174,7 +230,10 @@ TEST(OpenFiles, FaultAsTheClassicOnesDo) {
     folder.expectFaults(
         55, {[](Files& f) { f.Open("Mail\\i1A.ml", FileMode::Output); },
              [](Files& f) { f.Kill("Mail\\i1A.ml"); }, [](Files& f) { f.Rewrite("Mail\\i1A.ml", ""); },
-             [](Files& f) { f.Open("Mail\\new", FileMode::Input); }});
+             [](Files& f) { f.Open("Mail\\new", FileMode::Input); },
+             [](Files& f) { f.Rename("Mail\\i1A.ml", "Mail\\x"); },
+             [](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); },
+             [](Files& f) { f.Replace("System\\Friends.lst", "Mail\\i1A.ml"); }});
     folder.expectFaults(54, {[&](Files&) { in.WriteLine("x"); }, [&](Files&) { in.Put(1, "x"); },
                              [&](Files&) { out.ReadLine(); }});
     EXPECT_EQ(picked.Get(3, 10), "cked");

@@ -7,13 +7,13 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{720, 460};
+constexpr QSize channelSize{720, 460};
 constexpr int usersWidth = 170;
 
 }  // namespace
 
 ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
-    : ChatView(window, site, "Channel", standardSize), window_(window) {
+    : ChatView(window, site, "Channel", channelSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("channel")));
     addBeside(makeUserListTree(window.UserList1, tr("Users of the channel"), this), usersWidth);
 }
@@ -22,15 +22,16 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
         menu.addSeparator();
-        addEntry(menu, window_.mnuCmd)->setEnabled(false);
+        addCommands(menu, window_.Commands);
         return;
     }
+    if (&model != &window_.mnuCheck) return;
     for (Menu* check : {&window_.mnuChkshow, &window_.mnuChkBeep, &window_.mnuChkFlash, &window_.mnuNoFocus,
                         &window_.mnuPopup, &window_.mnuTimeStamp}) {
         addEntry(menu, *check, true);
     }
     menu.addSeparator();
-    for (Menu* entry : {&window_.mnuPart, &window_.mnuClose, &window_.mnuHide}) addEntry(menu, *entry);
+    for (Menu* entry : {&window_.mnuScripts, &window_.mnuPart, &window_.mnuClose, &window_.mnuHide}) addEntry(menu, *entry);
 }
 
 }  // namespace talvora

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "desktop/Binding.h"
+#include "desktop/Follow.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
 #include "desktop/Theme.h"
@@ -23,7 +24,7 @@ ChatView::ChatView(ChatWindow& window, const ViewSite& site, const std::string& 
     across_->addWidget(talk);
     across_->setStretchFactor(0, 1);
     across_->setChildrenCollapsible(false);
-    plugins_ = new SlotPanel(window_.Slots, window_.PluginsWidth, this);
+    plugins_ = new SlotPanel(window_.Slots, window_.PluginsWidth, site.Plugins, this);
 
     auto* top = new QHBoxLayout;
     top->addWidget(across_, 1);
@@ -68,11 +69,9 @@ QHBoxLayout* ChatView::makeButtons() {
     QToolButton* fold = add(QStringLiteral("menu"), tr("Plug-ins"));
     fold->setVisible(plugins_->HasSlots());
     on_ += plugins_->SlotsChanged.connect([this, fold] { fold->setVisible(plugins_->HasSlots()); });
-    const auto show = [fold](const std::string& caption) {
-        fold->setArrowType(caption == "<<" ? Qt::LeftArrow : Qt::RightArrow);
-    };
-    show(window_.FoldPlugins.Caption);
-    on_ += window_.FoldPlugins.Caption.Changed.connect(show);
+    follow(on_, window_.PluginsWidth, [this, fold](int) {
+        fold->setArrowType(window_.PluginsAreFolded() ? Qt::LeftArrow : Qt::RightArrow);
+    });
     connect(fold, &QToolButton::clicked, this, [this] { window_.FoldPlugins.Click.raise(); });
     return row;
 }
@@ -86,6 +85,15 @@ void ChatView::addBeside(QWidget* widget, int width) {
 void ChatView::showEvent(QShowEvent* event) {
     FormView::showEvent(event);
     if (!std::exchange(seen_, true)) writing_->setFocus();
+}
+
+void ChatView::addCommands(QMenu& menu, CommandMenu& commands) {
+    if (commands.Entries.UBound() < 0) {
+        addEntry(menu, commands.mnuCmd)->setEnabled(false);
+        return;
+    }
+    QMenu* const scripts = menu.addMenu(toQString(commands.mnuCmd.Caption.get()));
+    for (int i = 0; i <= commands.Entries.UBound(); ++i) addEntry(*scripts, commands.Entries(i));
 }
 
 }  // namespace talvora

@@ -21,7 +21,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{320, 600};
+constexpr QSize mainSize{320, 600};
 constexpr int windowColumn = 175;  // pixels
 constexpr int channelColumn = 130;
 constexpr int windowsHeight = 190;
@@ -42,7 +42,7 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 }  // namespace
 
 Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", standardSize), form_(form) {
+    : FormView(form, site, "Main", mainSize), form_(form) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
@@ -177,10 +177,7 @@ QWidget* Form1View::makeWindows() {
     ListModel::Look look;
     look.Columns = {tr("Open windows"), tr("Last text")};
     look.Icon = picturesOf(Pictures::Windows);
-    look.IsNews = [](int icon) {
-        return icon == WindowPicture::PrivateNews || icon == WindowPicture::ChannelNews;
-    };
-    auto* list = new ListTree(form_.Windows->ListView1, std::move(look), tr("Open windows"), part);
+    auto* list = new ListTree(form_.Windows->ListView1, look, tr("Open windows"), part);
     list->header()->resizeSection(0, windowColumn);
     list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
     rows->addWidget(list, 1);
@@ -210,7 +207,7 @@ QWidget* Form1View::makeChannels() {
     look.Columns = {tr("Channel"), tr("Users"), tr("Topic")};
     look.Icon = picturesOf(Pictures::Channels);
     look.Checkable = true;
-    auto* list = new ListTree(form_.Channels.ListView2, std::move(look), tr("Channels"), part);
+    auto* list = new ListTree(form_.Channels.ListView2, look, tr("Channels"), part);
     list->header()->resizeSection(0, channelColumn);
     list->header()->resizeSection(1, usersColumn);
     // The stretched last column asks for its own width too before it is cut.
@@ -239,8 +236,8 @@ void Form1View::fillStates(QMenu& menu) {
     const auto& states = form_.Presence.popStat;
     for (int i = 1; i <= states.UBound(); ++i) {
         const Menu& state = states(i);
-        const int icon = toQString(state.Tag.get()).section(QLatin1Char('|'), 0, 0).toInt();
-        QAction* action = menu.addAction(pictureOf(Pictures::States, icon), caption(state.Caption.get()));
+        QAction* action =
+            menu.addAction(pictureOf(Pictures::States, state.Picture), caption(state.Caption.get()));
         connect(action, &QAction::triggered, this, [this, i] {
             if (i <= form_.Presence.popStat.UBound()) form_.Presence.popStat(i).Click.raise();
         });

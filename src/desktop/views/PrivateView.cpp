@@ -6,12 +6,12 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize standardSize{560, 400};
+constexpr QSize privateSize{560, 400};
 
 }  // namespace
 
 PrivateView::PrivateView(frmPM& window, const ViewSite& site)
-    : ChatView(window, site, "Private", standardSize), window_(window) {
+    : ChatView(window, site, "Private", privateSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("private")));
 }
 
@@ -19,6 +19,9 @@ void PrivateView::fillMenu(QMenu& menu, Menu&) {
     for (Menu* check : {&window_.mnuPopup, &window_.mnuNoFocus, &window_.mnuTimeStamp}) {
         addEntry(menu, *check, true);
     }
+    menu.addSeparator();
+    addCommands(menu, window_.Commands);
+    addEntry(menu, window_.mnuScripts);
     menu.addSeparator();
     for (Menu* entry : {&window_.mnuStopPM, &window_.mnuHide}) addEntry(menu, *entry);
 }

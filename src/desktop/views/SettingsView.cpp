@@ -19,14 +19,6 @@ namespace talvora {
 
 namespace {
 
-void attachChoice(Subscriptions& on, ComboBox& model, QComboBox& widget) {
-    for (const std::string& line : model.List) widget.addItem(toQString(line));
-    widget.setCurrentIndex(model.ListIndex);
-    on += model.ListIndex.Changed.connect([&widget](int index) { widget.setCurrentIndex(index); });
-    QObject::connect(&widget, &QComboBox::currentIndexChanged, &widget,
-                     [&model](int index) { model.ListIndex = index; });
-}
-
 // Small print below a line.
 void addHint(QFormLayout* group, const QString& text) {
     auto* hint = new QLabel(text, group->parentWidget());
@@ -92,7 +84,7 @@ void SettingsView::addChoice(QFormLayout* group, Label& caption, ComboBox& box) 
     auto* label = new QLabel(group->parentWidget());
     auto* list = new QComboBox(group->parentWidget());
     attach(on_, caption, *label);
-    attachChoice(on_, box, *list);
+    attach(on_, box, *list);
     group->addRow(label, list);
     label->setBuddy(list);
 }

@@ -14,19 +14,24 @@ namespace talvora {
 
 class SlotView final : public QWidget {
   public:
-    SlotView(Container& slot, QWidget* parent);
+    SlotView(Container& slot, const PluginViews& views, QWidget* parent);
+    ~SlotView() override;
 
   private:
     void showCaption();
+    void showPlugin();
 
     Container& slot_;
+    const PluginViews& makers_;
+    std::shared_ptr<ChatPlugin> shown_;  // lives as long as its view
+    QWidget* plugin_ = nullptr;          // that view, if it has one
     QToolButton* bar_;
     QFrame* holder_;
     Subscriptions on_;
 };
 
-SlotView::SlotView(Container& slot, QWidget* parent)
-    : QWidget(parent), slot_(slot), bar_(new QToolButton(this)), holder_(new QFrame(this)) {
+SlotView::SlotView(Container& slot, const PluginViews& views, QWidget* parent)
+    : QWidget(parent), slot_(slot), makers_(views), bar_(new QToolButton(this)), holder_(new QFrame(this)) {
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
@@ -52,6 +57,22 @@ SlotView::SlotView(Container& slot, QWidget* parent)
     on_ += slot_.Expanded.Changed.connect([this](bool) { showCaption(); });
     on_ += slot_.Picture1.Height.Changed.connect([this](int) { showCaption(); });
     attachVisible(on_, slot_.Visible, *this);
+    showPlugin();
+    on_ += slot_.Label1.Loaded.Changed.connect([this](bool) { showPlugin(); });
+}
+
+SlotView::~SlotView() {
+    delete plugin_;
+}
+
+// A slot gets a plug-in once, and keeps it.
+void SlotView::showPlugin() {
+    if (shown_ != nullptr || slot_.Client() == nullptr) return;
+    shown_ = slot_.Client();
+    plugin_ = makers_.Make(*shown_, holder_);
+    if (plugin_ == nullptr) return;
+    holder_->layout()->addWidget(plugin_);
+    showCaption();
 }
 
 void SlotView::showCaption() {
@@ -63,11 +84,13 @@ void SlotView::showCaption() {
     font.setItalic(!slot_.Label1.Loaded);
     bar_->setFont(font);
     holder_->setVisible(slot_.Expanded);
-    holder_->setFixedHeight(std::max(slot_.Picture1.Height / twipsPerPixel, fontMetrics().height() * 2));
+    // A view of its own knows better than the plug-in how much this desktop's letters need.
+    const int wanted = plugin_ != nullptr ? holder_->sizeHint().height() : fontMetrics().height() * 2;
+    holder_->setFixedHeight(std::max(slot_.Picture1.Height / twipsPerPixel, wanted));
 }
 
-SlotPanel::SlotPanel(PluginSlots& slots_, Property<int>& width, QWidget* parent)
-    : QWidget(parent), model_(slots_), width_(width), rows_(new QVBoxLayout(this)) {
+SlotPanel::SlotPanel(PluginSlots& slots_, Property<int>& width, const PluginViews& views, QWidget* parent)
+    : QWidget(parent), model_(slots_), makers_(views), width_(width), rows_(new QVBoxLayout(this)) {
     rows_->setContentsMargins(0, 0, 0, 0);
     rows_->addStretch(1);
     for (int i = 0; i < model_.Count(); ++i) add(i);
@@ -83,7 +106,7 @@ SlotPanel::SlotPanel(PluginSlots& slots_, Property<int>& width, QWidget* parent)
 SlotPanel::~SlotPanel() = default;
 
 void SlotPanel::add(int index) {
-    auto view = std::make_unique<SlotView>(model_.plugins(index), this);
+    auto view = std::make_unique<SlotView>(model_.plugins(index), makers_, this);
     rows_->insertWidget(rows_->count() - 1, view.get());
     views_[index] = std::move(view);
     visible_[index] = model_.plugins(index).Visible.Changed.connect([this](bool) {

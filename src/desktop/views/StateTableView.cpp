@@ -16,7 +16,7 @@ namespace talvora {
 
 namespace {
 
-enum Column { Tag, Description, Columns };
+enum StateColumn { StateTag, StateDescription, StateColumns };
 
 }  // namespace
 
@@ -32,7 +32,7 @@ StateTableView::StateTableView(StateRows& rows, QWidget* parent)
     grid->addWidget(pictures_, 1, 1, Qt::AlignLeft);
     grid->setColumnStretch(1, 1);
     fill();
-    if (rows_.Count() > 0) table_->setCurrentCell(0, Tag);
+    if (rows_.Count() > 0) table_->setCurrentCell(0, StateTag);
     showCurrent();
     on_ += rows_.Changed.connect([this] { fill(); });
     connect(table_, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) { take(item->row()); });
@@ -41,9 +41,9 @@ StateTableView::StateTableView(StateRows& rows, QWidget* parent)
 }
 
 QTableWidget* StateTableView::makeTable() {
-    auto* table = new QTableWidget(0, Columns, this);
+    auto* table = new QTableWidget(0, StateColumns, this);
     table->setHorizontalHeaderLabels({tr("Tag"), tr("Description")});
-    table->horizontalHeader()->setSectionResizeMode(Description, QHeaderView::Stretch);
+    table->horizontalHeader()->setSectionResizeMode(StateDescription, QHeaderView::Stretch);
     table->horizontalHeader()->setHighlightSections(false);
     table->verticalHeader()->hide();
     table->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -92,15 +92,15 @@ void StateTableView::fill() {
 
 void StateTableView::fillRow(int index) {
     const StateRow& row = rows_.Row(static_cast<std::size_t>(index));
-    const auto put = [&](Column column, const std::string& text) {
+    const auto put = [&](StateColumn column, const std::string& text) {
         if (table_->item(index, column) == nullptr) {
             table_->setItem(index, column, new QTableWidgetItem);
         }
         table_->item(index, column)->setText(toQString(text));
     };
-    put(Tag, row.Tag);
-    put(Description, row.Description);
-    table_->item(index, Tag)->setIcon(pictureOf(Pictures::States, row.Icon));
+    put(StateTag, row.Tag);
+    put(StateDescription, row.Description);
+    table_->item(index, StateTag)->setIcon(pictureOf(Pictures::States, row.Icon));
 }
 
 void StateTableView::showCurrent() {
@@ -118,9 +118,9 @@ void StateTableView::showCurrent() {
 void StateTableView::take(int row) {
     if (row < 0 || row >= static_cast<int>(rows_.Count())) return;
     const auto index = static_cast<std::size_t>(row);
-    const auto text = [&](Column column) { return fromQString(table_->item(row, column)->text()); };
+    const auto text = [&](StateColumn column) { return fromQString(table_->item(row, column)->text()); };
     const int icon = row == current() ? pictures_->currentIndex() + 1 : rows_.Row(index).Icon;
-    rows_.Change(index, {text(Tag), text(Description), icon});
+    rows_.Change(index, {text(StateTag), text(StateDescription), icon});
     const QSignalBlocker quiet(table_);
     fillRow(row);
 }
@@ -128,9 +128,9 @@ void StateTableView::take(int row) {
 void StateTableView::add() {
     if (!rows_.Add()) return;  // the question may have outlived the view
     const int row = table_->rowCount() - 1;
-    table_->setCurrentCell(row, Tag);
+    table_->setCurrentCell(row, StateTag);
     table_->setFocus();
-    table_->editItem(table_->item(row, Tag));
+    table_->editItem(table_->item(row, StateTag));
 }
 
 void StateTableView::remove() {
@@ -138,7 +138,7 @@ void StateTableView::remove() {
     if (row < 0) return;
     rows_.Remove(static_cast<std::size_t>(row));
     const int left = table_->rowCount();
-    if (left > 0) table_->setCurrentCell(std::min(row, left - 1), Tag);
+    if (left > 0) table_->setCurrentCell(std::min(row, left - 1), StateTag);
     showCurrent();
 }
 

@@ -9,7 +9,7 @@ ListTree* makeUserListTree(UserList& users, const QString& accessibleName, QWidg
     look.Columns = {accessibleName};
     look.Icon = picturesOf(Pictures::States);
     look.Sorting = ListModel::Order::ByName;
-    return new ListTree(users.ListView1, std::move(look), accessibleName, parent);
+    return new ListTree(users.ListView1, look, accessibleName, parent);
 }
 
 }  // namespace talvora

@@ -13,7 +13,7 @@
 namespace talvora {
 
 Views::Views(Connect& component, Platform& platform, HostFace& face)
-    : component_(component), memory_(platform.Settings), site_{face, platform, memory_} {
+    : component_(component), memory_(platform.Settings), site_{face, platform, memory_, plugins_} {
     ChatDesk& chats = component_.Chats();
     viewEach<Form1View>(component_.MainWindowLoaded);
     viewEach<ChannelView>(chats.Channels.Loaded);

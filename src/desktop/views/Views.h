@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "desktop/FormView.h"
+#include "desktop/views/PluginViews.h"
 #include "host/Connect.h"
 
 namespace talvora {
@@ -26,6 +27,7 @@ class Views {
 
     Connect& component_;
     ViewMemory memory_;
+    PluginViews plugins_;
     ViewSite site_;
     std::vector<QPointer<FormView>> open_;
     Subscriptions on_;

@@ -11,7 +11,7 @@ namespace talvora {
 namespace {
 
 constexpr std::size_t LongestName = 80;
-constexpr std::size_t LongestText = 400;
+constexpr std::size_t LongestNotice = 400;
 constexpr std::size_t LongestWindow = 512;
 
 std::string textAt(const HostArray& data, std::size_t index, std::size_t longest) {
@@ -76,7 +76,7 @@ std::optional<PopUp> popUpOf(const HostValue& value, NoticePrivacy privacy) {
         popUp.Summary = nameOnly(kind, name, title);
         return popUp;
     }
-    std::string text = textAt(*data, 1, LongestText);
+    std::string text = textAt(*data, 1, LongestNotice);
     // The title says already who it is.
     if (chat && !window.empty() && text.starts_with(window + ": ")) text.erase(0, window.size() + 2);
     popUp.Summary = name;

@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace talvora {
+#include "platform/Colour.h"
 
-// 0x00BBGGRR, the system's form of a colour.
-using Colour = std::uint32_t;
+namespace talvora {
 
 struct CharFormat {
     std::uint16_t Color = 0;        // index in the colour table; 0 is the automatic colour

@@ -28,7 +28,7 @@ constexpr RtfWord group(std::string_view name, RtfDestination what = RtfDestinat
     return {name, RtfKind::Destination, static_cast<std::uint8_t>(what)};
 }
 
-constexpr RtfWord words[] = {
+constexpr RtfWord allWords[] = {
     flag("b", RtfFlag::Bold),
     flag("i", RtfFlag::Italic),
     flag("ul", RtfFlag::Underline),
@@ -147,7 +147,7 @@ constexpr RtfWord words[] = {
 };
 
 constexpr std::size_t slotCount = 512;
-static_assert(std::size(words) < slotCount / 2);
+static_assert(std::size(allWords) < slotCount / 2);
 
 constexpr std::uint32_t hashOf(std::string_view name) {
     std::uint32_t hash = kRtfHashStart;
@@ -158,8 +158,8 @@ constexpr std::uint32_t hashOf(std::string_view name) {
 // Slot by hash, or one of the next; number and 1 of the word, 0 where there is none.
 constexpr auto slots = [] {
     std::array<std::uint8_t, slotCount> table{};
-    for (std::size_t i = 0; i < std::size(words); ++i) {
-        std::size_t slot = hashOf(words[i].Name) % slotCount;
+    for (std::size_t i = 0; i < std::size(allWords); ++i) {
+        std::size_t slot = hashOf(allWords[i].Name) % slotCount;
         while (table[slot] != 0) slot = (slot + 1) % slotCount;
         table[slot] = static_cast<std::uint8_t>(i + 1);
     }
@@ -172,7 +172,7 @@ constexpr RtfWord unknown;
 
 const RtfWord& findRtfWord(std::string_view name, std::uint32_t hash) {
     for (std::size_t slot = hash % slotCount; slots[slot] != 0; slot = (slot + 1) % slotCount) {
-        const RtfWord& word = words[slots[slot] - 1];
+        const RtfWord& word = allWords[slots[slot] - 1];
         if (word.Name == name) return word;
     }
     return unknown;

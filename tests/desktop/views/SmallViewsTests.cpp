@@ -17,8 +17,9 @@
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
-#include "desktop/views/RememberingFace.h"
+#include "desktop/views/PluginViews.h"
 #include "simulation/VirtualPlatform.h"
+#include "simulation/windows/RememberingFace.h"
 
 namespace talvora::test {
 
@@ -55,7 +56,8 @@ class SmallViewsTest : public testing::Test {
     modEmotions emotions{virtuals.files, globError};
     RememberingFace face;
     ViewMemory memory{virtuals.settings};
-    ViewSite site{face, virtuals.platform, memory};
+    PluginViews plugins;
+    ViewSite site{face, virtuals.platform, memory, plugins};
 };
 
 struct Typed final : EmotionTarget {

@@ -13,7 +13,7 @@
 #include "desktop/ListTree.h"
 #include "desktop/QtText.h"
 #include "desktop/WritingBox.h"
-#include "desktop/views/DesktopWorld.h"
+#include "simulation/windows/DesktopWorld.h"
 
 namespace talvora::test {
 

@@ -245,34 +245,5 @@ TEST_F(WindowsTest, EveryButtonHasANameAndZoomIsRemembered) {
     EXPECT_EQ(named<RichTextView>(viewOf(chats().Privates.Window("Zoe")), "Conversation")->Zoom(), 1.5);
 }
 
-// Whoever forgets to bind a control has it here.
-TEST_F(WindowsTest, EveryControlIsBound) {
-    says(":Nikos!n@h PRIVMSG Maria :hi");
-    says(":Maria!m@h JOIN :#thes");
-    chats().Channels.StartChan("#thes");
-    settle();
-    Form1& main = client.window();
-    frmChanChat& channel = *chats().Channels.Window("#thes");
-    for (Label* label :
-         {&main.Session.Label8, &main.Session.Label20, &main.Users.Label21, &main.Presence.Label18,
-          &main.Presence.lblNick, &main.Trouble.lblTrouble, &channel.FoldPlugins}) {
-        EXPECT_TRUE(label->Caption.Changed.hasHandlers());
-    }
-    for (Image* image : {&main.Session.imgStat, &main.Presence.imgState})
-        EXPECT_TRUE(image->Picture.Changed.hasHandlers());
-    for (Image* image : {&main.Session.imgMailOK, &main.Session.imgMailErr}) {
-        EXPECT_TRUE(image->Visible.Changed.hasHandlers());
-    }
-    for (Form* form : {static_cast<Form*>(&main), static_cast<Form*>(&channel)}) {
-        EXPECT_TRUE(form->Caption.Changed.hasHandlers());
-        EXPECT_TRUE(form->Visible.Changed.hasHandlers());
-        EXPECT_TRUE(form->WindowState.Changed.hasHandlers());
-        EXPECT_TRUE(form->PopupMenu.hasHandlers());
-    }
-    EXPECT_TRUE(main.Windows->Check1.Value.Changed.hasHandlers());
-    EXPECT_TRUE(channel.PluginsWidth.Changed.hasHandlers());
-    EXPECT_TRUE(channel.Text1.GotFocus.hasHandlers());
-}
-
 }  // namespace
 }  // namespace talvora::test

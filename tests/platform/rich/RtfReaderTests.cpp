@@ -8,7 +8,7 @@
 namespace talvora::test {
 namespace {
 
-const std::string head =
+const std::string plainHead =
     "{\\rtf1\\ansi\\ansicpg1253\\deff0\\deflang1032{\\fonttbl{\\f0\\fnil\\fcharset161 Tahoma;}"
     "{\\f1\\fnil\\fcharset204 Cyr{\\*\\falt no}illic;}{\\f7\\fcharset128 Mincho;}}\r\n"
     "{\\colortbl ;\\red255 \\green0\\blue1;\\red0 \\green0\\blue128;}\r\n\\viewkind4\\uc1\\pard\\f0\\fs17 ";
@@ -26,7 +26,7 @@ struct Case {
 };
 
 TEST(RtfReader, TakesTablesFromTheDocument) {
-    const RichHead read = readRtfHead(head + "x\\par\\b\\qc\\cf2\\uc2");
+    const RichHead read = readRtfHead(plainHead + "x\\par\\b\\qc\\cf2\\uc2");
     EXPECT_EQ(read.Fonts, (std::vector<FontEntry>{{"Tahoma", 161}, {"Cyrillic", 204}, {"Mincho", 128}}));
     EXPECT_EQ(read.Colors, (std::vector<Colour>{0, 0x0100FF, 0x800000}));
     EXPECT_EQ(read.Base, (CharFormat{2, 0, 0, 17, true}));
@@ -86,7 +86,7 @@ TEST(RtfReader, ReadsTextAndFormats) {
          "a"},
         {"raw data", "a\\bin2 }{\\b\\bin-1 c\\bin d\\bin99999999999", "a[b]cd"},
     };
-    for (const Case& one : cases) EXPECT_EQ(dumpOfRtf(head + one.Rtf + "}"), one.Dump) << one.Name;
+    for (const Case& one : cases) EXPECT_EQ(dumpOfRtf(plainHead + one.Rtf + "}"), one.Dump) << one.Name;
 }
 
 TEST(RtfReader, ReadsCodePagesOfDocuments) {

@@ -1,0 +1,71 @@
+#include "desktop/TreeModel.h"
+
+#include <utility>
+
+#include "desktop/QtText.h"
+#include "desktop/Theme.h"
+
+namespace talvora {
+
+namespace {
+
+constexpr std::size_t longestText = 300;  // that a node shows
+
+}  // namespace
+
+TreeModel::TreeModel(TreeView& tree, IconOf iconOf) : tree_(tree), iconOf_(std::move(iconOf)) {
+    Nodes& nodes = tree.Nodes;
+    on_ += nodes.NodeComes.connect([this](Node* parent) {
+        const int row = parent != nullptr ? parent->Children() : tree_.Nodes.Roots();
+        beginInsertRows(parent != nullptr ? indexOf(*parent) : QModelIndex(), row, row);
+    });
+    on_ += nodes.NodeAdded.connect([this](Node&) { endInsertRows(); });
+    on_ += nodes.NodeChanged.connect(
+        [this](const Node& node) { Q_EMIT dataChanged(indexOf(node), indexOf(node)); });
+    on_ += nodes.Clearing.connect([this] { beginResetModel(); });
+    on_ += nodes.Cleared.connect([this] { endResetModel(); });
+}
+
+Node* TreeModel::node(const QModelIndex& index) {
+    return static_cast<Node*>(index.internalPointer());
+}
+
+QModelIndex TreeModel::indexOf(const Node& node) const {
+    return createIndex(node.Place() - 1, 0, &node);
+}
+
+QModelIndex TreeModel::index(int row, int column, const QModelIndex& parent) const {
+    if (!hasIndex(row, column, parent)) return {};
+    const Node& node = parent.isValid() ? TreeModel::node(parent)->Child(row + 1) : tree_.Nodes.Root(row + 1);
+    return createIndex(row, column, &node);
+}
+
+QModelIndex TreeModel::parent(const QModelIndex& index) const {
+    const Node* above = index.isValid() ? node(index)->Parent() : nullptr;
+    return above != nullptr ? indexOf(*above) : QModelIndex();
+}
+
+int TreeModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? node(parent)->Children() : tree_.Nodes.Roots();
+}
+
+int TreeModel::columnCount(const QModelIndex&) const {
+    return 1;
+}
+
+QVariant TreeModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const Node& shown = *node(index);
+    switch (role) {
+        case Qt::DisplayRole:
+            return oneLine(shown.Text(), longestText);
+        case Qt::ToolTipRole:
+            return theme::plainToolTip(oneLine(shown.Text(), longestText));
+        case Qt::DecorationRole:
+            return iconOf_ && shown.Image() != 0 ? QVariant(iconOf_(shown.Image())) : QVariant();
+        default:
+            return {};
+    }
+}
+
+}  // namespace talvora

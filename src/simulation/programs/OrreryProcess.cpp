@@ -1,0 +1,88 @@
+#include "simulation/programs/OrreryProcess.h"
+
+#include <csignal>
+#include <filesystem>
+
+namespace talvora::programs {
+
+namespace {
+
+// As a user would: by his own hand, writable by nobody else.
+void installPlugins(const Folder& folder, const OrreryOptions& options) {
+    namespace fs = std::filesystem;
+    if (!options.pluginList.empty()) folder.write("data/System/plugin.lst", options.pluginList);
+    const fs::path plugins = folder / "data/Plugins";
+    for (const std::string& name : options.plugins) {
+        fs::create_directories(plugins);
+        const fs::path library = plugins / (name + ".so");
+        fs::copy_file(builtProgram(name + ".so"), library);
+        for (const fs::path& place : {plugins.parent_path(), plugins, library}) {
+            fs::permissions(place, fs::perms::owner_all);
+        }
+    }
+}
+
+}  // namespace
+
+std::string builtProgram(const std::string& name) {
+    return std::string(TALVORA_BIN_DIR "/") + name;
+}
+
+std::string profileText(int serverPort, const OrreryOptions& options) {
+    return "[network]\nServerHost=127.0.0.1\nServerPort=" + std::to_string(serverPort) +
+           "\nSysChannel=" + options.systemChannel + "\nSysChanKey=" + options.systemKey +
+           "\nDialect=" + options.dialect + "\nEncoding=" + options.encoding + "\nReceiveAddress=127.0.0.1\n";
+}
+
+Program orreryProgram(const Folder& folder, const std::string& profile,
+                      const std::vector<std::string>& settings) {
+    Program program;
+    program.arguments = {builtProgram("orrery"), "--headless", "--profile",     profile,  "--config",
+                         folder / "config",      "--data",     folder / "data", "--gate", folder / "gate"};
+    for (const std::string& setting : settings) {
+        program.arguments.emplace_back("--set");
+        program.arguments.push_back(setting);
+    }
+    const std::string home = folder.path().string();
+    program.environment = {"HOME=" + home, "XDG_CONFIG_HOME=" + home, "XDG_DATA_HOME=" + home};
+    return program;
+}
+
+OrreryProcess::OrreryProcess(IrcServer& server, const OrreryOptions& options) {
+    server.hold();
+    start(server.port(), options);
+    server.goOn();
+}
+
+OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options) {
+    start(serverPort, options);
+}
+
+void OrreryProcess::start(int serverPort, const OrreryOptions& options) {
+    const std::string profile = folder_.write("network.ini", profileText(serverPort, options));
+    installPlugins(folder_, options);
+    std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
+                                         "Settings/ChanList=" + options.channels};
+    settings.insert(settings.end(), options.settings.begin(), options.settings.end());
+    Program program = orreryProgram(folder_, profile, settings);
+    if (!options.screen.empty()) std::erase(program.arguments, "--headless");
+    program.environment.insert(program.environment.end(), options.screen.begin(), options.screen.end());
+    process_ = std::make_unique<Process>(program);
+    const Deadline deadline(Patience);
+    while (LineSocket(gatePath()).closed()) {
+        if (process_->ended() || deadline.passed()) {
+            throw Missing("orrery opens no gate. It wrote:\n" + process_->output());
+        }
+        process_->idle(10);
+    }
+    gate_ = std::make_unique<GateReader>(gatePath());
+    gate_->send(HostMsg::GatherAbout, {});
+    gate_->takeLine(hostMessage(HostMsg::About));
+}
+
+int OrreryProcess::terminate() {
+    process_->signal(SIGTERM);
+    return process_->waitExit();
+}
+
+}  // namespace talvora::programs

@@ -1,0 +1,104 @@
+#include "simulation/programs/Screen.h"
+
+#include <filesystem>
+#include <sstream>
+
+namespace talvora::programs {
+
+namespace {
+
+constexpr const char* xvfb = "/usr/bin/Xvfb";
+constexpr const char* openbox = "/usr/bin/openbox";
+constexpr const char* xdotool = "/usr/bin/xdotool";
+constexpr int screenPeriod = 50;  // milliseconds; a screen has no sign for what comes onto it
+
+// The server writes it in a line of its own, perhaps after complaints.
+std::string displayNumber(Process& server) {
+    const Deadline deadline(Patience);
+    while (!deadline.passed()) {
+        std::istringstream lines(server.output());
+        for (std::string line; std::getline(lines, line) && !lines.eof();) {
+            if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) return line;
+        }
+        server.idle(screenPeriod);
+    }
+    throw Missing("no display. The server wrote:\n" + server.output());
+}
+
+}  // namespace
+
+std::string Screen::whyNot() {
+    for (const char* program : {xvfb, openbox, xdotool}) {
+        if (!std::filesystem::exists(program)) return std::string(program) + " is not installed";
+    }
+    return "";
+}
+
+Screen::Screen() {
+    Program server;
+    server.arguments = {xvfb, "-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten", "tcp"};
+    server_ = std::make_unique<Process>(server);
+    display_ = ":" + displayNumber(*server_);
+    Program manager;
+    manager.arguments = {openbox, "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"};
+    manager.environment = environment();
+    manager_ = std::make_unique<Process>(manager);
+}
+
+std::vector<std::string> Screen::environment() const {
+    return {"DISPLAY=" + display_, "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM=xcb",
+            "DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent", "ASAN_OPTIONS=detect_leaks=0"};
+}
+
+std::string Screen::run(std::vector<std::string> words, bool mayFail) const {
+    Program program;
+    program.arguments = {xdotool};
+    program.arguments.insert(program.arguments.end(), words.begin(), words.end());
+    program.environment = environment();
+    Process process(program);
+    const int status = process.waitExit();
+    if (status != 0 && !mayFail) throw Missing("xdotool " + words.front() + " failed: " + process.output());
+    const std::string& output = process.output();
+    return output.substr(0, output.find('\n'));
+}
+
+std::string Screen::expectWindow(const std::string& title) const {
+    const Deadline deadline(Patience);
+    while (!deadline.passed()) {
+        const std::string found = run({"search", "--onlyvisible", "--name", "^" + title + "$"}, true);
+        if (!found.empty() && found.find_first_not_of("0123456789") == std::string::npos) return found;
+        manager_->idle(screenPeriod);
+    }
+    throw Missing("no window is called " + title);
+}
+
+std::string Screen::activeTitle() const {
+    return run({"getactivewindow", "getwindowname"}, true);
+}
+
+void Screen::expectActive(const std::string& title) const {
+    const Deadline deadline(Patience);
+    while (activeTitle() != title) {
+        if (deadline.passed()) throw Missing("the active window is not " + title + " but " + activeTitle());
+        manager_->idle(screenPeriod);
+    }
+}
+
+void Screen::type(const std::string& text) const {
+    run({"type", "--delay", "5", text});
+}
+
+void Screen::press(const std::string& key) const {
+    run({"key", key});
+}
+
+void Screen::activate(const std::string& window) const {
+    run({"windowactivate", "--sync", window});
+}
+
+void Screen::close(const std::string& window) const {
+    run({"windowactivate", "--sync", window});
+    run({"key", "alt+F4"});
+}
+
+}  // namespace talvora::programs

@@ -1,0 +1,222 @@
+// Takes a picture of each window in a typical state: windows_pictures DIR [dark]. QT_SCALE_FACTOR=2 makes
+// them as a screen of high resolution has them.
+
+#include <QDir>
+#include <QListWidget>
+#include <QScreen>
+#include <QStyleFactory>
+#include <QTabWidget>
+#include <QTimer>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+#include "desktop/QtQuestions.h"
+#include "desktop/QtText.h"
+#include "desktop/RichTextView.h"
+#include "orrery/face/NetworkPage.h"
+#include "orrery/face/NoticesPage.h"
+#include "orrery/face/SettingsWindow.h"
+#include "orrery/face/Welcome.h"
+#include "platform/CodePage1253.h"
+#include "simulation/windows/DesktopWorld.h"
+
+namespace talvora::test {
+namespace {
+
+std::string greek(const char* utf8) {
+    return fromUtf8(utf8);
+}
+
+std::string fileOf(const char* name) {
+    std::ifstream file(std::string(TALVORA_SOURCE_DIR "/data/System/") + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+QPalette darkPalette() {
+    QPalette palette(QColor(0x2b, 0x2d, 0x30));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1f, 0x22));
+    palette.setColor(QPalette::Highlight, QColor(0x35, 0x74, 0xf0));
+    return palette;
+}
+
+class Photographer {
+  public:
+    Photographer(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
+
+    void take(QWidget* window, const char* name) {
+        if (window == nullptr) {
+            std::fprintf(stderr, "There is no %s.\n", name);
+            complete_ = false;
+            return;
+        }
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            if (auto* view = dynamic_cast<RichTextView*>(widget)) view->settle();
+        }
+        const QString file = QStringLiteral("%1/%2%3.png").arg(folder_, QString::fromLatin1(name), suffix_);
+        complete_ = window->grab().save(file) && complete_;
+    }
+    bool Complete() const { return complete_; }
+
+  private:
+    QString folder_;
+    QString suffix_;
+    bool complete_ = true;
+};
+
+void furnish(DesktopWorld& desktop) {
+    desktop.client.around.disk.put("System/emoticons.dat", fileOf("emoticons.dat"));
+    desktop.client.around.disk.put("System/perflix.lst", fileOf("perflix.lst"));
+    desktop.client.around.disk.put("System/plugin.lst", "Shout.Plugin T T F F Say it loud\r\n");
+    desktop.client.around.questions.answerFaults(Answer::Ignore);
+}
+
+void fillChannel(DesktopWorld& desktop) {
+    desktop.says(":Maria!m@h JOIN :#thessaloniki");
+    desktop.says(":srv 321 Maria Channel :Users  Name");
+    desktop.says(":srv 322 Maria #thessaloniki 6 :" + greek("Καλώς ήρθατε στο κανάλι της πόλης"));
+    desktop.says(":srv 322 Maria #music 12 :What are you listening to?");
+    desktop.says(":srv 323 Maria :End");
+    desktop.chats().Channels.StartChan("#thessaloniki");
+    desktop.settle();
+    desktop.says(":srv 353 Maria = #thessaloniki :@Maria Nikos[DND] Anna " +
+                 greek("Παναγιώτα_Παπαδοπούλου[AWAY]") + " Giorgos[LUNCH] Eleni");
+    desktop.says(":srv 366 Maria #thessaloniki :End");
+    for (const char* line :
+         {"Good morning everybody :-)", "\002bold\002, \026italic\026 and \00304red\003 words",
+          "Look: http://www.example.org/a/page and tell me what you think of it"}) {
+        desktop.says(std::string(":Nikos!n@h PRIVMSG #thessaloniki :") + line);
+    }
+    desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
+                 greek("Καλημέρα! Πάμε για καφέ το απόγευμα στην παραλία; :-D"));
+    desktop.says(":Eleni!e@h PRIVMSG #thessaloniki :\001ACTION is on her way\001");
+    desktop.says(":Giorgos[LUNCH]!g@h NICK :Giorgos");
+    frmChanChat* channel = desktop.chats().Channels.Window("#thessaloniki");
+    channel->Text1.Text = "I will be there at five";
+}
+
+void takeChats(DesktopWorld& desktop, Photographer& photographer) {
+    const auto channelView = [&](const char* name) {
+        return desktop.viewOf(desktop.chats().Channels.Window(name));
+    };
+    photographer.take(channelView("#thessaloniki"), "channel");
+    const std::string nick = greek("Παναγιώτα_Παπαδοπούλου");
+    for (const char* line : {"Γεια σου Μαρία", "Έλαβες το μήνυμά μου;", "Το έστειλα χθες το βράδυ :-)"}) {
+        desktop.says(":" + nick + "[AWAY]!p@h PRIVMSG Maria :" + greek(line));
+    }
+    FormView* chat = desktop.viewOf(desktop.chats().Privates.Window(nick + "[AWAY]"));
+    photographer.take(chat, "private");
+    desktop.chats().Picker.Load().Display(*desktop.chats().Privates.Window(nick + "[AWAY]"), 0, 0);
+    desktop.settle();
+    photographer.take(desktop.viewOf(desktop.chats().Picker.Get()), "emoticons");
+    photographer.take(desktop.viewOf(&desktop.client.window()), "main");
+    desktop.client.window().PopupMenu.raise(desktop.client.window().Presence.popState);
+    photographer.take(QApplication::activePopupWidget(), "states");
+    if (QWidget* menu = QApplication::activePopupWidget()) menu->close();
+
+    desktop.says(":Maria!m@h JOIN :#crowd");
+    desktop.chats().Channels.StartChan("#crowd");
+    for (int i = 0; i < 500; ++i) {
+        std::string names;
+        for (int k = 0; k < 10; ++k)
+            names += "user" + std::to_string(i * 10 + k) + (k == 3 ? "[AWAY] " : " ");
+        desktop.client.server.says(":srv 353 Maria = #crowd :" + names);
+    }
+    desktop.says(":srv 366 Maria #crowd :End");
+    photographer.take(channelView("#crowd"), "channel-5000");
+    desktop.client.server.says("ERROR :Closing Link: Maria (Connection timed out)");
+    desktop.client.server.closes();
+    desktop.settle();
+    photographer.take(desktop.viewOf(&desktop.client.window()), "main-trouble");
+}
+
+void takeSmall(DesktopWorld& desktop, Photographer& photographer) {
+    ChatDesk& chats = desktop.chats();
+    chats.MsgBox.Load().Display("You cannot join channel #vip because it accepts only users with invitation!",
+                                "Join error", 2);
+    chats.ChanKey.Load().ExecList("#secret|");
+    chats.MOTD.Load().Display(
+        "Welcome to the network.\r\n\r\nBe kind to each other, and ask for help in #help.");
+    desktop.settle();
+    photographer.take(desktop.viewOf(chats.MsgBox.Get()), "note");
+    photographer.take(desktop.viewOf(chats.ChanKey.Get()), "key");
+    photographer.take(desktop.viewOf(chats.MOTD.Get()), "motd");
+}
+
+void takeHost(DesktopWorld& desktop, Photographer& photographer) {
+    std::vector<SettingsWindow::Page> pages;
+    pages.push_back({QStringLiteral("Talvora IRC"), desktop.face.icons["IRC"],
+                     desktop.face.pages["TalvoraClient.Settings"]()});
+    pages.push_back(
+        {QStringLiteral("Network"), {}, std::make_unique<NetworkPage>(desktop.client.profile, "")});
+    pages.push_back(
+        {QStringLiteral("Notices"), {}, std::make_unique<NoticesPage>(desktop.client.around.settings)});
+    SettingsWindow settings(std::move(pages), {[] {}, [] {}});
+    settings.show();
+    auto* list = settings.findChild<QListWidget*>();
+    for (int page = 0; page < list->count(); ++page) {
+        list->setCurrentRow(page);
+        desktop.settle();
+        photographer.take(&settings, ("settings-" + std::to_string(page + 1)).c_str());
+    }
+    if (auto* tabs = settings.findChild<QTabWidget*>()) {
+        list->setCurrentRow(0);
+        for (int tab = 1; tab < tabs->count(); ++tab) {
+            tabs->setCurrentIndex(tab);
+            desktop.settle();
+            photographer.take(&settings, ("settings-1-" + std::to_string(tab + 1)).c_str());
+        }
+    }
+    Welcome welcome(desktop.client.around.settings, desktop.client.profile, "");
+    welcome.show();
+    desktop.settle();
+    photographer.take(&welcome, "welcome");
+
+    QtQuestions questions;
+    MessageBox box{
+        "WARNING! A critical error has occured on Talvora core!\r\n\r\nDescription: Path not "
+        "found\r\nNumber: 76",
+        "Critical error", Buttons::AbortRetryIgnore, MessageIcon::Critical};
+    box.Suppressed = 3;
+    desktop.client.around.platform.TheLoop.Defer([] {});
+    QTimer::singleShot(300, [&] {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (!window->isVisible() || window->windowTitle() != QStringLiteral("Critical error")) continue;
+            photographer.take(window, "report");
+            window->close();
+        }
+    });
+    questions.Ask(box);
+}
+
+int run(const QString& folder, bool dark) {
+    QDir().mkpath(folder);
+    if (dark) QApplication::setPalette(darkPalette());
+    const bool large = QApplication::primaryScreen()->devicePixelRatio() > 1.5;
+    Photographer photographer(folder, QStringLiteral("%1%2").arg(dark ? QStringLiteral("-dark") : QString(),
+                                                                 large ? QStringLiteral("@2x") : QString()));
+    DesktopWorld desktop;
+    furnish(desktop);
+    desktop.logOn();
+    desktop.says(":srv 266 Maria :Current global users: 5007  Max: 5100");
+    fillChannel(desktop);
+    takeSmall(desktop, photographer);
+    takeHost(desktop, photographer);
+    takeChats(desktop, photographer);
+    return photographer.Complete() ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace talvora::test
+
+int main(int argc, char** argv) {
+    talvora::GuardedApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (argc < 2) {
+        std::fputs("usage: windows_pictures DIR [dark]\n", stderr);
+        return 2;
+    }
+    return talvora::test::run(QString::fromLocal8Bit(argv[1]),
+                              argc > 2 && std::string_view(argv[2]) == "dark");
+}
