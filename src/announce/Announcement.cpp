@@ -8,7 +8,6 @@ namespace talvora {
 
 namespace {
 
-constexpr int Fields = 6;
 constexpr std::int64_t HoursOfADay = 24;
 constexpr std::int64_t DaysOfAWeek = 7;
 

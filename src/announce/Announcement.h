@@ -39,6 +39,8 @@ inline constexpr std::array<const char*, Count> Names = {
 inline constexpr std::string_view AnnouncementLineEnd = "[#n]";
 
 struct Announcement {
+    static constexpr int Fields = 6;
+
     // Fault 9 if there are fewer than six fields.
     static Announcement Read(std::string_view line);
 

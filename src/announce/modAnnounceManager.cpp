@@ -11,7 +11,6 @@ namespace talvora {
 
 namespace {
 
-constexpr int Fields = 6;
 constexpr std::int32_t NoticePicture = 4;  // of the image list of states
 
 bool isExpired(const std::string& line, const DateTime& now) {
@@ -88,10 +87,10 @@ bool modAnnounceManager::WriteAnnouncement(const std::string& Line) {
     trapped(globError_, "WriteAnnouncement", [&](Trap& step) {
         kept = step([&] { append(Line); });
         if (!kept || settings_.Get(Section::Settings, "ReceiveAnn", "T") == "F") return;
-        const auto fields = Split(Line, " ", Fields);
-        if (fields.size() < Fields && !ReportsUnreadable()) return;
+        const auto fields = Split(Line, " ", Announcement::Fields);
+        if (fields.size() < Announcement::Fields && !ReportsUnreadable()) return;
         const bool silent = step.test([&] { return isSilent(fields); });
-        if (!silent) step([&] { tellHost(elementOf(fields, Fields - 1)); });
+        if (!silent) step([&] { tellHost(elementOf(fields, Announcement::Fields - 1)); });
     });
     return kept;
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::array<const char*, frmScripts::Tabs> FileOf = {ScriptCommandFile, ScriptChannelFile,
                                                               ScriptPrivateFile};
-const std::string LineEnd(1, ScriptLineEnd);
+const std::string BetweenLines(1, ScriptLineEnd);
 
 // Without the characters that part an entry's pieces.
 std::string plain(std::string_view text) {
@@ -20,8 +20,8 @@ std::string plain(std::string_view text) {
 }
 
 std::string scriptOf(const std::string& typed) {
-    std::string script = Replace(Replace(plain(typed), "\r\n", LineEnd), "\r", LineEnd);
-    script = Replace(script, "\n", LineEnd);
+    std::string script = Replace(Replace(plain(typed), "\r\n", BetweenLines), "\r", BetweenLines);
+    script = Replace(script, "\n", BetweenLines);
     while (script.ends_with(ScriptLineEnd)) script.pop_back();
     return script;
 }
@@ -71,7 +71,7 @@ void frmScripts::showEntry() {
     const ScriptEntry* const entry = chosen();
     showing_ = true;
     EntryName.Text = entry != nullptr ? entry->Name : "";
-    Text1.Text = entry != nullptr ? Replace(entry->Script, LineEnd, "\r\n") : "";
+    Text1.Text = entry != nullptr ? Replace(entry->Script, BetweenLines, "\r\n") : "";
     showing_ = false;
     for (auto* enabled : {&EntryName.Enabled, &Text1.Enabled, &Remove.Enabled}) *enabled = entry != nullptr;
     Problem.Caption = entry != nullptr ? problemOf(*entry, TabStrip1.Selected) : "";
@@ -108,7 +108,7 @@ std::string frmScripts::problemOf(const ScriptEntry& entry, int tab) const {
     if (Trim(entry.Name).empty()) return "An entry needs a name.";
     if (tab == 0 && entry.Name.find(' ') != std::string::npos)
         return "A command is one word: what stands behind a blank is a parameter.";
-    const auto lines = Split(entry.Script, LineEnd);
+    const auto lines = Split(entry.Script, BetweenLines);
     if (lines.empty()) return "There is no command yet.";
     for (std::size_t line = 0; line < lines.size(); ++line) {
         if (lines[line].find(' ') == std::string::npos)

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "extensions/plg_Encrypt.h"
+#include "platform/Text.h"
 #include "simulation/FaultOf.h"
 #include "simulation/VirtualPlatform.h"
 
