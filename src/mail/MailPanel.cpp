@@ -259,7 +259,7 @@ void MailPanel::tellOfNew(const Count& count) {
     Notice notice;
     notice.Title = "New message";
     notice.Text = std::move(text);
-    notice.Window = MailFile::PathOf(count).names.back();
+    notice.Window = MailFile::PathOf(count.names.back());
     gate_.NotifyHost(notice);
 }
 
