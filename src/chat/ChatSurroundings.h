@@ -12,6 +12,7 @@
 #include "common/GlobError.h"
 #include "common/HostGate.h"
 #include "extensions/PluginFactories.h"
+#include "extensions/modCommands.h"
 #include "extensions/modPluginManager.h"
 #include "platform/Platform.h"
 #include "platform/SingleForm.h"
@@ -29,6 +30,8 @@ class ChatSession {
     virtual std::string Nickname() const = 0;
     // Redraws the list of open windows.
     virtual void RefreshWindows() = 0;
+    // Opens the window of the user's scripts.
+    virtual void ShowScripts() = 0;
 };
 
 struct ChatSurroundings {
@@ -40,6 +43,7 @@ struct ChatSurroundings {
     modNickDecode& Nicks;
     PluginFactories& Factories;
     const modPluginManager& Plugins;
+    modCommands& Commands;
     const ChatColors& Colors;
     ChatSession& Session;
     // The picker that all windows share.

@@ -33,6 +33,8 @@ void ChatWindow::connectHands() {
     on_ += Image4.Click.connect([this] { PopupMenu.raise(mnuCheck); });
     on_ += FoldPlugins.Click.connect([this] { foldPlugins(); });
     on_ += mnuHide.Click.connect([this] { putAway(); });
+    mnuScripts.Caption = "Manage &scripts...";
+    on_ += mnuScripts.Click.connect([this] { around_.Session.ShowScripts(); });
     on_ += mnuTimeStamp.Checked.Changed.connect([this](const bool& on) { IRCWin1.TimeStamp = on; });
     on_ += IRCWin1.ReleaseFocus.connect([this] { Text1.SetFocus(); });
 }
@@ -119,6 +121,10 @@ void ChatWindow::Emotion(const std::string& code) {
         Text1.SelLength = 0;
         Text1.SelStart = caret + code.size();
     });
+}
+
+void ChatWindow::ShowEcho(const std::string& text) {
+    IRCWin1.AddIRCLine(text, around_.Colors.OwnForeColor, around_.Colors.OwnBackColor);
 }
 
 void ChatWindow::Image1_MouseUp(int x, int y) {

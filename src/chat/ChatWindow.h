@@ -13,13 +13,14 @@
 #include "chat/IRCWin.h"
 #include "common/Trap.h"
 #include "extensions/PluginSlots.h"
+#include "extensions/modCommands.h"
 #include "platform/Controls.h"
 #include "platform/Form.h"
 #include "platform/Timer.h"
 
 namespace talvora {
 
-class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
+class ChatWindow : public Form, public EmotionTarget, public PluginWindow, public ScriptWindow {
   public:
     explicit ChatWindow(ChatSurroundings& around);
 
@@ -38,6 +39,7 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
     Menu mnuNoFocus;  // checked: stay behind
     Menu mnuTimeStamp;
     Menu mnuHide;
+    Menu mnuScripts;  // opens the window of the scripts
 
     bool HasNews = false;  // there is something unseen
     std::string LastText;  // for the list of windows
@@ -47,6 +49,8 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow {
 
     // Types an emoticon's code at the caret.
     void Emotion(const std::string& code) override;
+    // A line that a script shows to the user alone.
+    void ShowEcho(const std::string& text) override;
     // The popup of the emoticons beside Image1, in twips on the screen.
     void Image1_MouseUp(int x, int y);
 

@@ -64,7 +64,6 @@ class IRCWin {
 
     void RichTextBox1_DblClick();
     void RichTextBox1_MouseUp(MouseButton button);
-    void openLink(const std::string& link);
     void truncate();
 
     Platform& platform_;

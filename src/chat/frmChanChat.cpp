@@ -7,6 +7,10 @@ namespace talvora {
 
 frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     : ChatWindow(around),
+      Commands(around.Commands, around.Commands.ChannelMenu, *this,
+               [this] {
+                   return CommandMenu::Target{SelectedNick, SelectedNick + " " + ChannelName};
+               }),
       UserList1(around.Reporter, around.Nicks),
       Timer1(around.ThePlatform, Ending, 1000),
       manager_(manager) {
@@ -18,7 +22,6 @@ frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     mnuTimeStamp.Caption = "Time stamp";
     mnuPM.Caption = "Start Private &Chat";
     mnuInfo.Caption = "&Info";
-    mnuCmd.Caption = "(No commands)";
     mnuPart.Caption = "&Part channel";
     mnuClose.Caption = "&Close window";
     mnuHide.Caption = "&Hide window";
@@ -52,7 +55,8 @@ void frmChanChat::connectUsers() {
         if (button == 2) PopupMenu.raise(pop);
     });
     on_ += mnuPM.Click.connect([this] {
-        if (around_.Privates != nullptr) around_.Privates->StartPM(SelectedNick);
+        // A copy: a window that opens may let the user choose somebody else.
+        if (around_.Privates != nullptr) around_.Privates->StartPM(std::string(SelectedNick));
     });
     on_ += mnuInfo.Click.connect([this] {
         trapped(around_.Reporter, "mnuInfo_Click",

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "chat/ChatWindow.h"
+#include "chat/CommandMenu.h"
 #include "chat/UserList.h"
 
 namespace talvora {
@@ -17,6 +18,7 @@ class frmChanChat final : public ChatWindow {
 
     std::string ChannelName;   // in proper case
     std::string SelectedNick;  // the row on which the last mouse-up in UserList1 fell
+    CommandMenu Commands;      // the scripts for that user and this channel
     UserList UserList1;
 
     Menu mnuChkshow;   // the window shows on incoming messages
@@ -25,7 +27,6 @@ class frmChanChat final : public ChatWindow {
     Menu pop;          // the menu of a user, of these:
     Menu mnuPM;
     Menu mnuInfo;
-    Menu mnuCmd;
     Menu mnuPart;
     Menu mnuClose;
 

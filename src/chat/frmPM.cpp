@@ -11,7 +11,13 @@ constexpr auto section = Section::PMSettings;
 
 }  // namespace
 
-frmPM::frmPM(ChatSurroundings& around, modWinManager& manager) : ChatWindow(around), manager_(manager) {
+frmPM::frmPM(ChatSurroundings& around, modWinManager& manager)
+    : ChatWindow(around),
+      Commands(around.Commands, around.Commands.PrivateMenu, *this,
+               [this] {
+                   return CommandMenu::Target{UserName, UserName};
+               }),
+      manager_(manager) {
     mnuPopup.Caption = "Popup messages when closed";
     mnuNoFocus.Caption = "Do not take focus";
     mnuTimeStamp.Caption = "Timestamp";
@@ -92,7 +98,8 @@ void frmPM::PMArrived(const std::string& text, const std::string& command) {
     trapped(around_.Reporter, "PMArrived", [&](Trap&) {
         std::string line = incomingLine(text, command);
         if (!Broadcast(line, -1)) return;
-        if (isShown(command)) DisplayIRCCommand(line, UserName);
+        // A copy: the peer may be renamed while the line is shown.
+        if (isShown(command)) DisplayIRCCommand(line, std::string(UserName));
         noteNews();
     });
 }
@@ -125,7 +132,11 @@ void frmPM::ShowPluginLine(const std::string& text) {
 // A text that begins with "\" is a script command: it is neither shown nor sent.
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (!data.starts_with('\\')) sendOn(step, UserName, data);
+        if (data.starts_with('\\')) {
+            around_.Commands.RunScriptCommand(data.substr(1), std::string(UserName), *this);
+        } else {
+            sendOn(step, std::string(UserName), data);
+        }
     });
 }
 
@@ -143,6 +154,8 @@ void frmPM::Rename(const std::string& newNick) {
         noteNews();
         UserName = name;
         Caption = "Private chat with " + UserName;
+        // The list of windows has the old name, whether there is news or not.
+        around_.Session.RefreshWindows();
         offerName(newNick);
     });
 }

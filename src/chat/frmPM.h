@@ -5,6 +5,7 @@
 #include <string>
 
 #include "chat/ChatWindow.h"
+#include "chat/CommandMenu.h"
 
 namespace talvora {
 
@@ -18,6 +19,7 @@ class frmPM final : public ChatWindow {
     bool UserGone = false;  // it has quit and not come back
 
     Menu mnuStopPM;
+    CommandMenu Commands;  // the scripts for the peer
 
     // Installs the plug-ins. By the table, once the window is its own.
     void Form_Load();

@@ -218,6 +218,11 @@ void modEmotions::LoadEmotions() {
     emotionCount_ = count;
 }
 
+void modEmotions::DoWithout() {
+    table_ = std::make_shared<const Table>(std::vector<std::string>());
+    emotionCount_ = 0;
+}
+
 std::string modEmotions::ReplaceEmotion(std::string Text) const {
     ReplaceEmotionIn(Text);
     return Text;

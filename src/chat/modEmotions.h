@@ -24,6 +24,9 @@ class modEmotions {
 
     // Has no trap: 53 without the file, 62 if it is empty.
     void LoadEmotions();
+    bool IsLoaded() const { return table_ != nullptr; }
+    // An empty table: what could not be loaded is not missed at each line anew.
+    void DoWithout();
 
     // A code counts only in front of a blank, which goes with it; one is appended first. Codes are replaced
     // one after the other in the table's order, also within the RTF of earlier ones.

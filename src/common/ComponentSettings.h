@@ -1,6 +1,7 @@
 #pragma once
 // The component's own view of the settings store: its application name, and its eight sections by name.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -29,6 +30,10 @@ class ComponentSettings {
     std::string Get(std::string_view section, std::string_view key, std::string_view fallback) const {
         return store_.GetSetting(ProductName, section, key, fallback);
     }
+    // A number: the numeric beginning of the text. One that is not within `least` to `most`, or beyond any
+    // number, is the fallback.
+    std::int32_t GetNumber(std::string_view section, std::string_view key, std::int32_t fallback,
+                           std::int32_t least, std::int32_t most) const;
     void Save(std::string_view section, std::string_view key, std::string_view value) {
         store_.SaveSetting(ProductName, section, key, value);
     }

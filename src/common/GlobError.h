@@ -4,7 +4,6 @@
 // While a report stands on the screen, faults that nested events raise are not stacked on top of it: they are
 // answered as Abort and counted in the open report.
 
-#include <cstdint>
 #include <string>
 
 #include "platform/Platform.h"
@@ -25,10 +24,6 @@ class GlobError {
 
     // The exact text of a report, lines ended by CR LF.
     static std::string ReportText(const RuntimeError& error, const std::string& procedure);
-
-    // Steps of all traps are numbered as they run. A test names one that is to fail; 0 for none.
-    std::uint64_t StepCount = 0;
-    std::uint64_t FailAtStep = 0;
 
   private:
     Platform& platform_;

@@ -27,7 +27,6 @@ class Trap {
     bool operator()(Statement&& statement) {
         for (;;) {
             try {
-                countStep();
                 statement();
                 return true;
             } catch (const Left&) {
@@ -60,10 +59,6 @@ class Trap {
     struct Left {
         const Trap* trap;
     };
-
-    void countStep() {
-        if (++reporter_.StepCount == reporter_.FailAtStep) throw RuntimeError(Fault::InternalError);
-    }
 
     // Abort leaves the procedure by an exception; Retry and Ignore are returned.
     Answer ask() {

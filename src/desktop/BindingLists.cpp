@@ -69,6 +69,9 @@ void attach(Subscriptions& on, ListBox& model, QListWidget& widget) {
     };
     for (int i = 0; i < model.ListCount(); ++i) add(i);
     on += model.LineAdded.connect(add);
+    on += model.LineChanged.connect([&model, &widget](int index) {
+        widget.item(index)->setText(oneLine(model.List(index), longestLine));
+    });
     on += model.LineRemoved.connect([&widget](int index) {
         const QSignalBlocker byCode(widget);  // the toolkit selects a neighbour; the model does not
         delete widget.takeItem(index);

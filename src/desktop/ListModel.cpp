@@ -103,7 +103,7 @@ void ListModel::cleared() {
 
 QString ListModel::nameOf(const ListItem& row) const {
     const std::size_t column = list_.Sorted ? static_cast<std::size_t>(std::max(list_.SortKey.get(), 0)) : 0;
-    return toQString(column == 0 ? row.Text() : row.SubItems(column)).toCaseFolded();
+    return toQString(row.SortText(column)).toCaseFolded();
 }
 
 bool ListModel::before(const ListItem& one, const QString& other, const ListItem& otherRow) const {

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include "desktop/Hands.h"
 
@@ -23,7 +24,12 @@ ListTree::ListTree(ListView& list, const ListModel::Look& look, const QString& a
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(false);
     connect(this, &QTreeView::doubleClicked, this, [this] { open(); });
-    on_ += list_.SelectionMoved.connect([this] { showSelection(); });
+    on_ += list_.Refreshing.connect([this] {
+        byCode_ = true;
+        setAutoScroll(false);
+        scroll_ = verticalScrollBar()->value();
+    });
+    on_ += list_.Refreshed.connect([this] { showRefreshed(); });
     followHeads(look.ClickableHeads);
 }
 
@@ -44,9 +50,11 @@ void ListTree::showSorting() {
         list_.SortKey, list_.SortOrder == SortOrder::Ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
-void ListTree::showSelection() {
-    byCode_ = true;
+void ListTree::showRefreshed() {
     setCurrentIndex(list_.SelectedItem == nullptr ? QModelIndex() : model_.indexOf(*list_.SelectedItem));
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(scroll_);
+    setAutoScroll(true);
     byCode_ = false;
 }
 

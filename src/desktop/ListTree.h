@@ -31,12 +31,13 @@ class ListTree final : public QTreeView {
     void open();
     void followHeads(bool clickable);
     void showSorting();
-    void showSelection();
+    void showRefreshed();
 
     ListView& list_;
     ListModel model_;
     QString emptyText_;
     bool byCode_ = false;  // what is made current now is no click
+    int scroll_ = 0;       // of before a refresh
     Subscriptions on_;
 };
 

@@ -20,8 +20,7 @@ class PageScroll {
     void setHeight(int height) { height_ = height; }
     int Height() const { return height_; }
 
-    // The window shows the end and goes with it; false once the reader has moved away from the end.
-    bool Follows() const { return follows_; }
+    // The window shows the end and goes with it, until the reader moves away from the end.
     void follow() { follows_ = true; }
     void toBegin();
     void scrollBy(std::int64_t pixels);

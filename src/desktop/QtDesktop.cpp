@@ -1,5 +1,7 @@
 #include "desktop/QtDesktop.h"
 
+#include <sys/stat.h>
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QProcess>
@@ -9,6 +11,7 @@
 #include <QUrl>
 #include <QWindow>
 #include <algorithm>
+#include <csignal>
 
 #include "desktop/QtText.h"
 #include "platform/RuntimeError.h"
@@ -23,17 +26,36 @@ constexpr int kInch = 96;  // of the pixels that the system counts in
 constexpr std::size_t kMaxLink = 8192;
 constexpr int kBetweenBeeps = 500;  // milliseconds
 
-// The program that opens a link is the user's, not ours: it gets neither our own choice for the toolkit nor
-// rights of new files that only suit a mail folder. Signals are set right by the toolkit.
+// Between fork and exec, where only the system's own calls are safe.
+void becomeOrdinary() {
+    ::umask(022);
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_DFL);
+}
+
+// The program that opens a link is the user's, not ours: it gets neither our own choice for the toolkit, nor
+// rights of new files that only suit a mail folder, nor the signals that we do without. The link is one
+// argument; no shell of ours ever reads it.
 bool startOpener(const QString& opener, const QString& link) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("QT_NO_GLIB"));
     process.setProcessEnvironment(environment);
-    process.setProgram(QStringLiteral("/bin/sh"));
-    process.setArguments(
-        {QStringLiteral("-c"), QStringLiteral("umask 022; exec \"$@\""), QStringLiteral("sh"), opener, link});
+    process.setChildProcessModifier(becomeOrdinary);
+    process.setProgram(opener);
+    process.setArguments({link});
     return process.startDetached();
+}
+
+// What the opener starts may be a script: what means something in one is written as its number, which the
+// server reads as the same.
+QString forAnOpener(const QUrl& link) {
+    QByteArray text = link.toEncoded();
+    for (const auto& [character, number] :
+         {std::pair("'", "%27"), {"$", "%24"}, {"(", "%28"}, {")", "%29"}, {"`", "%60"}, {"\\", "%5C"}}) {
+        text.replace(character, number);
+    }
+    return QString::fromLatin1(text);
 }
 
 }  // namespace
@@ -140,8 +162,8 @@ void QtDesktop::Open(const std::string& url) {
     const QUrl link(toQString(url), QUrl::TolerantMode);
     if (!link.isValid()) throw RuntimeError(Fault::InvalidProcedureCall);
     const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-    const QString text = QString::fromLatin1(link.toEncoded());
-    const bool started = opener.isEmpty() ? QDesktopServices::openUrl(link) : startOpener(opener, text);
+    const bool started =
+        opener.isEmpty() ? QDesktopServices::openUrl(link) : startOpener(opener, forAnOpener(link));
     if (!started) throw RuntimeError(Fault::InvalidProcedureCall);
 }
 

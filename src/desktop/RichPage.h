@@ -41,7 +41,6 @@ class RichPage {
     int height(std::uint64_t number) { return layout(number).Height(); }
     // Keeps only the layouts of these rows and a few on both sides.
     void keepLayouts(std::uint64_t begin, std::uint64_t end);
-    std::size_t LayoutCount() const { return layouts_.size(); }
 
     // In the coordinates of the place's row.
     QRectF caretRect(Place place);

@@ -41,8 +41,6 @@ class RichTextView final : public QAbstractScrollArea {
     static constexpr double kMaxZoom = 3.0;
     Event<double> ZoomChanged;  // by whomever
 
-    // Tab leaves an editable box instead of being typed. Ctrl+Tab always leaves it.
-    void setTabMovesOn(bool on) { tabMovesOn_ = on; }
     // Whether the wheel glides; it doesn't where the desktop is set to show no animations.
     void setGliding(bool on) { gliding_ = on; }
 
@@ -155,7 +153,6 @@ class RichTextView final : public QAbstractScrollArea {
     double zoom_ = 1;
     bool gliding_ = true;
     double glide_ = 0;  // pixels still to go
-    bool tabMovesOn_ = false;
 
     enum class Drag { None, Armed, Selecting };
     Drag drag_ = Drag::None;

@@ -261,7 +261,7 @@ void RichTextView::eraseWord(bool backward) {
 
 // Tab is text in an editor, as in any writer of letters.
 bool RichTextView::focusNextPrevChild(bool next) {
-    if (editable() && !tabMovesOn_) return false;
+    if (editable()) return false;
     return QAbstractScrollArea::focusNextPrevChild(next);
 }
 

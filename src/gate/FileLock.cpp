@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,6 +14,7 @@ bool FileLock::tryLock(const std::string& path) {
     unlock();
     const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (file < 0) throw std::system_error(errno, std::generic_category(), path);
+    ::fchmod(file, 0600);  // one that is there already may be looser
     if (::flock(file, LOCK_EX | LOCK_NB) == 0) {
         file_ = file;
         return true;

@@ -13,6 +13,7 @@
 #include "gate/GateJson.h"
 #include "gate/GateReader.h"
 #include "gate/LocalSocket.h"
+#include "gate/PrivateFolder.h"
 #include "platform/Guard.h"
 
 namespace talvora {
@@ -28,7 +29,7 @@ constexpr std::size_t WriteAtOnce = std::size_t{128} << 10;
 constexpr int PauseMs = 1000;
 
 void makeFolder(const fs::path& folder) {
-    if (fs::is_directory(folder)) return;
+    if (fs::is_directory(folder)) return keepPrivate(folder.string());
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
 }
@@ -110,6 +111,7 @@ void Gate::welcome() {
         const std::int32_t id = nextReader_;
         nextReader_ = id == std::numeric_limits<std::int32_t>::max() ? FirstReader : id + 1;
         auto reader = std::make_unique<GateReader>(std::move(socket), id, [this, id] { work(id); });
+        makeRoom();
         if (readers_.size() < MostReaders) {
             readers_.push_back(std::move(reader));
         } else {
@@ -119,6 +121,14 @@ void Gate::welcome() {
     if (errno != EMFILE && errno != ENFILE) return;
     listening_->notifier.setEnabled(false);
     QTimer::singleShot(PauseMs, &listening_->notifier, [this] { listening_->notifier.setEnabled(true); });
+}
+
+void Gate::makeRoom() {
+    if (readers_.size() < MostReaders) return;
+    const auto silent = std::ranges::find_if(readers_, [](const auto& reader) { return reader->silent(); });
+    if (silent == readers_.end()) return;
+    (*silent)->send("{\"error\":\"the place went to another connection\"}\n");
+    drop(**silent);
 }
 
 GateReader* Gate::find(std::int32_t id) const {

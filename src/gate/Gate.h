@@ -6,7 +6,9 @@
 // Every message goes to every reader. A line that comes in is broadcast with the connection's own number,
 // FirstReader or more, as FromID; what is wrong with a line is answered with {"error":"..."}. A line longer
 // than GateLineLimit ends its connection, and so does a reader that falls more than QueueLimit bytes behind.
-// Needs a QCoreApplication. No exception leaves it but from `Open`. It is not closed from inside a broadcast.
+// When all MostReaders places are taken, the oldest connection that never said anything loses its place to
+// the newcomer. Needs a QCoreApplication. No exception leaves it but from `Open`. It is not closed from
+// inside a broadcast.
 
 #include <QObject>
 #include <cstddef>
@@ -52,6 +54,7 @@ class Gate {
     struct Listening;
 
     void welcome();
+    void makeRoom();
     GateReader* find(std::int32_t id) const;
     void drop(GateReader& reader);
     void bury();

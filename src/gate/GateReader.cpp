@@ -36,6 +36,13 @@ void GateReader::setWorking(bool working) {
     if (!closed_) readable_.setEnabled(!working && !ended_);
 }
 
+bool GateReader::silent() const {
+    char byte = 0;
+    if (spoke_ || !received_.empty()) return false;
+    const ssize_t got = ::recv(socket_.get(), &byte, 1, MSG_PEEK);
+    return got == 0 || (got < 0 && wouldBlock());
+}
+
 bool GateReader::overlong() const {
     return received_.size() - start_ > GateLineLimit;
 }
@@ -46,6 +53,7 @@ bool GateReader::takeLine(std::string& line) {
         if (end != std::string::npos) {
             line.assign(received_, start_, end - start_);
             start_ = looked_ = end + 1;
+            spoke_ = true;
             return true;
         }
         looked_ = received_.size();

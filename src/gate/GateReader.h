@@ -25,6 +25,8 @@ class GateReader {
 
     // The next line without its end; false if it has not arrived whole.
     bool takeLine(std::string& line);
+    // Nothing has come from it so far.
+    bool silent() const;
     // The line that has begun is longer than GateLineLimit.
     bool overlong() const;
     // The other side has ended, and there is no whole line left.
@@ -51,6 +53,7 @@ class GateReader {
     std::size_t looked_ = 0;  // up to here there is no line end
     std::string waiting_;
     std::size_t sent_ = 0;  // of what waits
+    bool spoke_ = false;
     bool working_ = false;
     bool ended_ = false;
     bool deaf_ = false;

@@ -5,6 +5,10 @@
 #include "chat/ChatSurroundings.h"
 #include "chat/modChanWinManager.h"
 #include "chat/modWinManager.h"
+#include "extensions/frmScripts.h"
+#include "extensions/modCommands.h"
+#include "extensions/modEncryption.h"
+#include "extensions/plg_Encrypt.h"
 #include "notify/frmChanKey.h"
 #include "notify/frmMOTD.h"
 #include "notify/frmMsgBox.h"
@@ -15,21 +19,26 @@ namespace talvora {
 
 class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOfTheDay {
   public:
-    ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate);
+    ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate,
+             Random& random);
 
     // The tables of states, emoticons and plug-ins, and the user's libraries; once, at the start.
-    void LoadTables(Trap& step);
+    void LoadTables();
     // The main window that the windows speak through; null while there is none.
     void Attach(Form1* window) { form1_ = window; }
     void JoinTo(Handovers& to);
     // Closes all windows, whatever they say.
-    void UnloadAll();
+    void UnloadAll(Trap& step);
 
     ChatColors Colors;
     modNickDecode Nicks;
     modEmotions Emotions;
     PluginFactories Factories;
     modPluginManager Plugins;
+    modEncryption Cipher;
+    EncryptionSite Encryption;
+    modCommands Commands;
+    SingleForm<frmScripts> Scripts;
     SingleForm<frmEmoticons> Picker;
     ChatSurroundings Around;
     modChanWinManager Channels;
@@ -49,10 +58,12 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
         SingleForm<frmMsgBox>& form;
     };
 
+    void loadEmotions();
     void SendPM(const std::string& to, const std::string& text, bool special) override;
     void SendIRC(const std::string& line) override;
     std::string Nickname() const override;
     void RefreshWindows() override;
+    void ShowScripts() override;
     void ExecList(const std::string& list) override { ChanKey.Load().ExecList(list); }
     void JoinNew() override { ChanKey.Load().JoinNew(); }
     void Display(const std::string& text) override { MOTD.Load().Display(text); }

@@ -33,8 +33,13 @@ Connect::Connect(const HostServices& services)
       globError_(services.ThePlatform),
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
-      chats_(services.ThePlatform, globError_, settings_, gate_) {
+      chats_(services.ThePlatform, globError_, settings_, gate_, random_),
+      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
+             chats_.Picker),
+      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
+    mails_.JoinTo(handovers_);
+    announcements_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -53,23 +58,27 @@ void Connect::dMsgDB_MessageBroadcasted(const HostMessage& message) {
     if (message.ToID != gate_.PluginID() && message.ToID != HostAddress::Everybody) return;
     // A window that the message ends stays until the message has been handled, whoever has sent it.
     services_.ThePlatform.Guarded.run("dMsgDB_MessageBroadcasted", [&] {
-        trapped(globError_, "dMsgDB_MessageBroadcasted", [&](Trap& step) { step([&] { handle(message); }); });
+        trapped(globError_, "dMsgDB_MessageBroadcasted", [&](Trap& step) { handle(step, message); });
     });
 }
 
-void Connect::handle(const HostMessage& message) {
-    const HostValue& data = message.Data;
+void Connect::handle(Trap& step, const HostMessage& message) {
     switch (message.MsgID) {
         case HostMsg::Start:
-            gate_.Broadcast(HostMsg::Started, HostArray{"Talvora IRC", 1}, HostAddress::Host);
+            step([&] { gate_.Broadcast(HostMsg::Started, HostArray{"Talvora IRC", 1}, HostAddress::Host); });
             startUp();
             break;
         case HostMsg::ShowWindow:
-            if (gStarted && MainWindow() != nullptr && data == HostValue(1)) MainWindow()->Show();
+            if (gStarted && MainWindow() != nullptr && message.Data == HostValue(1)) {
+                step([&] { MainWindow()->Show(); });
+            }
             break;
         case HostMsg::GatherPages:
-            gate_.Broadcast(HostMsg::SettingsPage, HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
-                            HostAddress::SettingsManager);
+            step([&] {
+                gate_.Broadcast(HostMsg::SettingsPage,
+                                HostArray{"TalvoraClient.Settings", "Talvora IRC", "IRC"},
+                                HostAddress::SettingsManager);
+            });
             break;
         case HostMsg::ApplySettings:
             LoadSettings();
@@ -77,19 +86,36 @@ void Connect::handle(const HostMessage& message) {
         case HostMsg::Terminate:
             Class_Terminate();
             break;
-        case HostMsg::GatherAbout:
-            gate_.Broadcast(HostMsg::About,
-                            HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
-                            HostAddress::Host);
+        case HostMsg::OpenMail:
+            if (MainWindow() != nullptr) step([&] { mails_.OpenMail(message.Data.text()); });
             break;
+        case HostMsg::GatherAbout:
+            step([&] {
+                gate_.Broadcast(
+                    HostMsg::About,
+                    HostArray{"Talvora Messenger", "By the Talvora team", "All rights reserved", ""},
+                    HostAddress::Host);
+            });
+            break;
+        default:
+            step([&] { handleText(message); });
+            break;
+    }
+}
+
+// What other plug-ins of the host have the user say. Only a raw line goes past the way out, as it is.
+void Connect::handleText(const HostMessage& message) {
+    const HostValue& data = message.Data;
+    const auto verb = [&] { return "_" + data.at(0).text() + " " + data.at(1).text(); };
+    switch (message.MsgID) {
         case HostMsg::SaySystemVerb:
-            sendSpecial(account_.gSysChannel, data);
+            say(account_.gSysChannel, verb(), true);
             break;
         case HostMsg::SayVerb:
-            sendSpecial(data.at(2).text(), data);
+            say(data.at(2).text(), verb(), true);
             break;
         case HostMsg::SayPrivate:
-            sendPlain(data);
+            say(data.at(0).text(), data.at(1).text(), false);
             break;
         case HostMsg::SayRaw:
             if (auto* window = MainWindow()) window->IRCServ1.SendIRC(data.text());
@@ -99,15 +125,8 @@ void Connect::handle(const HostMessage& message) {
     }
 }
 
-void Connect::sendPlain(const HostValue& data) {
-    const std::string nick = data.at(0).text();
-    const std::string text = data.at(1).text();
-    if (auto* window = MainWindow()) window->IRCServ1.SendText(nick, text);
-}
-
-void Connect::sendSpecial(const std::string& to, const HostValue& data) {
-    const std::string text = "_" + data.at(0).text() + " " + data.at(1).text();
-    if (auto* window = MainWindow()) window->IRCServ1.SendText(to, text, true);
+void Connect::say(const std::string& to, const std::string& text, bool special) {
+    if (auto* window = MainWindow()) window->Out.SendPM(to, text, special);
 }
 
 // ---- Start and end
@@ -115,19 +134,17 @@ void Connect::sendSpecial(const std::string& to, const HostValue& data) {
 void Connect::startUp() {
     trapped(globError_, "Main", [&](Trap& step) {
         account_.gSettingsChanged = true;
-        nickRead_.clear();
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
-        chats_.LoadTables(step);
-        step([&] { loadMainWindow(); });
+        announcements_.Manager.Start();
+        chats_.LoadTables();
+        loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
 }
 
 void Connect::readAccount() {
     const NetworkProfile& profile = services_.Profile;
-    const std::string nick = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
-    if (nick != nickRead_) account_.gNickname = nickRead_ = nick;
     account_.LocationPath = settings_.Get(Section::Settings, "RealName", "Default.Unsetted");
     account_.gServerHost = profile.ServerHost;
     account_.gServerPort = profile.ServerPort;
@@ -136,22 +153,35 @@ void Connect::readAccount() {
     account_.RobotOnly = profile.RobotOnly;
 }
 
-void Connect::loadMainWindow() {
-    const std::string minutes = settings_.Get(Section::Settings, "MailInterval", "1");
-    // Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
+std::string Connect::nickOfSettings() const {
+    return settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
+}
+
+// Message 1 sent twice runs the routine twice: the window is loaded once and set up again.
+void Connect::loadMainWindow(Trap& step) {
     if (MainWindow() == nullptr) {
-        const Form1::Surroundings around{
-            services_.ThePlatform, globError_, settings_,     gate_, account_, random_,
-            chats_.Nicks,          handovers_, &chats_.Tables};
-        retireMainWindow();
-        form1_ = std::make_unique<Form1>(around, ircSocket());
-        chats_.Attach(form1_.get());
-        MainWindowLoaded.raise(*form1_);
+        step([&] { makeMainWindow(); });
+        if (MainWindow() != nullptr) step([&] { MainWindowLoaded.raise(*form1_); });
     } else if (!sameConnection(connectedBy_, services_.Profile)) {
-        renewConnection();
+        step([&] { renewConnection(); });
     }
-    form1_->SetMailInterval(CInt(std::clamp(Val(minutes), 1.0, 32767.0)));
+    // Whoever has heard of it may have ended it again.
+    if (MainWindow() == nullptr) return;
+    step([&] { form1_->State.Start(nickOfSettings()); });
+    step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
+    if (MainWindow() != nullptr) announcements_.Load();
+}
+
+void Connect::makeMainWindow() {
+    const Form1::Surroundings around{
+        services_.ThePlatform, globError_, settings_,      gate_,        account_, random_,
+        chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
+    retireMainWindow();
+    form1_ = std::make_unique<Form1>(around, ircSocket());
+    announcements_.Attach(form1_.get());
+    chats_.Attach(form1_.get());
+    mails_.Attach(form1_.get());
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -176,8 +206,7 @@ std::unique_ptr<SocketDriver> Connect::ircSocket() {
 // is only asked for the new nick, and the user stays in his channels.
 bool Connect::needsNewConnection() const {
     if (!sameConnection(connectedBy_, services_.Profile)) return true;
-    const std::string nick = settings_.Get(Section::Settings, "Nickname", "TalvchatUser");
-    return !form1_->IRCServ1.LoggedIn && nick != nickRead_;
+    return !form1_->IRCServ1.LoggedIn && form1_->State.IsNews(nickOfSettings());
 }
 
 // The windows stay; only what they speak through is another one.
@@ -193,15 +222,17 @@ std::unique_ptr<Settings> Connect::MakeSettingsPage() {
 }
 
 void Connect::LoadSettings() {
-    trapped(globError_, "LoadSettings", [&](Trap&) {
+    trapped(globError_, "LoadSettings", [&](Trap& step) {
         if (MainWindow() == nullptr) return;
         if (needsNewConnection()) account_.gSettingsChanged = true;
-        if (account_.gSettingsChanged) renewConnection();
+        if (account_.gSettingsChanged) step([&] { renewConnection(); });
         // Saying QUIT may have let the end in. Until it was said, the account was that of the old network.
         if (MainWindow() == nullptr) return;
-        readAccount();
+        step([&] { readAccount(); });
+        step([&] { form1_->State.Reload(nickOfSettings()); });
         form1_->RefreshSettings();
-        form1_->ReConnect();
+        // A report may have stood meanwhile.
+        if (MainWindow() != nullptr) form1_->ReConnect();
     });
 }
 
@@ -223,8 +254,12 @@ void Connect::terminate(Trap& step) {
     if (text.empty()) text = "Bye bye!";
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
-    step([&] { chats_.UnloadAll(); });
+    announcements_.UnloadAll(step);
+    chats_.UnloadAll(step);
+    mails_.UnloadAll(step);
+    announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
+    mails_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

@@ -8,7 +8,9 @@
 #include "common/GlobError.h"
 #include "common/HostGate.h"
 #include "common/HostPlugin.h"
+#include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
+#include "host/MailDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -42,17 +44,21 @@ class Connect final : public HostPlugin {
     // The main window; nothing before message 1 and after the end.
     Form1* MainWindow() const;
     ChatDesk& Chats() { return chats_; }
+    MailDesk& Mails() { return mails_; }
+    AnnounceDesk& Announcements() { return announcements_; }
     Account& TheAccount() { return account_; }
 
   private:
     void startUp();
     void terminate(Trap& step);
     void readAccount();
-    void loadMainWindow();
+    std::string nickOfSettings() const;
+    void loadMainWindow(Trap& step);
+    void makeMainWindow();
     void retireMainWindow();
-    void handle(const HostMessage& message);
-    void sendPlain(const HostValue& data);
-    void sendSpecial(const std::string& to, const HostValue& data);
+    void handle(Trap& step, const HostMessage& message);
+    void handleText(const HostMessage& message);
+    void say(const std::string& to, const std::string& text, bool special);
     std::unique_ptr<SocketDriver> wireTo(const NetworkProfile& profile);
     std::unique_ptr<SocketDriver> ircSocket();
     bool needsNewConnection() const;
@@ -64,8 +70,9 @@ class Connect final : public HostPlugin {
     HostGate gate_;
     Random random_;
     Account account_;
-    std::string nickRead_;  // from the settings; the network may have given the account another one since
     ChatDesk chats_;
+    MailDesk mails_;
+    AnnounceDesk announcements_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

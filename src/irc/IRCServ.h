@@ -120,8 +120,6 @@ class IRCServ {
     SocketState State() const { return Winsock1.State(); }
 
   private:
-    friend class IRCServBench;
-
     using Handler = void (IRCServ::*)(const ServerLine&, Trap&);
     struct NumericRow {
         int number;

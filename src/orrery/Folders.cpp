@@ -2,9 +2,16 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
 #include <system_error>
 
 #include "gate/Places.h"
+#include "gate/PrivateFolder.h"
+#include "platform/CodePage1253.h"
+#include "platform/Files.h"
+#include "platform_qt/PosixDisk.h"
 
 namespace talvora {
 namespace {
@@ -28,28 +35,74 @@ fs::path existing(const fs::path& folder, const std::string& name) {
 }
 
 void makeRoot(const fs::path& folder) {
-    if (fs::is_directory(folder)) return;
+    if (fs::is_directory(folder)) return keepPrivate(folder.string());
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
 }
 
-fs::path makeFolder(const fs::path& parent, const std::string& name) {
-    const fs::path found = existing(parent, name);
-    if (!found.empty()) return found;
-    fs::create_directory(parent / name);
-    fs::permissions(parent / name, fs::perms::owner_all);
-    return parent / name;
+std::string contentOf(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// Beside first, then in one step under its name: a start that is killed leaves no half of a file.
-void furnishFile(const fs::path& from, const fs::path& folder) {
-    const std::string name = from.filename().string();
-    if (!existing(folder, name).empty()) return;
-    const fs::path beside = folder / (name + ".new");
-    fs::copy_file(from, beside, fs::copy_options::overwrite_existing);
-    fs::permissions(beside, fs::perms::owner_read | fs::perms::owner_write);
-    fs::rename(beside, folder / name);
+// What each entry of a list is made of. A list of plug-ins may well be empty.
+constexpr std::pair<std::string_view, std::string_view> marks[] = {
+    {"emoticons.dat", ":=:"}, {"perflix.lst", "|"}, {"plugin.lst", ""}};
+
+// A list as lost power or a stray program leaves it: empty, or no text, or without one entry.
+bool isDamaged(std::string_view name, std::string_view list) {
+    const auto isForeign = [](char c) { return c >= 0 && c < ' ' && c != '\r' && c != '\n' && c != '\t'; };
+    const auto* const row = std::find_if(std::begin(marks), std::end(marks),
+                                         [&](const auto& mark) { return mark.first == name; });
+    return row != std::end(marks) && (list.find(row->second) == std::string_view::npos ||
+                                      std::any_of(list.begin(), list.end(), isForeign));
 }
+
+// The program's folder while it is furnished. What is written there is on the disk when it returns.
+class Furnishing {
+  public:
+    explicit Furnishing(const fs::path& root) : root_(root), disk_(root) {}
+
+    void makeFolder(const std::string& name) {
+        if (existing(root_, name).empty()) files_.MkDir(name);
+    }
+    // What can't be read is left alone: the component tells of it.
+    void furnish(const fs::path& from, const std::string& folder) {
+        const std::string name = from.filename();
+        const fs::path found = existing(existing(root_, folder), name);
+        const std::string path = (folder.empty() ? "" : folder + '\\') + name;
+        std::string list;
+        if (!found.empty()) {
+            if (!read(path, list) || !isDamaged(name, list)) return;
+            if (!list.empty()) files_.FileCopy(path, path + ".damaged");
+            tell(found, list.empty());
+        }
+        files_.Rewrite(path, contentOf(from));
+    }
+    std::string told() const { return told_; }
+
+  private:
+    bool read(const std::string& path, std::string& to) {
+        try {
+            to = files_.ReadWhole(path);
+            return true;
+        } catch (const RuntimeError&) {
+            return false;
+        }
+    }
+    void tell(const fs::path& list, bool empty) {
+        told_ += (told_.empty() ? "" : "\n") + list.string();
+        told_ += empty
+                     ? " was empty and has been replaced by the list that comes with Talvora."
+                     : " was damaged and has been replaced by the list that comes with Talvora. The damaged "
+                       "one is kept beside it.";
+    }
+
+    fs::path root_;
+    PosixDisk disk_;
+    Files files_{disk_};
+    std::string told_;
+};
 
 FolderError cannotFurnish(const fs::filesystem_error& error) {
     return FolderError(error.path1().string() + " cannot be furnished: " + error.code().message());
@@ -79,22 +132,24 @@ void Folders::MakeRoots() const {
     }
 }
 
-void Folders::Furnish(const std::string& defaults) const {
+std::string Folders::Furnish(const std::string& defaults) const {
     MakeRoots();
     try {
-        makeFolder(Data, "Mail");
-        makeFolder(Data, "Received");
-        const fs::path system = makeFolder(Data, "System");
-        if (defaults.empty()) return;
+        Furnishing data(Data);
+        for (const char* name : {"Mail", "Received", "System"}) data.makeFolder(name);
+        if (defaults.empty()) return {};
         const fs::path profile = fs::path(defaults) / "network.ini";
-        if (fs::exists(profile)) furnishFile(profile, Config);
+        if (fs::exists(profile)) Furnishing(Config).furnish(profile, "");
         const fs::path lists = fs::path(defaults) / "System";
-        if (!fs::is_directory(lists)) return;
+        if (!fs::is_directory(lists)) return {};
         for (const fs::directory_entry& entry : fs::directory_iterator(lists)) {
-            if (entry.is_regular_file()) furnishFile(entry.path(), system);
+            if (entry.is_regular_file()) data.furnish(entry.path(), "System");
         }
+        return data.told();
     } catch (const fs::filesystem_error& error) {
         throw cannotFurnish(error);
+    } catch (const RuntimeError& fault) {
+        throw FolderError(Data + " cannot be furnished: " + toUtf8(fault.Description));
     }
 }
 

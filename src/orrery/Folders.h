@@ -27,8 +27,10 @@ struct Folders {
     // The folders alone, still empty. Throws FolderError.
     void MakeRoots() const;
     // Creates what is missing, for the owner alone: the folders, and in them the files of `defaults` (empty
-    // for none). What is there, in whatever case, is never touched. Throws FolderError.
-    void Furnish(const std::string& defaults) const;
+    // for none). What is there, in whatever case, is not touched, but for a list that is empty or no list: it
+    // gives way to the default and is kept as `<name>.damaged`. Gives what the user is to know of that, in
+    // UTF-8; mostly nothing. Lost power leaves each file as it was or whole. Throws FolderError.
+    std::string Furnish(const std::string& defaults) const;
 };
 
 // The installed defaults: share/talvora beside the folder of the executable; empty if there is none.

@@ -76,14 +76,12 @@ Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, Sto
     lock(configLock_, folders_.Config, "settings.lock");
     lock(dataLock_, folders_.Data, "host.lock");
     tellOthers(face_ == nullptr ? State::Headless : State::Desktop);
-    folders_.Furnish(InstalledDefaults(executableFolder_));
+    tellUser(fromUtf8(folders_.Furnish(InstalledDefaults(executableFolder_))));
     profile_ = readProfile(folders_.ProfileFile, !line.Profile.empty());
     gate_.Open(folders_.Gate);
     hearing_ = database_.MessageBroadcasted.connect([this](const HostMessage& m) { heard(m); });
     settings_ = std::make_unique<SqliteSettings>(folders_.SettingsFile);
-    if (const std::string notice = settings_->Notice(); !notice.empty()) {
-        std::fprintf(stderr, "orrery: %s\n", toUtf8(notice).c_str());
-    }
+    tellUser(settings_->Notice());
     applySettings(line);
     disk_ = std::make_unique<PosixDisk>(folders_.Data);
     files_ = std::make_unique<Files>(*disk_);
@@ -95,6 +93,13 @@ Orrery::Orrery(const CommandLine& line, const std::string& executableFolder, Sto
 }
 
 Orrery::~Orrery() = default;
+
+void Orrery::tellUser(const std::string& notice) {
+    if (notice.empty()) return;
+    std::fprintf(stderr, "orrery: %s\n", toUtf8(notice).c_str());
+    if (!notice_.empty()) notice_ += '\n';
+    notice_ += notice;
+}
 
 void Orrery::applySettings(const CommandLine& line) {
     ComponentSettings settings(*settings_);
@@ -116,8 +121,7 @@ void Orrery::Run() {
 
 bool Orrery::begin() {
     if (face_ == nullptr) return true;
-    return face_->Begin({database_, platform_->platform(), profile_, folders_, settings_->Notice()}) &&
-           !ending_;
+    return face_->Begin({database_, platform_->platform(), profile_, folders_, notice_}) && !ending_;
 }
 
 void Orrery::end() {

@@ -47,6 +47,7 @@ class Orrery {
     void Run();
 
   private:
+    void tellUser(const std::string& notice);
     void applySettings(const CommandLine& line);
     bool begin();
     void runComponent();
@@ -67,6 +68,7 @@ class Orrery {
     HostDatabase database_;
     Gate gate_{database_};
     Subscription hearing_;
+    std::string notice_;  // of the start, for the user
     std::unique_ptr<SqliteSettings> settings_;
     std::unique_ptr<PosixDisk> disk_;
     std::unique_ptr<Files> files_;

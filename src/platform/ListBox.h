@@ -26,6 +26,13 @@ class ListBox {
         lines_.push_back(std::move(line));
         LineAdded.raise(ListCount() - 1);
     }
+    // Another text for a line; faults with 5 if there is no such line.
+    void SetItem(int index, std::string line) {
+        std::string& text = lines_[checked(index)];
+        if (text == line) return;
+        text = std::move(line);
+        LineChanged.raise(index);
+    }
     // Faults with 5 if there is no such line. The selection stays on its line, or goes with it.
     void RemoveItem(int index) {
         lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(checked(index)));
@@ -46,6 +53,7 @@ class ListBox {
     Event<> Click;
 
     Event<int> LineAdded;
+    Event<int> LineChanged;
     Event<int> LineRemoved;
     Event<> Cleared;
 

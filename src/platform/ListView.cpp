@@ -19,6 +19,8 @@ void become(ListItem& item, const ListRow& row) {
     item.SetSmallIcon(row.SmallIcon);
     item.SetBold(row.Bold);
     item.SetToolTipText(row.ToolTipText);
+    for (std::size_t column = 0; column < row.SortTexts.size(); ++column)
+        item.SetSortText(column, row.SortTexts[column]);
     for (std::size_t column = 1; column <= std::max(row.SubItems.size(), item.Columns()); ++column) {
         item.SetSubItem(column, column <= row.SubItems.size() ? row.SubItems[column - 1] : std::string());
     }
@@ -33,6 +35,11 @@ ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::siz
 const std::string& ListItem::SubItems(std::size_t column) const {
     static const std::string none;
     return column >= 1 && column <= subItems_.size() ? subItems_[column - 1] : none;
+}
+
+const std::string& ListItem::SortText(std::size_t column) const {
+    if (column < sortTexts_.size() && !sortTexts_[column].empty()) return sortTexts_[column];
+    return column == 0 ? text_ : SubItems(column);
 }
 
 int ListItem::Index() const {
@@ -73,6 +80,13 @@ void ListItem::SetSubItem(std::size_t column, std::string text) {
     if (SubItems(column) == text) return;
     if (subItems_.size() < column) subItems_.resize(column);
     subItems_[column - 1] = std::move(text);
+    changed();
+}
+
+void ListItem::SetSortText(std::size_t column, std::string text) {
+    if (sortTexts_.size() <= column) sortTexts_.resize(column + 1);
+    if (sortTexts_[column] == text) return;
+    sortTexts_[column] = std::move(text);
     changed();
 }
 
@@ -126,12 +140,18 @@ void ListView::Refresh(const std::vector<ListRow>& rows) {
     const std::string key = SelectedItem != nullptr ? SelectedItem->Key() : std::string();
     const int place = SelectedItem != nullptr ? SelectedItem->Index() : 0;
     const int count = static_cast<int>(rows.size());
+    Refreshing.raise();
     while (ListItems.Count() > count) ListItems.Remove(ListItems(ListItems.Count()));
     for (int i = 1; i <= count; ++i) {
         const ListRow& row = rows[static_cast<std::size_t>(i - 1)];
         become(i > ListItems.Count() ? ListItems.Add(row.Key, row.Text) : ListItems(i), row);
     }
     if (place != 0) selectAgain(key, place);
+    Refreshed.raise();
+}
+
+void ListView::Append(const ListRow& row) {
+    become(ListItems.Add(row.Key, row.Text), row);
 }
 
 void ListView::selectAgain(const std::string& key, int place) {
@@ -143,7 +163,6 @@ void ListView::selectAgain(const std::string& key, int place) {
         if (i <= ListItems.Count()) found = i;
     }
     SelectedItem = found == 0 ? nullptr : &ListItems(found);
-    SelectionMoved.raise();
 }
 
 void ListView::userClicks(ListItem& row) {

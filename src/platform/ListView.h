@@ -29,6 +29,8 @@ class ListItem {
     const std::string& ToolTipText() const { return toolTip_; }
     // Columns behind the first, counted from 1; an absent one is empty.
     const std::string& SubItems(std::size_t column) const;
+    // What a list that is sorted by that column goes by; the column's text unless it is told.
+    const std::string& SortText(std::size_t column) const;
     // How many of them there are.
     std::size_t Columns() const { return subItems_.size(); }
     // Which row of the list this is, counted from 1.
@@ -47,6 +49,8 @@ class ListItem {
     void SetBold(bool bold);
     void SetToolTipText(std::string text);
     void SetSubItem(std::size_t column, std::string text);
+    // 0 is the row's text, then come the sub-items.
+    void SetSortText(std::size_t column, std::string text);
 
   private:
     friend class ListItems;
@@ -61,6 +65,7 @@ class ListItem {
     std::string text_;
     std::string tag_;
     std::vector<std::string> subItems_;
+    std::vector<std::string> sortTexts_;  // from column 0 on; an empty one is not told
     int smallIcon_ = 0;
     bool checked_ = false;
     bool bold_ = false;
@@ -76,6 +81,7 @@ struct ListRow {
     std::string Tag;
     bool Bold = false;
     std::string ToolTipText;
+    std::vector<std::string> SortTexts;  // from column 0 on; the column's text where it is empty
 };
 
 // The rows, counted from 1.
@@ -116,8 +122,8 @@ class ListView {
     // The headings, if the form has a say in them; without them the view has its own.
     Property<std::vector<std::string>> ColumnHeaders;
 
-    // Shows the rows by the text of a column, without regard to case; equal ones as they stand in the list.
-    // The list itself, and so the index of a row, stays as it is.
+    // Shows the rows by the sort text of a column, without regard to case; equal ones as they stand in the
+    // list. The list itself, and so the index of a row, stays as it is.
     Property<bool> Sorted{false};
     Property<int> SortKey{0};  // 0 is the rows' text, then come the sub-items
     Property<talvora::SortOrder> SortOrder{talvora::SortOrder::Ascending};
@@ -127,6 +133,8 @@ class ListView {
     // read anew neither flickers nor loses its place on the screen. The selection stays with its key, or with
     // its place if it has none or the key is gone.
     void Refresh(const std::vector<ListRow>& rows);
+    // One more row at the end.
+    void Append(const ListRow& row);
 
     Event<ListItem&> ItemClick;
     Event<ListItem&> ItemCheck;  // the user ticked or unticked a row
@@ -143,8 +151,9 @@ class ListView {
     void userClicks(ListItem& row);
     void userTicks(ListItem& row, bool checked);
 
-    // The selection was changed by code, and a view shows it.
-    Event<> SelectionMoved;
+    // Around Refresh: what moves meanwhile is no hand's doing, and a view keeps its place.
+    Event<> Refreshing;
+    Event<> Refreshed;
 
     ListView();
 

@@ -55,8 +55,10 @@ class Loop {
     // Runs `call` once, later in this or the next turn, in order with other deferred calls.
     virtual void Defer(std::function<void()> call) = 0;
     // One round: what is ready is delivered, and if nothing is, it waits at most a tenth of a millisecond.
-    // The only place, with the questions, where other events run inside a handler.
+    // With `Yield` and the questions the only place where other events run inside a handler.
     virtual void Pump() = 0;
+    // The same for who has work to do: what is ready is delivered, and nothing is waited for.
+    virtual void Yield() = 0;
 
     // The queue that holds the loop's wake-ups.
     virtual TimerQueue& Timers() = 0;

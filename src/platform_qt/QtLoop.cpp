@@ -111,7 +111,7 @@ void QtLoop::wakeAt(Microseconds time) {
     ::timerfd_settime(alarm_.get(), TFD_TIMER_ABSTIME, &alarm, nullptr);
 }
 
-void QtLoop::Pump() {
+void QtLoop::pump(bool waits) {
     if (pumps_ == deepestPump) return;
     struct Depth {
         int& count;
@@ -124,7 +124,7 @@ void QtLoop::Pump() {
     // Qt's own events have their turn; ours was the round above.
     skipTurn_ = true;
     if (dispatcher().processEvents(QEventLoop::AllEvents)) delivered = true;
-    if (!delivered) {
+    if (!delivered && waits) {
         skipTurn_ = true;
         wakeAt(std::min(timers_.nextDue().value_or(never), refresh() + longestWait));
         dispatcher().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);

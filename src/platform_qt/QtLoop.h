@@ -27,7 +27,8 @@ class QtLoop final : public Loop {
     Microseconds Now() const override;
     void Defer(std::function<void()> call) override;
     // Within 16 rounds that stand inside each other; a deeper one returns at once.
-    void Pump() override;
+    void Pump() override { pump(true); }
+    void Yield() override { pump(false); }
     TimerQueue& Timers() override { return timers_; }
     void TimersChanged() override;
 
@@ -38,6 +39,7 @@ class QtLoop final : public Loop {
   private:
     Microseconds refresh() const;
     void turn();
+    void pump(bool waits);
     bool round();
     bool runDeferred();
     bool fire(std::uint64_t mark);

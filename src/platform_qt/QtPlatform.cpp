@@ -23,6 +23,7 @@ QtPlatform::QtPlatform(Files& files, SettingsStore& settings, Questions& questio
 
 void QtPlatform::prepareProcess() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     // `open` takes the lowest free number, so each missing stream gets its own place.
     int number = 0;
     do {

@@ -24,9 +24,9 @@ class QtPlatform {
 
     Platform& platform() { return platform_; }
 
-    // To be called first in `main`: a broken pipe raises no signal, and a standard stream that is closed
-    // leads to the null device, so that no file or socket is ever opened in its place and written to as if it
-    // were one.
+    // To be called first in `main`: a broken pipe and a file that may not grow raise no signal but a fault,
+    // and a standard stream that is closed leads to the null device, so that no file or socket is ever opened
+    // in its place and written to as if it were one.
     static void prepareProcess();
 
   private:

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QtCore/QDateTime>
-#include <QtCore/QFile>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -30,7 +29,7 @@ bool exists(const std::string& path) {
 
 off_t sizeOf(const std::string& path) {
     struct stat found {};
-    return ::stat(path.c_str(), &found) == 0 ? found.st_size : 0;
+    return ::stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode) ? found.st_size : 0;
 }
 
 void hideFromOthers(const std::string& path) {
@@ -84,9 +83,23 @@ void SettingsFile::create() const {
     flushFolderOf(path_);
 }
 
+bool SettingsFile::hasLog() const {
+    return sizeOf(logPath()) > 0;
+}
+
 bool SettingsFile::isLogDamaged() const {
-    if (sizeOf(path_) == 0) return sizeOf(logPath()) > 0;
-    return talvora::isLogDamaged(logPath());
+    const bool damaged = sizeOf(path_) == 0 ? sizeOf(logPath()) > 0 : talvora::isLogDamaged(logPath(), path_);
+    return damaged && !isInUse();
+}
+
+// Whether another process holds the database. Closing the file gives up the locks that this process holds, so
+// this is asked only of a log that no store of ours can have.
+bool SettingsFile::isInUse() const {
+    const Descriptor file(::open(path_.c_str(), O_RDWR | O_CLOEXEC));
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return file.get() < 0 || ::fcntl(file.get(), F_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
 }
 
 std::string SettingsFile::asideName(const std::string& of) const {
@@ -111,11 +124,10 @@ std::string SettingsFile::putAside() const {
     return aside;
 }
 
-std::string SettingsFile::keepLog() const {
+std::string SettingsFile::putLogAside() const {
     const std::string aside = asideName(logPath());
-    // A copy has the mode of its original.
-    if (!QFile::copy(QString::fromStdString(logPath()), QString::fromStdString(aside))) {
-        throw fault(Fault::PathFileAccessError, "its log is damaged and can't be put aside");
+    if (std::rename(logPath().c_str(), aside.c_str()) != 0) {
+        throw fault(Fault::PathFileAccessError, "its log is damaged and can't be put aside: ", errno);
     }
     flushFolderOf(path_);
     return aside;

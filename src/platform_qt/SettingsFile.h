@@ -19,18 +19,21 @@ class SettingsFile {
     // Makes the file and its folder, or checks that the file can be written. An existing file is only looked
     // at and never opened, since closing it would give up the locks that another store of this process holds.
     void prepare() const;
-    // The log belongs to an emptied database, or can't be read to its end.
+    // The log belongs to an emptied database, can't be read to its end, or does not fit the database; and no
+    // other process is writing it just now.
     bool isLogDamaged() const;
+    bool hasLog() const;
     // Moves the database with its log to `<name>.damaged-<date>-<time>` and gives the new path.
     std::string putAside() const;
-    // Copies the log alone there.
-    std::string keepLog() const;
+    // Moves the log alone there.
+    std::string putLogAside() const;
 
     // A fault with a description for the user.
     RuntimeError fault(Fault number, const std::string& reason, int errorNumber = 0) const;
 
   private:
     RuntimeError systemFault(int errorNumber) const;
+    bool isInUse() const;
     std::string asideName(const std::string& of) const;
     void create() const;
 

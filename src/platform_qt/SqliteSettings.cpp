@@ -1,10 +1,10 @@
 #include "platform_qt/SqliteSettings.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QUrl>
 #include <QtCore/QUuid>
 #include <QtCore/QVariant>
 #include <QtSql/QSqlError>
-#include <cstdio>
 
 #include "platform/CodePage1253.h"
 
@@ -15,7 +15,16 @@ namespace {
 constexpr int schemaVersion = 1;
 
 // The result codes of SQLite that are told apart, without their extensions.
-enum Result { Busy = 5, Locked = 6, ReadOnly = 8, IoError = 10, Corrupt = 11, Full = 13, NotADatabase = 26 };
+enum Result {
+    Busy = 5,
+    Locked = 6,
+    ReadOnly = 8,
+    IoError = 10,
+    Corrupt = 11,
+    Full = 13,
+    CantOpen = 14,
+    NotADatabase = 26
+};
 
 Fault faultOf(int result) {
     switch (result) {
@@ -70,29 +79,35 @@ void SqliteSettings::startAnew(int busyMs) {
         close();
         throw;
     }
-    notice_ = fromUtf8("The settings were damaged and could not be read. The damaged file was kept as " +
-                       aside + "; Talvora starts with its default settings.");
+    tell("The settings were damaged and could not be read. The damaged file was kept as " + aside +
+         "; Talvora starts with its default settings.");
+}
+
+void SqliteSettings::tell(const std::string& notice) {
+    if (!notice_.empty()) notice_ += ' ';
+    notice_ += fromUtf8(notice);
 }
 
 void SqliteSettings::start(int busyMs) {
     file_.prepare();
-    // Before the database opens it: what can't be read of the log is gone from then on.
-    const std::string keptLog = file_.isLogDamaged() ? file_.keepLog() : std::string();
+    // Before the database opens it, which would do whatever a log says that is sound in itself.
+    if (file_.isLogDamaged()) {
+        tell("The last changes of the settings were damaged and could not be read. They were kept as " +
+             file_.putLogAside() + "; please look through your settings.");
+    }
     try {
         read(busyMs);
-    } catch (const RuntimeError&) {
-        // Another store's log, perhaps in the middle of a save.
-        if (!keptLog.empty()) std::remove(keptLog.c_str());
-        throw;
+    } catch (const CannotOpen&) {
+        close();
+        readFrozen();
     }
-    if (keptLog.empty()) return;
-    notice_ =
-        fromUtf8("The last changes of the settings were damaged and could not be read. They were kept as " +
-                 keptLog + "; please look through your settings.");
 }
 
 void SqliteSettings::read(int busyMs) {
-    open(busyMs);
+    open(QString::fromStdString(file_.path()), "QSQLITE_BUSY_TIMEOUT=" + QString::number(busyMs));
+    run("PRAGMA cache_size = -128");
+    run("PRAGMA locking_mode = EXCLUSIVE");
+    run("PRAGMA synchronous = FULL");
     checkIntegrity();
     upgradeSchema();
     load();
@@ -103,15 +118,29 @@ void SqliteSettings::read(int busyMs) {
     }
 }
 
-void SqliteSettings::open(int busyMs) {
+// As a file that nobody changes: this needs no log beside it. A log that is there would be missed.
+void SqliteSettings::readFrozen() {
+    constexpr const char* reason = "no file can be made beside them";
+    if (file_.hasLog()) throw file_.fault(Fault::DiskFull, reason);
+    try {
+        const QByteArray path = QUrl::toPercentEncoding(QString::fromStdString(file_.path()), "/");
+        open("file:" + QString::fromLatin1(path) + "?immutable=1", "QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI");
+        checkIntegrity();
+        load();
+    } catch (const CannotOpen&) {
+        throw file_.fault(Fault::DiskFull, reason);
+    }
+    tell(
+        "The disk seems to be full: the settings can be read, but nothing that you change is kept until "
+        "there is room and Talvora is started again.");
+}
+
+void SqliteSettings::open(const QString& name, const QString& options) {
     database_ = QSqlDatabase::addDatabase("QSQLITE", connection_);
     if (!database_.isValid()) throw file_.fault(Fault::PathFileAccessError, "Qt's SQLite plug-in is missing");
-    database_.setDatabaseName(QString::fromStdString(file_.path()));
-    database_.setConnectOptions("QSQLITE_BUSY_TIMEOUT=" + QString::number(busyMs));
+    database_.setDatabaseName(name);
+    database_.setConnectOptions(options);
     if (!database_.open()) fail(database_.lastError());
-    run("PRAGMA cache_size = -128");
-    run("PRAGMA locking_mode = EXCLUSIVE");
-    run("PRAGMA synchronous = FULL");
 }
 
 void SqliteSettings::close() {
@@ -132,6 +161,7 @@ QSqlQuery SqliteSettings::run(const char* statement) {
 void SqliteSettings::fail(const QSqlError& error) const {
     const int result = error.nativeErrorCode().toInt() & 0xFF;
     if (result == Corrupt || result == NotADatabase) throw Damaged();
+    if (result == CantOpen) throw CannotOpen();
     if (result == Busy || result == Locked) {
         throw file_.fault(Fault::PermissionDenied, "they are in use by another running program");
     }
@@ -183,6 +213,7 @@ void SqliteSettings::SaveSetting(std::string_view app, std::string_view section,
     const SettingName name{app, section, key};
     const std::string* old = table_.find(name);
     if (old != nullptr && *old == value) return;
+    if (!save_) throw file_.fault(Fault::DiskFull, "the disk was full at the start");
     int column = 0;
     for (const auto part : {app, section, key}) save_->bindValue(column++, blob(SettingsTable::folded(part)));
     save_->bindValue(column, blob(value));

@@ -3,7 +3,8 @@
 // the platform owns it; it needs a QCoreApplication, for Qt's database plug-in.
 //
 // All is loaded at the start, reads come from memory, and a save is on the disk when it returns. The file is
-// this store's alone as long as it lives. What is damaged is put aside beside it and told by `Notice`.
+// this store's alone as long as it lives. What is damaged is put aside beside it and told by `Notice`; so
+// is a full disk, on which the settings are read and each save faults with 61.
 
 #include <QtCore/QString>
 #include <QtSql/QSqlDatabase>
@@ -37,12 +38,15 @@ class SqliteSettings final : public SettingsStore {
                      std::string_view value) override;
 
   private:
-    struct Damaged {};  // thrown by a statement that meets a damaged file
+    struct Damaged {};     // thrown by a statement that meets a damaged file
+    struct CannotOpen {};  // by one that finds no room for a file beside it
 
     void start(int busyMs);
     void startAnew(int busyMs);
+    void tell(const std::string& notice);
     void read(int busyMs);
-    void open(int busyMs);
+    void readFrozen();
+    void open(const QString& name, const QString& options);
     void close();
     void checkIntegrity();
     void upgradeSchema();
@@ -53,7 +57,7 @@ class SqliteSettings final : public SettingsStore {
     SettingsFile file_;
     QString connection_;  // its name, unique in the process
     QSqlDatabase database_;
-    std::optional<QSqlQuery> save_;
+    std::optional<QSqlQuery> save_;  // nothing while the store can only be read
     SettingsTable table_;
     std::string notice_;
 };

@@ -1,8 +1,11 @@
 #include "platform_qt/WriteAheadLog.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
+#include <string_view>
 #include <vector>
 
 namespace talvora {
@@ -38,23 +41,47 @@ struct Sum {
     std::uint32_t second = 0;
 };
 
+// The database as far as its log must fit it.
+struct Database {
+    explicit Database(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
+        std::array<unsigned char, 18> header{};
+        in.read(reinterpret_cast<char*>(header.data()), header.size());
+        constexpr std::string_view title = "SQLite format 3";
+        if (in && std::equal(title.begin(), title.end(), header.begin())) {
+            pageSize = std::size_t{header[16]} << 8 | header[17];
+            if (pageSize == 1) pageSize = 65536;
+        }
+        in.clear();
+        in.seekg(0, std::ios::end);
+        size = static_cast<std::uint64_t>(std::max<std::streamoff>(in.tellg(), 0));
+    }
+
+    std::size_t pageSize = 0;  // 0 if it says none: the log may hold all of it
+    std::uint64_t size = 0;
+};
+
 class Log {
   public:
-    explicit Log(const std::string& path) : in_(path, std::ios::binary) {}
+    Log(const std::string& path, const Database& database)
+        : in_(path, std::ios::binary), database_(database) {}
 
     bool damaged() {
-        Bytes header = next(headerSize);
-        if (header.size() < headerSize) return false;
-        sum_.add(header.data(), 24, isBigEndian(header));
-        const std::size_t pageSize = bigEndian(&header[8]);
-        const bool sound =
-            (bigEndian(&header[0]) & ~1U) == magic && sum_.isAt(&header[24]) && pageSize <= 65536;
+        header_ = next(headerSize);
+        if (header_.size() < headerSize) return false;
+        sum_.add(header_.data(), 24, isBigEndian());
+        pageSize_ = bigEndian(&header_[8]);
         // The header is on the disk before the first frame is written.
-        return sound ? framesDamaged(header, pageSize) : in_.peek() != std::ifstream::traits_type::eof();
+        return isHeaderSound() ? framesDamaged() : in_.peek() != std::ifstream::traits_type::eof();
     }
 
   private:
-    static bool isBigEndian(const Bytes& header) { return (bigEndian(&header[0]) & 1U) != 0; }
+    bool isBigEndian() const { return (bigEndian(&header_[0]) & 1U) != 0; }
+
+    bool isHeaderSound() const {
+        const bool isPower = pageSize_ >= 512 && pageSize_ <= 65536 && (pageSize_ & (pageSize_ - 1)) == 0;
+        return (bigEndian(&header_[0]) & ~1U) == magic && sum_.isAt(&header_[24]) && isPower;
+    }
 
     Bytes next(std::size_t size) {
         Bytes bytes(size);
@@ -65,28 +92,41 @@ class Log {
 
     // Behind the first frame that does not hold there may be old ones of an earlier round, but none of this
     // one.
-    bool framesDamaged(const Bytes& header, std::size_t pageSize) {
+    bool framesDamaged() {
         bool sound = true;
-        for (;;) {
-            const Bytes frame = next(frameHeaderSize + pageSize);
-            if (frame.size() < frameHeaderSize + pageSize) return false;
-            const bool ofThisRound = bigEndian(&frame[8]) == bigEndian(&header[16]) &&
-                                     bigEndian(&frame[12]) == bigEndian(&header[20]);
+        for (std::uint64_t number = 1;; ++number) {
+            const Bytes frame = next(frameHeaderSize + pageSize_);
+            if (frame.size() < frameHeaderSize + pageSize_) return false;
+            const bool ofThisRound = bigEndian(&frame[8]) == bigEndian(&header_[16]) &&
+                                     bigEndian(&frame[12]) == bigEndian(&header_[20]);
             if (!sound && ofThisRound) return true;
-            sum_.add(&frame[0], 8, isBigEndian(header));
-            sum_.add(&frame[frameHeaderSize], pageSize, isBigEndian(header));
+            sum_.add(&frame[0], 8, isBigEndian());
+            sum_.add(&frame[frameHeaderSize], pageSize_, isBigEndian());
             sound = sound && ofThisRound && sum_.isAt(&frame[16]);
+            if (sound && !fits(frame, number)) return true;
         }
     }
 
+    // A page more for each frame is the most by which a database grows.
+    bool fits(const Bytes& frame, std::uint64_t number) const {
+        const std::uint64_t most = database_.size / pageSize_ + number;
+        const std::uint64_t page = bigEndian(&frame[0]);
+        const std::uint64_t pages = bigEndian(&frame[4]);  // of a frame that ends a change; else 0
+        const bool isOfItsSize = database_.pageSize == 0 || database_.pageSize == pageSize_;
+        return isOfItsSize && page >= 1 && page <= most && pages <= most && (pages == 0 || page <= pages);
+    }
+
     std::ifstream in_;
+    Database database_;
+    Bytes header_;
+    std::size_t pageSize_ = 0;
     Sum sum_;
 };
 
 }  // namespace
 
-bool isLogDamaged(const std::string& nativePath) {
-    return Log(nativePath).damaged();
+bool isLogDamaged(const std::string& logPath, const std::string& path) {
+    return Log(logPath, Database(path)).damaged();
 }
 
 }  // namespace talvora

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "irc/wire/LineView.h"
 #include "platform/Text.h"
 #include "robot/Fields.h"
 #include "robot/Moment.h"
@@ -57,7 +58,7 @@ bool AnnouncementDesk::Handle(const Caller& caller, std::string_view verb, std::
 // A number beyond the last one is from a history that this robot does not know: such a client begins here, as
 // one without a history does.
 void AnnouncementDesk::tellNews(const Caller& caller, std::string_view has) {
-    if (!AllDigits(has) || out_.Waits(caller.Key, Topic::Announcements)) return;
+    if (!AllDigits(has) || out_.Waits(caller.Nick, Topic::Announcements)) return;
     const std::int64_t last = store_.LastAnnouncement();
     const std::int64_t number = WholeNumber(has).value_or(-1);
     if (number == last) return say(caller, "ANN NO");
@@ -90,13 +91,23 @@ void AnnouncementDesk::post(const Caller& caller, std::string_view rest) {
     }
 }
 
+// The nick is compared as the servers do, which know no capitals but ASCII ones: a name that only looks the
+// same may be another user's. Behind it nothing but a state that belongs to the network, since anybody can
+// take `Boss[x]`.
+bool AnnouncementDesk::mayPost(const Caller& caller, const CategoryRules& rules) const {
+    const auto is = [&](const std::string& nick) { return sameAscii(nick, caller.Nick); };
+    const auto isWithAState = [&](const std::string& poster) {
+        return is(poster) || std::ranges::any_of(config_.PosterStates, [&](const std::string& state) {
+                   return is(poster + "[" + state + "]");
+               });
+    };
+    return rules.Posters.empty() || std::ranges::any_of(rules.Posters, isWithAState);
+}
+
 std::string AnnouncementDesk::objection(const Caller& caller, const Announcement& wanted) const {
     if (wanted.Category < 0 || wanted.Category >= kCategories) return "there is no such category.";
     const CategoryRules& rules = config_.Categories[static_cast<std::size_t>(wanted.Category)];
-    const auto isPoster = [&](const std::string& nick) { return EqualText(nick, caller.Bare); };
-    if (!rules.Posters.empty() && std::none_of(rules.Posters.begin(), rules.Posters.end(), isPoster)) {
-        return "you may not post in this category.";
-    }
+    if (!mayPost(caller, rules)) return "you may not post in this category.";
     if (wanted.Text.empty()) return "it has no text.";
     if (wanted.Hours < 0 || wanted.Hours > rules.MaxHours) {
         return "in this category it may last from 0 to " + CStr(rules.MaxHours) + " hours.";

@@ -28,6 +28,7 @@ class AnnouncementDesk {
   private:
     void tellNews(const Caller& caller, std::string_view has);
     void post(const Caller& caller, std::string_view rest);
+    bool mayPost(const Caller& caller, const CategoryRules& rules) const;
     // What is wrong with it, in words for its poster; empty if it is right.
     std::string objection(const Caller& caller, const Announcement& wanted) const;
     void refuse(const Caller& caller, const std::string& reason);

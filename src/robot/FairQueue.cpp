@@ -35,39 +35,45 @@ FairQueue::FairQueue(Platform& platform, int linesPerSecond, int burst, Put put)
 
 // ---- One ring of queues
 
-FairQueue::Queue* FairQueue::Ring::find(const std::string& key) {
-    const auto known = byKey.find(key);
-    return known == byKey.end() ? nullptr : &*known->second;
+FairQueue::Queue* FairQueue::Ring::find(const std::string& nick) {
+    const auto known = byNick.find(nick);
+    return known == byNick.end() ? nullptr : &*known->second;
 }
 
-const FairQueue::Queue* FairQueue::Ring::find(const std::string& key) const {
-    const auto known = byKey.find(key);
-    return known == byKey.end() ? nullptr : &*known->second;
+const FairQueue::Queue* FairQueue::Ring::find(const std::string& nick) const {
+    const auto known = byNick.find(nick);
+    return known == byNick.end() ? nullptr : &*known->second;
 }
 
-FairQueue::Queue& FairQueue::Ring::queueOf(const Caller& to) {
-    if (Queue* known = find(to.Key)) {
-        known->nick = to.Nick;
-        return *known;
-    }
-    turn.push_back({to.Key, to.Nick, {}});
-    byKey.emplace(to.Key, std::prev(turn.end()));
+FairQueue::Queue& FairQueue::Ring::queueOf(const std::string& nick) {
+    if (Queue* known = find(nick)) return *known;
+    turn.push_back({nick, {}});
+    byNick.emplace(nick, std::prev(turn.end()));
     return turn.back();
 }
 
 void FairQueue::Ring::erase(Place place) {
     waiting -= place->lines.size();
-    byKey.erase(place->key);
+    byNick.erase(place->nick);
     turn.erase(place);
 }
 
-void FairQueue::Ring::drop(const std::string& key) {
-    const auto known = byKey.find(key);
-    if (known != byKey.end()) erase(known->second);
+void FairQueue::Ring::drop(const std::string& nick) {
+    const auto known = byNick.find(nick);
+    if (known != byNick.end()) erase(known->second);
+}
+
+void FairQueue::Ring::rename(const std::string& before, const std::string& now) {
+    const auto known = byNick.find(before);
+    if (known == byNick.end()) return;
+    const Place place = known->second;
+    byNick.erase(known);
+    place->nick = now;
+    byNick[now] = place;
 }
 
 void FairQueue::Ring::clear() {
-    byKey.clear();
+    byNick.clear();
     turn.clear();
     waiting = 0;
 }
@@ -92,10 +98,10 @@ void FairQueue::SendAs(LineKind kind, const Caller& to, std::string_view text) {
 void FairQueue::add(const Caller& to, Line line) {
     if (!open_) return;
     Ring& ring = ringOf(line.topic);
-    Queue& queue = ring.queueOf(to);
+    Queue& queue = ring.queueOf(to.Nick);
     if (queue.lines.size() >= MostLinesOfUser || Waiting() >= MostLines) {
-        Drop(to.Key);
-        Overflowed.raise(to.Key);
+        Drop(to.Nick);
+        Overflowed.raise(to.Nick);
         return;
     }
     line.since = loop_.Now();
@@ -104,37 +110,30 @@ void FairQueue::add(const Caller& to, Line line) {
     if (!serving_) serve();
 }
 
-bool FairQueue::Waits(const std::string& key, Topic topic) const {
-    const Queue* queue = ringOf(topic).find(key);
+bool FairQueue::Waits(const std::string& nick, Topic topic) const {
+    const Queue* queue = ringOf(topic).find(nick);
     if (queue == nullptr) return false;
     const auto isOfTopic = [topic](const Line& line) { return line.topic == topic; };
     return std::any_of(queue->lines.begin(), queue->lines.end(), isOfTopic);
 }
 
-void FairQueue::Forget(const std::string& key, Topic topic) {
+void FairQueue::Forget(const std::string& nick, Topic topic) {
     Ring& ring = ringOf(topic);
-    Queue* queue = ring.find(key);
+    Queue* queue = ring.find(nick);
     if (queue == nullptr) return;
     ring.waiting -= std::erase_if(queue->lines, [topic](const Line& line) { return line.topic == topic; });
 }
 
-void FairQueue::Drop(const std::string& key) {
-    dialogues_.drop(key);
-    news_.drop(key);
+void FairQueue::Drop(const std::string& nick) {
+    dialogues_.drop(nick);
+    news_.drop(nick);
 }
 
-void FairQueue::Readdress(const Caller& now) {
-    for (Ring* ring : {&dialogues_, &news_}) {
-        if (Queue* queue = ring->find(now.Key)) queue->nick = now.Nick;
-    }
-}
-
-bool FairQueue::GoesElsewhere(const Caller& than) const {
-    for (const Ring* ring : {&dialogues_, &news_}) {
-        const Queue* queue = ring->find(than.Key);
-        if (queue != nullptr && !EqualText(queue->nick, than.Nick)) return true;
-    }
-    return false;
+// The nick was nobody's until now, so what waits under it is of one who has gone.
+void FairQueue::Rename(const std::string& before, const std::string& now) {
+    Drop(now);
+    dialogues_.rename(before, now);
+    news_.rename(before, now);
 }
 
 // ---- Serving them
@@ -165,9 +164,9 @@ void FairQueue::serveNext(Ring& ring) {
     const Place first = ring.turn.begin();
     if (first->lines.empty()) return ring.erase(first);
     if (isTooLate(first->lines.front())) {
-        const std::string key = first->key;
-        Forget(key, Topic::Reading);
-        CameTooLate.raise(key);
+        const std::string nick = first->nick;
+        Forget(nick, Topic::Reading);
+        CameTooLate.raise(nick);
         return;
     }
     const Line line = std::move(first->lines.front());

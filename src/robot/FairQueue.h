@@ -19,13 +19,14 @@ namespace talvora {
 // The nick in front of the mark of its state: "Maria" of `Maria[DND]`.
 std::string BareNick(std::string_view nick);
 
-// One who speaks to the robot.
+// One who speaks to the robot. Who he is for the length of a dialogue is the nick as the server wrote it,
+// state and capitals included: nobody else on the network has it. The mailbox is that of the bare nick.
 struct Caller {
     explicit Caller(const std::string& nick);
 
-    std::string Nick;  // as it is now, where the answers go
+    std::string Nick;  // where the answers go
     std::string Bare;
-    std::string Key;  // the bare nick in upper case: who it is, whatever its state
+    std::string Key;  // of the mailbox: the bare nick in upper case
 };
 
 class FairQueue {
@@ -57,15 +58,13 @@ class FairQueue {
     void Send(const Caller& to, Topic topic, std::string_view text, WhenSent whenSent = {});
     void SendAs(LineKind kind, const Caller& to, std::string_view text);
 
-    // Whether a line of that topic waits for the user.
-    bool Waits(const std::string& key, Topic topic) const;
+    // Whether a line of that topic waits for the user of exactly that nick.
+    bool Waits(const std::string& nick, Topic topic) const;
     // Takes back the lines of a topic; the user keeps his place among those who wait.
-    void Forget(const std::string& key, Topic topic);
-    void Drop(const std::string& key);
-    // The user has another nick in front of the same key: what waits goes there.
-    void Readdress(const Caller& now);
-    // Whether something waits for that user that goes to another nick of his.
-    bool GoesElsewhere(const Caller& than) const;
+    void Forget(const std::string& nick, Topic topic);
+    void Drop(const std::string& nick);
+    // The user has another nick now: what waits goes there.
+    void Rename(const std::string& before, const std::string& now);
 
     std::size_t Waiting() const { return dialogues_.waiting + news_.waiting; }
 
@@ -78,21 +77,21 @@ class FairQueue {
         Microseconds since = 0;
     };
     struct Queue {
-        std::string key;
         std::string nick;
         std::deque<Line> lines;
     };
     using Place = std::list<Queue>::iterator;
     struct Ring {
         std::list<Queue> turn;  // who is next stands first
-        std::unordered_map<std::string, Place> byKey;
+        std::unordered_map<std::string, Place> byNick;
         std::size_t waiting = 0;  // lines in all queues
 
-        Queue* find(const std::string& key);
-        const Queue* find(const std::string& key) const;
-        Queue& queueOf(const Caller& to);
+        Queue* find(const std::string& nick);
+        const Queue* find(const std::string& nick) const;
+        Queue& queueOf(const std::string& nick);
         void erase(Place place);
-        void drop(const std::string& key);
+        void drop(const std::string& nick);
+        void rename(const std::string& before, const std::string& now);
         void clear();
     };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/CodePage1253.h"
 #include "platform/Text.h"
 #include "robot/Fields.h"
 #include "robot/Moment.h"
@@ -45,9 +46,9 @@ void MailGiving::Poll(const Caller& caller, std::string_view id, std::string_vie
 
 void MailGiving::take(const Caller& caller, std::int32_t id, int line) {
     const bool served = readings_.Erase(caller.Key);
-    out_.Forget(caller.Key, Topic::Reading);
-    out_.Forget(caller.Key, Topic::NoMail);
-    if (id == 0) store_.RemoveDelivered(caller.Bare);
+    out_.Forget(caller.Nick, Topic::Reading);
+    out_.Forget(caller.Nick, Topic::NoMail);
+    if (id == 0) noteArrival(caller);
     auto mail = find(caller, id, line);
     if (!mail) {
         LeaveQueue(caller.Key);
@@ -57,6 +58,15 @@ void MailGiving::take(const Caller& caller, std::int32_t id, int line) {
     } else {
         LeaveQueue(caller.Key);
         start(caller, std::move(*mail), id, line);
+    }
+}
+
+// A store that others have locked can be read all the same; what has arrived goes with a later poll.
+void MailGiving::noteArrival(const Caller& caller) {
+    try {
+        store_.RemoveDelivered(caller.Bare);
+    } catch (const StoreError& fault) {
+        log_(LogSubject::Store, "what has arrived stays for now: " + fromUtf8(fault.what()));
     }
 }
 
@@ -75,10 +85,7 @@ void MailGiving::refuse(const Caller& caller, std::int32_t id, int line) {
 
 void MailGiving::start(const Caller& caller, MailHead mail, std::int32_t id, int line) {
     const std::string text = id == 0 ? StartLine(mail) : "MAIL RESUME";
-    Reading reading;
-    reading.Mail = std::move(mail);
-    reading.Line = id == 0 ? 0 : line;
-    readings_.Put(caller.Key, std::move(reading), loop_.Now());
+    readings_.Put(caller.Key, {caller, std::move(mail), id == 0 ? 0 : line}, loop_.Now());
     say(caller, text);
 }
 
@@ -107,15 +114,15 @@ void MailGiving::admit() {
 }
 
 bool MailGiving::Awaits(const Caller& caller) {
-    const Reading* reading = readings_.Find(caller.Key);
+    const Reading* reading = readingOf(caller);
     return reading != nullptr && reading->Stage != Reading::EndWaits &&
-           !out_.Waits(caller.Key, Topic::Reading);
+           !out_.Waits(caller.Nick, Topic::Reading);
 }
 
 // While the last line has not left yet, nobody can have read it.
 void MailGiving::Acknowledge(const Caller& caller) {
     if (!Awaits(caller)) return;
-    Reading* reading = readings_.Find(caller.Key);
+    Reading* reading = readingOf(caller);
     readings_.Touch(caller.Key, loop_.Now());
     if (reading->Stage == Reading::Ended) {
         // This may be the acknowledgement of an earlier line that was under way: the mail stays until the
@@ -133,29 +140,53 @@ void MailGiving::Acknowledge(const Caller& caller) {
         ++reading->Line;
         return say(caller, "MAIL DUMP " + piece);
     }
-    store_.NoteEndSent(id, [this, caller, id](bool safe) { sayEnd(caller, id, safe); });
+    store_.NoteEndSent(id, [this, key = caller.Key, id](bool safe) { sayEnd(key, id, safe); });
     reading->Stage = Reading::EndWaits;
 }
 
-void MailGiving::sayEnd(const Caller& caller, std::int64_t id, bool safe) {
-    Reading* reading = readings_.Find(caller.Key);
+void MailGiving::sayEnd(const std::string& key, std::int64_t id, bool safe) {
+    Reading* reading = readings_.Find(key);
     if (reading == nullptr || reading->Mail.Id != id || reading->Stage != Reading::EndWaits) return;
     if (!safe) {
-        readings_.Erase(caller.Key);
+        readings_.Erase(key);
         return;
     }
     reading->Stage = Reading::Ended;
-    log_(LogSubject::Mail, "read by " + caller.Bare + ": number " + CStr(id));
-    say(caller, "MAIL DONE");
+    log_(LogSubject::Mail, "read by " + reading->Who.Bare + ": number " + CStr(id));
+    say(reading->Who, "MAIL DONE");
 }
 
 void MailGiving::say(const Caller& caller, std::string_view text) {
     out_.Send(caller, Topic::Reading, text);
 }
 
-void MailGiving::Drop(const std::string& key) {
-    readings_.Erase(key);
-    LeaveQueue(key);
+MailGiving::Reading* MailGiving::readingOf(const Caller& caller) {
+    Reading* reading = readings_.Find(caller.Key);
+    return reading != nullptr && reading->Who.Nick == caller.Nick ? reading : nullptr;
+}
+
+MailGiving::WaitingReader* MailGiving::waitingOf(const Caller& caller) {
+    const auto known = waitingByKey_.find(caller.Key);
+    if (known == waitingByKey_.end() || known->second->Who.Nick != caller.Nick) return nullptr;
+    return &*known->second;
+}
+
+// One who waits and has not asked again for long has gone.
+std::string MailGiving::Holder(const std::string& key) {
+    if (const Reading* reading = readings_.Find(key)) return reading->Who.Nick;
+    const auto known = waitingByKey_.find(key);
+    if (known == waitingByKey_.end() || loop_.Now() - known->second->Asked >= LapsesAfter) return {};
+    return known->second->Who.Nick;
+}
+
+void MailGiving::Drop(const Caller& caller) {
+    if (readingOf(caller) != nullptr) readings_.Erase(caller.Key);
+    if (waitingOf(caller) != nullptr) LeaveQueue(caller.Key);
+}
+
+void MailGiving::Rename(const Caller& before, const Caller& now) {
+    if (Reading* reading = readingOf(before)) reading->Who = now;
+    if (WaitingReader* reader = waitingOf(before)) reader->Who = now;
 }
 
 void MailGiving::LeaveQueue(const std::string& key) {

@@ -5,6 +5,9 @@
 //
 // A reader whose next line is long in coming gives up, and begins again later. So only as many are served at
 // a time as the rate of lines allows; the others wait for their turn, in the order in which they came.
+//
+// A mailbox has one reader at a time, known by his exact nick; whoever owns this asks for `Holder` before it
+// hands on the words of another one.
 
 #include <list>
 #include <optional>
@@ -41,10 +44,14 @@ class MailGiving {
     bool Awaits(const Caller& caller);
 
     // Whether a mail is being read by that user.
-    bool Reads(const Caller& caller) { return readings_.Find(caller.Key) != nullptr; }
+    bool Reads(const Caller& caller) { return readingOf(caller) != nullptr; }
+    // The nick that reads from that mailbox or waits for its turn to; empty if there is none.
+    std::string Holder(const std::string& key);
     // The user waits no longer for his turn.
     void LeaveQueue(const std::string& key);
-    void Drop(const std::string& key);
+    // The dialogue of that nick, and nobody else's.
+    void Drop(const Caller& caller);
+    void Rename(const Caller& before, const Caller& now);
     void Clear();
     void Sweep();
 
@@ -53,8 +60,9 @@ class MailGiving {
 
   private:
     struct Reading {
+        Caller Who;
         MailHead Mail;
-        int Line = 0;  // sent so far
+        int Line;  // sent so far
         enum { Lines, EndWaits, Ended } Stage = Lines;
     };
     struct WaitingReader {
@@ -64,13 +72,16 @@ class MailGiving {
         Microseconds Asked;
     };
 
+    Reading* readingOf(const Caller& caller);
+    WaitingReader* waitingOf(const Caller& caller);
     void take(const Caller& caller, std::int32_t id, int line);
     std::optional<MailHead> find(const Caller& caller, std::int32_t id, int line);
     void refuse(const Caller& caller, std::int32_t id, int line);
     void wait(const Caller& caller, std::int32_t id, int line);
     void admit();
     void start(const Caller& caller, MailHead mail, std::int32_t id, int line);
-    void sayEnd(const Caller& caller, std::int64_t id, bool safe);
+    void noteArrival(const Caller& caller);
+    void sayEnd(const std::string& key, std::int64_t id, bool safe);
     void say(const Caller& caller, std::string_view text);
     bool full() const { return readings_.Size() >= most_; }
 

@@ -64,16 +64,35 @@ bool MailTaking::handle(const Caller& caller, std::string_view verb, std::string
 
 bool MailTaking::Awaits(const Caller& caller, std::string_view verb) {
     if (verb != "DUMP" && verb != "SENT") return false;
-    const Taking* taking = takings_.Find(caller.Key);
+    const Taking* taking = takingOf(caller);
     return taking != nullptr && taking->Total > 0;
 }
 
+std::string MailTaking::Holder(const std::string& key) {
+    const Taking* taking = takings_.Find(key);
+    return taking == nullptr ? std::string() : taking->Holder;
+}
+
+MailTaking::Taking* MailTaking::takingOf(const Caller& caller) {
+    Taking* taking = takings_.Find(caller.Key);
+    return taking != nullptr && taking->Holder == caller.Nick ? taking : nullptr;
+}
+
+void MailTaking::Drop(const Caller& caller) {
+    if (takingOf(caller) != nullptr) takings_.Erase(caller.Key);
+}
+
+void MailTaking::Rename(const Caller& before, const Caller& now) {
+    if (Taking* taking = takingOf(before)) taking->Holder = now.Nick;
+}
+
 void MailTaking::request(const Caller& caller) {
-    const Taking* taking = takings_.Find(caller.Key);
+    const Taking* taking = takingOf(caller);
     if (taking != nullptr && taking->Total == 0 && loop_.Now() - taking->Granted < OneBreath) return;
     cancel(caller);
     const bool free = takings_.Size() < static_cast<std::size_t>(config_.UsersSending);
     Taking turn;
+    turn.Holder = caller.Nick;
     turn.Granted = loop_.Now();
     if (free) takings_.Put(caller.Key, std::move(turn), loop_.Now());
     answer(caller, free ? "SENDOK" : "SENDWAIAT");
@@ -83,6 +102,7 @@ void MailTaking::begin(const Caller& caller, std::string_view header) {
     const bool granted = takings_.Erase(caller.Key);
     if (!granted && takings_.Size() >= static_cast<std::size_t>(config_.UsersSending)) return refuse(caller);
     Taking taking;
+    taking.Holder = caller.Nick;
     taking.Mail.Sender = caller.Bare;
     if (!read(taking, header)) return refuse(caller);
     takings_.Put(caller.Key, std::move(taking), loop_.Now());
@@ -121,7 +141,7 @@ std::int64_t MailTaking::roomOf(const std::string& recipient) const {
 // Without a mail under way a piece is a late one of a mail that is finished or given up, and a word of
 // refusal would cut off the next mail. Only the last one is answered, since the user waits for it.
 void MailTaking::piece(const Caller& caller, std::string_view rest, bool last) {
-    Taking* taking = takings_.Find(caller.Key);
+    Taking* taking = takingOf(caller);
     if (taking == nullptr || taking->Total == 0) {
         if (last) refuse(caller);
         return;
@@ -144,7 +164,7 @@ void MailTaking::piece(const Caller& caller, std::string_view rest, bool last) {
 // Others may have sent to the same recipient meanwhile, so his limit is looked at once more.
 void MailTaking::keep(const Caller& caller, NewMail mail, std::int64_t bytes) {
     // An acknowledgement that comes behind the last piece would make the sender read beyond his mail's end.
-    out_.Forget(caller.Key, Topic::Acknowledgement);
+    out_.Forget(caller.Nick, Topic::Acknowledgement);
     if (bytes > roomOf(mail.Recipient)) return refuse(caller);
     mail.SentAt = MomentOf(clock_.Now());
     const std::int64_t longest = std::int64_t{config_.KeepDays} * 24;
@@ -173,8 +193,8 @@ void MailTaking::note(const std::string& sender) {
 }
 
 void MailTaking::cancel(const Caller& caller) {
-    takings_.Erase(caller.Key);
-    out_.Forget(caller.Key, Topic::Acknowledgement);
+    Drop(caller);
+    out_.Forget(caller.Nick, Topic::Acknowledgement);
 }
 
 void MailTaking::refuse(const Caller& caller) {

@@ -1,7 +1,8 @@
 #pragma once
 // The robot's side of the sending of a mail. A user asks, is granted his turn, names recipient and number of
 // pieces, and hands over one piece a line. A mail is whole or it is nothing: what is cut off is forgotten,
-// and only what the store has safely kept is confirmed.
+// and only what the store has safely kept is confirmed. A mailbox has one who sends at a time, known by his
+// exact nick; whoever owns this asks for `Holder` before it hands on the words of another one.
 
 #include <string>
 #include <string_view>
@@ -31,7 +32,11 @@ class MailTaking {
     // Whether a line with that word is the next one of a mail under way, and so no new request.
     bool Awaits(const Caller& caller, std::string_view verb);
 
-    void Drop(const std::string& key) { takings_.Erase(key); }
+    // The nick that has the turn of that mailbox; empty if nobody has it.
+    std::string Holder(const std::string& key);
+    // What that nick has half sent, and nobody else's.
+    void Drop(const Caller& caller);
+    void Rename(const Caller& before, const Caller& now);
     void Clear() { takings_.Clear(); }
     void Sweep() { takings_.Lapse(loop_.Now() - LapsesAfter); }
 
@@ -39,6 +44,7 @@ class MailTaking {
 
   private:
     struct Taking {
+        std::string Holder;
         NewMail Mail;
         int Total = 0;  // 0 while the user has his turn and has not named his mail
         std::int64_t Bytes = 0;
@@ -46,6 +52,7 @@ class MailTaking {
         Microseconds Granted = 0;
     };
 
+    Taking* takingOf(const Caller& caller);
     bool handle(const Caller& caller, std::string_view verb, std::string_view rest);
     void request(const Caller& caller);
     void begin(const Caller& caller, std::string_view header);

@@ -6,6 +6,7 @@
 #include "common/Version.h"
 #include "irc/ModeCodec.h"
 #include "irc/wire/AdaptedSocket.h"
+#include "platform/CodePage1253.h"
 #include "platform/Text.h"
 #include "robot/Fields.h"
 #include "robot/Moment.h"
@@ -39,7 +40,9 @@ Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, R
     : platform_(platform),
       config_(config),
       store_(store),
-      log_(std::move(log)),
+      log_([log = std::move(log)](LogSubject subject, const std::string& line) {
+          log(subject, LogLine(line));
+      }),
       globError_(platform),
       IRCServ1(platform, globError_, random_, socket()),
       out_(
@@ -50,6 +53,7 @@ Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, R
       announcements_(platform, config_, store, out_, log_),
       address_(platform, config_.AddressListen, config_.AddressPort, log_),
       limit_(config_.RequestsPerMinute),
+      expiry_(platform),
       tmrCommit(platform, CommitMs),
       tmrSweep(platform, SweepMs),
       tmrMinute(platform, MinuteMs) {
@@ -59,8 +63,8 @@ Robot::Robot(Platform& platform, const RobotConfig& config, RobotStore& store, R
     listenToEngine();
     listenToUsers();
     listenToChannel();
-    on_ += out_.CameTooLate.connect([this](const std::string& key) { giving_.Drop(key); });
-    on_ += out_.Overflowed.connect([this](const std::string& key) { forget(key); });
+    on_ += out_.CameTooLate.connect([this](const std::string& nick) { giving_.Drop(Caller(nick)); });
+    on_ += out_.Overflowed.connect([this](const std::string& nick) { forget(Caller(nick)); });
     on_ += tmrCommit.Tick.connect([this] { commit(); });
     on_ += tmrSweep.Tick.connect([this] {
         taking_.Sweep();
@@ -103,7 +107,7 @@ void Robot::listenToUsers() {
         IRCServ1_PMSpecialTextArrived(nick, command, text);
     });
     on_ += IRCServ1.UserNotExist.connect([this](Text nick) { IRCServ1_UserNotExist(nick); });
-    on_ += IRCServ1.UserQuit.connect([this](Text nick, Text, Text, Text) { forget(Caller(nick).Key); });
+    on_ += IRCServ1.UserQuit.connect([this](Text nick, Text, Text, Text) { forget(Caller(nick)); });
     on_ += IRCServ1.UserChangeNick.connect(
         [this](Text oldNick, Text newNick, Text, Text) { IRCServ1_UserChangeNick(oldNick, newNick); });
 }
@@ -134,7 +138,7 @@ void Robot::Start() {
     tmrSweep.Enabled = true;
     tmrMinute.Enabled = true;
     address_.Start();
-    withStore([this] { store_.RemoveExpired(MomentOf(platform_.WallClock.Now())); });
+    removeExpired();
     IRCServ1.Connect(config_.Network.ServerHost, config_.Network.ServerPort);
 }
 
@@ -197,8 +201,14 @@ void Robot::furnishChannel() {
 
 void Robot::tmrMinute_Timer() {
     limit_.NewMinute();
-    withStore([this] { store_.RemoveExpired(MomentOf(platform_.WallClock.Now())); });
+    removeExpired();
     keepPlace();
+}
+
+void Robot::removeExpired() {
+    if (const auto now = expiry_.Now()) {
+        withStore([&] { store_.RemoveExpired(*now); });
+    }
 }
 
 // Asks again for what was refused: the nick, the channel.
@@ -226,7 +236,7 @@ void Robot::serve(const Caller& caller, Text command, std::string_view text) {
     std::string_view rest = text;
     SkipBlanks(rest);
     const std::string_view verb = TakeWord(rest);
-    if (isRequest(caller, command, verb) && !limit_.Allow(caller.Key)) return;
+    if (isRequest(caller, command, verb) && !limit_.Allow(caller.Nick)) return;
     if (command == "MAIL") {
         serveMail(caller, verb, rest);
     } else if (command == "ANN") {
@@ -250,17 +260,33 @@ bool Robot::isRequest(const Caller& caller, std::string_view command, std::strin
 }
 
 void Robot::serveMail(const Caller& caller, std::string_view verb, std::string_view rest) {
-    if (verb == "OK") {
+    if (isHeldByAnother(caller)) {
+        sendAway(caller, verb);
+    } else if (verb == "OK") {
         giving_.Acknowledge(caller);
     } else if (verb == "SENDREQUEST" && giving_.Reads(caller)) {
         // One direction at a time: the user's program keeps to it only if the robot does.
         out_.Send(caller, Topic::Other, "MAIL SENDWAIAT");
     } else if (!taking_.Handle(caller, verb, rest)) {
-        taking_.Drop(caller.Key);  // nobody polls while he sends
+        taking_.Drop(caller);  // nobody polls while he sends
         giving_.Poll(caller, verb, rest);
     } else if (verb == "SENDREQUEST" || verb == "SEND") {
         giving_.LeaveQueue(caller.Key);
     }
+}
+
+bool Robot::isHeldByAnother(const Caller& caller) {
+    for (const std::string& holder : {taking_.Holder(caller.Key), giving_.Holder(caller.Key)}) {
+        if (!holder.empty() && holder != caller.Nick) return true;
+    }
+    return false;
+}
+
+// A poll gets no word: at SENDWAIAT a user's program would poll at once, and so without end. It asks again in
+// a minute.
+void Robot::sendAway(const Caller& caller, std::string_view verb) {
+    if (verb == "SENDREQUEST") out_.Send(caller, Topic::Other, "MAIL SENDWAIAT");
+    if (verb == "SEND" || verb == "SENT") out_.Send(caller, Topic::Other, "MAIL SENDERROR");
 }
 
 void Robot::tellAddressServer(const Caller& caller, std::string_view nick) {
@@ -269,27 +295,27 @@ void Robot::tellAddressServer(const Caller& caller, std::string_view nick) {
     out_.Send(caller, Topic::Other, "IP " + host + " " + std::string(nick));
 }
 
-void Robot::forget(const std::string& key) {
-    out_.Drop(key);
-    taking_.Drop(key);
-    giving_.Drop(key);
+void Robot::forget(const Caller& caller) {
+    out_.Drop(caller.Nick);
+    taking_.Drop(caller);
+    giving_.Drop(caller);
 }
 
-// A line to the nick of an earlier state says nothing about the user.
 void Robot::IRCServ1_UserNotExist(Text nick) {
-    const Caller gone(nick);
-    if (!out_.GoesElsewhere(gone)) forget(gone.Key);
+    forget(Caller(nick));
 }
 
-// With another state it is the same user; with another name it is a stranger.
+// With another state it is the same user, as the server says; with another name it is a stranger. What is
+// left under the new nick is of one whose leaving was not seen.
 void Robot::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
     const Caller before(oldNick);
     const Caller now(newNick);
-    if (before.Key == now.Key) {
-        out_.Readdress(now);
-    } else {
-        forget(before.Key);
-    }
+    if (before.Nick == now.Nick) return;
+    forget(now);
+    if (before.Key != now.Key) return forget(before);
+    out_.Rename(before.Nick, now.Nick);
+    taking_.Rename(before, now);
+    giving_.Rename(before, now);
 }
 
 // ---- The store
@@ -299,9 +325,13 @@ void Robot::withStore(Work&& work) {
     try {
         work();
     } catch (const StoreError& fault) {
-        log_(LogSubject::Store, std::string("the store failed: ") + fault.what());
+        tellStoreFault(fault);
     }
     if (store_.Waiting()) tmrCommit.Enabled = true;
+}
+
+void Robot::tellStoreFault(const StoreError& fault) {
+    log_(LogSubject::Store, "the store failed: " + fromUtf8(fault.what()));
 }
 
 // What is told by a commit can change the store again.
@@ -309,10 +339,10 @@ void Robot::commit() {
     try {
         store_.Commit();
     } catch (const StoreError& fault) {
-        log_(LogSubject::Store, std::string("the store failed: ") + fault.what());
+        tellStoreFault(fault);
     }
     if (std::exchange(knownFault_, store_.LastFault()) != store_.LastFault() && !knownFault_.empty()) {
-        log_(LogSubject::Store, "what waited for the store was not kept: " + knownFault_);
+        log_(LogSubject::Store, "what waited for the store was not kept: " + fromUtf8(knownFault_));
     }
     tmrCommit.Enabled = store_.Waiting();
 }

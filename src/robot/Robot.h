@@ -14,6 +14,7 @@
 #include "platform/Text.h"
 #include "robot/AddressServer.h"
 #include "robot/AnnouncementDesk.h"
+#include "robot/ExpiryClock.h"
 #include "robot/FairQueue.h"
 #include "robot/MailGiving.h"
 #include "robot/MailTaking.h"
@@ -59,6 +60,7 @@ class Robot {
     bool isOwn(const std::string& nick) const { return EqualText(nick, IRCServ1.Nickname()); }
     bool isChannel(const std::string& name) const { return EqualText(name, config_.Network.SysChannel); }
     void tmrMinute_Timer();
+    void removeExpired();
     void keepPlace();
 
     // ---- Requests
@@ -67,13 +69,16 @@ class Robot {
     void serve(const Caller& caller, Text command, std::string_view text);
     void serveMail(const Caller& caller, std::string_view verb, std::string_view rest);
     void tellAddressServer(const Caller& caller, std::string_view nick);
-    void forget(const std::string& key);
+    bool isHeldByAnother(const Caller& caller);
+    void sendAway(const Caller& caller, std::string_view verb);
+    void forget(const Caller& caller);
     void IRCServ1_UserNotExist(Text nick);
     void IRCServ1_UserChangeNick(Text oldNick, Text newNick);
 
     // ---- The store
     template <class Work>
     void withStore(Work&& work);
+    void tellStoreFault(const StoreError& fault);
     void commit();
 
     Platform& platform_;
@@ -89,6 +94,7 @@ class Robot {
     AnnouncementDesk announcements_;
     AddressServer address_;
     RequestLimit limit_;
+    ExpiryClock expiry_;
     Timer tmrCommit;  // what was changed in the meantime is made safe together
     Timer tmrSweep;   // dialogues that lapse
     Timer tmrMinute;

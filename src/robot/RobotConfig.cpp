@@ -16,6 +16,8 @@ namespace {
 // What is wrong with a value; nothing if it was taken.
 using Complaint = std::optional<std::string>;
 
+constexpr int million = 1'000'000;
+
 bool isControl(char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
@@ -114,6 +116,31 @@ Complaint storePort(std::string_view value, RobotConfig& config) {
     return readNumber(value, 0, 65535, config.Store.Port);
 }
 
+Complaint megabytes(std::string_view value, RobotConfig& config) {
+    return readNumber(value, 0, million, config.Store.Megabytes);
+}
+
+// Words between blanks or commas.
+Complaint readList(std::string_view value, bool (*isOne)(std::string_view), const char* allowed,
+                   std::vector<std::string>& list) {
+    while (!(value = trimmed(value)).empty()) {
+        const auto end = std::min(value.find_first_of(" \t,"), value.size());
+        const auto one = value.substr(0, end);
+        if (!isOne(one)) return quoted(one) + "; " + allowed + ", and commas between, are allowed";
+        list.push_back(fromUtf8(one));
+        value = trimmed(value.substr(end));
+        if (!value.empty() && value[0] == ',') value.remove_prefix(1);
+    }
+    return std::nullopt;
+}
+
+Complaint posterStates(std::string_view value, RobotConfig& config) {
+    const auto isState = [](std::string_view word) {
+        return !word.empty() && word.find_first_of("[]!@:") == std::string_view::npos;
+    };
+    return readList(value, isState, "states without their brackets", config.PosterStates);
+}
+
 struct Key {
     std::string_view section;
     std::string_view name;
@@ -122,7 +149,6 @@ struct Key {
 };
 
 using Config = RobotConfig;
-constexpr int million = 1'000'000;
 
 constexpr std::array keys{
     Key{"robot", "Nick", nick},
@@ -136,6 +162,7 @@ constexpr std::array keys{
     Key{"mail", "PiecesPerMail", number<&Config::PiecesPerMail, 1, 327>},
     Key{"mail", "KeepDays", number<&Config::KeepDays, 1, 36'500>},
     Key{"mail", "UsersSending", number<&Config::UsersSending, 1, million>},
+    Key{"announcements", "PosterStates", posterStates},
     Key{"pacing", "LinesPerSecond", number<&Config::LinesPerSecond, 0, million>},
     Key{"pacing", "Burst", number<&Config::Burst, 1, million>},
     Key{"pacing", "RequestsPerMinute", number<&Config::RequestsPerMinute, 1, million>},
@@ -148,18 +175,11 @@ constexpr std::array keys{
     Key{"store", "Port", storePort},
     Key{"store", "User", storeText<&StoreSettings::User>},
     Key{"store", "Password", storeText<&StoreSettings::Password>},
+    Key{"store", "Megabytes", megabytes},
 };
 
 Complaint posters(std::string_view value, CategoryRules& rules) {
-    while (!(value = trimmed(value)).empty()) {
-        const auto end = std::min(value.find_first_of(" \t,"), value.size());
-        const auto one = value.substr(0, end);
-        if (!isBareNick(one)) return quoted(one) + "; nicks without a state, and commas between, are allowed";
-        rules.Posters.push_back(fromUtf8(one));
-        value = trimmed(value.substr(end));
-        if (!value.empty() && value[0] == ',') value.remove_prefix(1);
-    }
-    return std::nullopt;
+    return readList(value, isBareNick, "nicks without a state", rules.Posters);
 }
 
 struct CategoryKey {
@@ -181,7 +201,8 @@ constexpr std::array<std::string_view, 6> ownSections{"robot",  "mail",    "anno
                                                       "pacing", "address", "store"};
 
 std::string namesIn(std::string_view section) {
-    if (section == "announcements") return "MaxHours.N, PerDay.N and Posters.N for N from 0 to 7";
+    if (section == "announcements")
+        return "MaxHours.N, PerDay.N and Posters.N for N from 0 to 7, PosterStates";
     std::string names;
     for (const auto& key : keys) {
         if (key.section == section) names += (names.empty() ? "" : ", ") + std::string(key.name);
@@ -260,12 +281,12 @@ class Reader {
     }
 
     Complaint assign(std::string_view name, std::string_view value) {
-        if (section_ == "announcements") return assignCategory(name, value);
         for (const auto& key : keys) {
             if (key.section != section_ || !sameAscii(key.name, name)) continue;
             if (!key.oftenAllowed) once(name);
             return key.read(value, config_);
         }
+        if (section_ == "announcements") return assignCategory(name, value);
         noKey(name);
     }
 

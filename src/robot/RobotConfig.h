@@ -39,8 +39,9 @@ struct RobotConfig {
     int UsersSending = 100;   // more wait
     int KeepDays = 365;       // for which a mail waits, if its sender doesn't say less
 
-    // [announcements]: MaxHours.N, PerDay.N, Posters.N for N from 0 to 7
+    // [announcements]: MaxHours.N, PerDay.N, Posters.N for N from 0 to 7; PosterStates
     std::array<CategoryRules, kCategories> Categories;
+    std::vector<std::string> PosterStates;  // in which posters may post; without a state they always may
 
     // [pacing]
     int LinesPerSecond = 5;  // over all users; 0 for no limit

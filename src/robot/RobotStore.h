@@ -11,7 +11,8 @@
 // Nicks are bare; they are compared without regard to case. Text is in code page 1253 and comes back byte by
 // byte. Moments are seconds of the wall clock, as `Moment.h` counts them. Faults are StoreError; one that the
 // database raises undoes the open transaction, and those who wait are told at the next `Commit`. A call that
-// throws does not keep its `whenSafe`. A connection that was lost is made anew at the next call.
+// throws does not keep its `whenSafe`. A connection that was lost is made anew at the next call. No call
+// waits longer than a moment for a lock that somebody else holds: it is a fault as any other.
 
 #include <cstdint>
 #include <functional>
@@ -69,6 +70,7 @@ struct StoreSettings {
     int Port = 0;
     std::string User;
     std::string Password;
+    int Megabytes = 2048;  // that a SQLite file may grow to; 0 for no limit
 };
 
 class RobotStore {

@@ -5,9 +5,12 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QUuid>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
+#include "gate/PrivateFolder.h"
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/WriteAheadLog.h"
 
@@ -53,11 +56,12 @@ void RobotStoreConnection::open() {
     if (!database_.open()) fail(database_.lastError());
     command("SET synchronous_commit = on");
     command("SET statement_timeout = 10000");
+    command(("SET lock_timeout = " + std::to_string(LockWaitMs)).c_str());
     command("SET client_min_messages = error");
 }
 
 void RobotStoreConnection::openSqlite() {
-    database_.setConnectOptions("QSQLITE_BUSY_TIMEOUT=5000");
+    database_.setConnectOptions("QSQLITE_BUSY_TIMEOUT=" + QString::number(LockWaitMs));
     if (!database_.open()) fail(database_.lastError());
     {
         StoreRows check = run("PRAGMA quick_check(1)");
@@ -65,6 +69,19 @@ void RobotStoreConnection::openSqlite() {
     }
     command("PRAGMA foreign_keys = ON");
     command("PRAGMA synchronous = FULL");
+    setCeiling();
+}
+
+// Beyond it the database says that the disk is full; what is deleted makes room again.
+void RobotStoreConnection::setCeiling() {
+    if (settings_.Megabytes <= 0) return;
+    std::int64_t pages = std::int64_t{settings_.Megabytes} << 20;
+    {
+        StoreRows size = run("PRAGMA page_size");
+        if (!size.next()) fail("it can't be read");
+        pages /= std::max<std::int64_t>(size.number(), 1);
+    }
+    command(("PRAGMA max_page_count = " + std::to_string(pages)).c_str());
 }
 
 // Before SQLite sees the file: it drops without a word what it can't read of the log.
@@ -73,11 +90,18 @@ void RobotStoreConnection::checkFile() {
     struct stat found {};
     if (file.get() < 0 || ::fstat(file.get(), &found) != 0) fail(std::strerror(errno));
     if (!S_ISREG(found.st_mode)) fail("it is not a file");
-    if ((found.st_mode & 0077) != 0 && ::fchmod(file.get(), 0600) != 0) fail(std::strerror(errno));
     const std::string log = settings_.Database + "-wal";
+    for (const std::string& one : {settings_.Database, log, settings_.Database + "-shm"}) tighten(one);
+    keepPrivate(std::filesystem::path(settings_.Database).parent_path().string());
     struct stat foundLog {};
     const bool hasLog = ::stat(log.c_str(), &foundLog) == 0 && foundLog.st_size > 0;
     if (hasLog && (found.st_size == 0 || isLogDamaged(log))) fail("it is damaged");
+}
+
+void RobotStoreConnection::tighten(const std::string& file) const {
+    struct stat found {};
+    if (::stat(file.c_str(), &found) != 0 || (found.st_mode & 0077) == 0) return;
+    if (::chmod(file.c_str(), 0600) != 0) fail(std::strerror(errno));
 }
 
 void RobotStoreConnection::close() {

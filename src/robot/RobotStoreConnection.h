@@ -49,6 +49,9 @@ class StoreRows {
 
 class RobotStoreConnection {
   public:
+    // How long a lock of others is waited for. The whole robot waits with it.
+    static constexpr int LockWaitMs = 20;
+
     // A SQLite file that is damaged is refused as it is.
     explicit RobotStoreConnection(const StoreSettings& settings);
     RobotStoreConnection(const RobotStoreConnection&) = delete;
@@ -69,7 +72,9 @@ class RobotStoreConnection {
     void open();
     void openSqlite();
     void close();
+    void setCeiling();
     void checkFile();
+    void tighten(const std::string& file) const;
 
     StoreSettings settings_;
     QString name_;  // unique in the process

@@ -23,7 +23,12 @@ RobotStoreConnection& RobotStoreTransaction::connected() {
 
 RobotStoreConnection& RobotStoreTransaction::begun() {
     RobotStoreConnection& connection = connected();
-    if (!open_) connection.command(connection.isSqlite() ? "BEGIN IMMEDIATE" : "BEGIN");
+    if (!open_) {
+        if (std::chrono::steady_clock::now() < nextChange_) throw StoreError(fault_);
+        nextChange_ = std::chrono::steady_clock::now() + BetweenLocks;
+        connection.command(connection.isSqlite() ? "BEGIN IMMEDIATE" : "BEGIN");
+        nextChange_ = {};
+    }
     open_ = true;
     return connection;
 }

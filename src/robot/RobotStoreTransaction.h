@@ -69,6 +69,9 @@ class RobotStoreTransaction {
     // After a connection that failed the next one has to wait.
     static constexpr std::chrono::seconds BetweenTries{15};
     std::chrono::steady_clock::time_point nextTry_{};
+    // While somebody else has the store locked, few of those who ask wait for the lock.
+    static constexpr std::chrono::milliseconds BetweenLocks{200};
+    std::chrono::steady_clock::time_point nextChange_{};
 };
 
 }  // namespace talvora

@@ -1,6 +1,6 @@
 #pragma once
-// Who the user is and which network he is on: read at start-up, changed by the settings page and by an own
-// change of nick. The host's composition owns it; the session reads it.
+// Where the user is and which network he is on: read at start-up, changed by the settings page. The host's
+// composition owns it; the session reads it. His nick is UserState's.
 
 #include <cstdint>
 #include <string>
@@ -8,7 +8,6 @@
 namespace talvora {
 
 struct Account {
-    std::string gNickname;     // bare: without the suffix of a state
     std::string LocationPath;  // places the user in the tree of users, such as "Work.Thessaloniki.Pylea"
     std::string gServerHost;
     std::int32_t gServerPort = 0;

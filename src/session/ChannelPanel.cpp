@@ -3,7 +3,6 @@
 #include <unordered_map>
 
 #include "common/FlatList.h"
-#include "platform/Text.h"
 
 namespace talvora {
 
@@ -24,12 +23,12 @@ void appendEntry(std::string& list, const std::string& entry) {
 
 }  // namespace
 
-ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
-                           IRCServ& engine, const Account& account, SessionPanel& session,
-                           UserList& userList1, const Handovers& to)
-    : tmrRefreshUsers(platform, 5000),
-      tmrDisplayKeyChans(platform, 5000),
-      tmrRedraw(platform, RedrawDelay),
+ChannelPanel::ChannelPanel(Platform& platform, Event<>& end, GlobError& globError,
+                           ComponentSettings& settings, IRCServ& engine, const Account& account,
+                           SessionPanel& session, UserList& userList1, const Handovers& to)
+    : tmrRefreshUsers(platform, end, 5000),
+      tmrDisplayKeyChans(platform, end, 5000),
+      tmrRedraw(platform, end, RedrawDelay),
       platform_(platform),
       globError_(globError),
       settings_(settings),
@@ -54,15 +53,13 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
     on_ +=
         IRCServ1.ChannelKeyRequired.connect([this](Text channel) { IRCServ1_ChannelKeyRequired(channel); });
     on_ += IRCServ1.ChannelListReply.connect([this](IRCServ::List list) { IRCServ1_ChannelListReply(list); });
-    on_ += ListView2.ItemCheck.connect([this](ListItem&) { ListView2_ItemCheck(); });
+    on_ += ListView2.ItemCheck.connect([this](ListItem& row) { ListView2_ItemCheck(row); });
     on_ += ListView2.DblClick.connect([this] { ListView2_DblClick(); });
     // The two menus are crossed, and that is how they are to stand.
     on_ += popChanJoin.Click.connect([this] { tickSelected(false); });
     on_ += popChanPart.Click.connect([this] { tickSelected(true); });
     on_ += popChanKey.Click.connect([this] { popChanKey_Click(); });
-    on_ += popChanNew.Click.connect([this] {
-        if (to_.Keys != nullptr) to_.Keys->JoinNew();
-    });
+    on_ += popChanNew.Click.connect([this] { to_.Keys->JoinNew(); });
     on_ += popChanList.Click.connect([this] {
         trapped(globError_, "popChanList_Click",
                 [&](Trap& step) { step([&] { IRCServ1.SendIRC("LIST"); }); });
@@ -78,34 +75,35 @@ ChannelPanel::ChannelPanel(Platform& platform, GlobError& globError, ComponentSe
 
 // ---- Joining and leaving
 
-void ChannelPanel::CreateChannelList(const std::string& list) {
+// By value: what is applied stays so, whatever is ticked meanwhile.
+void ChannelPanel::CreateChannelList(std::string list) {
     trapped(globError_, "CreateChannelList", [&](Trap& step) {
         UserList1.Clear();
         redraw();
-        step([&] { leaveOrAskNames(list); });
-        step([&] { joinAll(list); });
+        leaveOrAskNames(step, list);
+        joinAll(step, list);
         JoinedChans.clear();
-        // A menu that applies the ticks before the user has ticked anything leaves no channel.
         CheckedChans = list;
+        unticked_.clear();
         step([&] { settings_.Save(Section::Settings, "ChanList", list); });
     });
 }
 
-void ChannelPanel::leaveOrAskNames(const std::string& list) {
+void ChannelPanel::leaveOrAskNames(Trap& step, const std::string& list) {
     for (const std::string& old : Entries(JoinedChans, ListSeparator)) {
         if (HoldsEntry(list, old, ListSeparator)) {
             IRCServ1.SendIRC("NAMES " + old);
         } else {
             IRCServ1.SendIRC("PART " + old);
-            if (to_.Channels != nullptr) to_.Channels->RemoveChan(old);
+            step([&] { to_.Channels->RemoveChan(old); });
         }
     }
 }
 
 // Channels that stay are joined again; the server's 927 brings them back.
-void ChannelPanel::joinAll(const std::string& list) {
+void ChannelPanel::joinAll(Trap& step, const std::string& list) {
     for (const std::string& channel : Entries(list, ListSeparator)) {
-        const std::string key = keyOf(channel);
+        const std::string key = step.value(std::string(), [&] { return keyOf(channel); });
         IRCServ1.SendIRC(key.empty() ? "JOIN " + channel : "JOIN " + channel + " " + key);
     }
 }
@@ -117,6 +115,10 @@ void ChannelPanel::IRCServ1_YouJoinChannel(const std::string& channel) {
             return;
         }
         if (!HoldsEntry(JoinedChans, channel, ListSeparator)) appendEntry(JoinedChans, channel);
+        // However it was joined: the two crossed menus, which apply the list, part nothing that nobody
+        // unticked.
+        if (!HoldsEntry(CheckedChans, channel, ListSeparator) && !unticked_.contains(channel))
+            appendEntry(CheckedChans, channel);
         tmrRedraw.Enabled = true;
     });
 }
@@ -124,8 +126,9 @@ void ChannelPanel::IRCServ1_YouJoinChannel(const std::string& channel) {
 void ChannelPanel::IRCServ1_YouPartChannel(const std::string& channel) {
     trapped(globError_, "IRCServ1_YouPartChannel", [&](Trap& step) {
         if (EqualText(channel, account_.gSysChannel)) session_.SysErr(4);
-        if (to_.Channels != nullptr) step([&] { to_.Channels->RemoveChan(channel); });
+        step([&] { to_.Channels->RemoveChan(channel); });
         RemoveEntry(JoinedChans, channel, ListSeparator);
+        RemoveEntry(CheckedChans, channel, ListSeparator);
         tmrRedraw.Enabled = true;
     });
 }
@@ -156,9 +159,7 @@ void ChannelPanel::IRCServ1_ChannelBanned(const std::string& channel) {
 }
 
 void ChannelPanel::refuse(const std::string& channel, const char* why) {
-    if (to_.Notes != nullptr) {
-        to_.Notes->Display("You cannot join channel " + channel + why, "Join error", JoinErrorIcon);
-    }
+    to_.Notes->Display("You cannot join channel " + channel + why, "Join error", JoinErrorIcon);
     RemoveEntry(JoinedChans, channel, ListSeparator);
 }
 
@@ -177,7 +178,7 @@ void ChannelPanel::tmrDisplayKeyChans_Timer() {
     trapped(globError_, "tmrDisplayKeyChans_Timer", [&](Trap& step) {
         tmrDisplayKeyChans.Enabled = false;
         const std::string channels = KeyChans;
-        if (to_.Keys != nullptr) step([&] { to_.Keys->ExecList(channels); });
+        step([&] { to_.Keys->ExecList(channels); });
         KeyChans.clear();
     });
 }
@@ -224,11 +225,21 @@ std::string ChannelPanel::keyOf(std::string_view channel) const {
 }
 
 // The changes of five seconds are applied together.
-void ChannelPanel::ListView2_ItemCheck() {
+void ChannelPanel::ListView2_ItemCheck(const ListItem& changed) {
+    unticked_.erase(changed.Text());
+    if (!changed.Checked()) unticked_.insert(changed.Text());
+    // What a menu has unticked, or what is joined and not drawn yet, nobody has.
+    const std::vector<std::string> before = Entries(CheckedChans, ListSeparator);
+    std::unordered_set<std::string, TextHash, TextEqual> kept(before.begin(), before.end());
+    for (const std::string& channel : unticked_) kept.erase(channel);
     CheckedChans.clear();
     for (int i = 1; i <= ListView2.ListItems.Count(); ++i) {
         const ListItem& row = ListView2.ListItems(i);
-        if (row.Checked()) (CheckedChans += row.Text()) += ListSeparator;
+        const bool spared = kept.erase(row.Text()) > 0;
+        if (row.Checked() || spared) (CheckedChans += row.Text()) += ListSeparator;
+    }
+    for (const std::string& channel : before) {
+        if (kept.contains(channel)) (CheckedChans += channel) += ListSeparator;
     }
     tmrRefreshUsers.Enabled = false;
     tmrRefreshUsers.Enabled = true;
@@ -244,7 +255,8 @@ void ChannelPanel::ListView2_DblClick() {
     trapped(globError_, "ListView2_DblClick", [&](Trap& step) {
         if (ListView2.SelectedItem == nullptr) return;
         const std::string channel = ListView2.SelectedItem->Text();
-        if (to_.Channels != nullptr) step([&] { to_.Channels->StartChan(channel); });
+        step([&] { to_.Channels->StartChan(channel); });
+        unticked_.erase(channel);
         IRCServ1.SendIRC("JOIN " + channel);
         IRCServ1.SendIRC("NAMS " + channel);
     });

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 #include "chat/UserList.h"
 #include "common/ComponentSettings.h"
@@ -11,6 +12,7 @@
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
 #include "platform/ListView.h"
+#include "platform/Text.h"
 #include "platform/Timer.h"
 #include "session/Account.h"
 #include "session/Handovers.h"
@@ -20,8 +22,9 @@ namespace talvora {
 
 class ChannelPanel {
   public:
-    ChannelPanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
-                 const Account& account, SessionPanel& session, UserList& userList1, const Handovers& to);
+    ChannelPanel(Platform& platform, Event<>& end, GlobError& globError, ComponentSettings& settings,
+                 IRCServ& engine, const Account& account, SessionPanel& session, UserList& userList1,
+                 const Handovers& to);
 
     ListView ListView2;  // one row a channel: name, users, topic; ticked if joined
     Menu popChannel;     // of a row, of these:
@@ -37,7 +40,7 @@ class ChannelPanel {
     Timer tmrRedraw;
 
     // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
-    void CreateChannelList(const std::string& list);
+    void CreateChannelList(std::string list);
 
     // Channels joined so far in this session, each followed by "|". It survives a disconnection.
     const std::string& Joined() const { return JoinedChans; }
@@ -49,14 +52,14 @@ class ChannelPanel {
     void IRCServ1_ChannelBanned(const std::string& channel);
     void IRCServ1_ChannelKeyRequired(const std::string& channel);
     void IRCServ1_ChannelListReply(const StringArray& channels);
-    void ListView2_ItemCheck();
+    void ListView2_ItemCheck(const ListItem& changed);
     void ListView2_DblClick();
     void popChanKey_Click();
     void tickSelected(bool checked);
     void tmrDisplayKeyChans_Timer();
 
-    void leaveOrAskNames(const std::string& list);
-    void joinAll(const std::string& list);
+    void leaveOrAskNames(Trap& step, const std::string& list);
+    void joinAll(Trap& step, const std::string& list);
     void redraw();
     ListItem& addRow(const std::string& channel, bool joined);
     void refuse(const std::string& channel, const char* why);
@@ -72,9 +75,11 @@ class ChannelPanel {
     UserList& UserList1;
     const Handovers& to_;
     std::string JoinedChans;
-    StringArray ChanCache;     // the last list of the server, for redrawing
-    std::string KeyChans;      // refused a join for want of a key
-    std::string CheckedChans;  // the ticked rows, waiting for tmrRefreshUsers
+    StringArray ChanCache;  // the last list of the server, for redrawing
+    std::string KeyChans;   // refused a join for want of a key
+    // What the user wants to be in: what he is in, and the ticks that wait for tmrRefreshUsers.
+    std::string CheckedChans;
+    std::unordered_set<std::string, TextHash, TextEqual> unticked_;  // by hand, and not yet applied
     Subscriptions on_;
 };
 

@@ -16,15 +16,17 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     : UserList1(around.Reporter, around.Nicks),
       UserList3(around.Reporter, around.Nicks),
       IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
-      Session(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.To),
-      Channels(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Session,
-               UserList1, around.To),
-      Users(around.Reporter, IRCServ1, around.TheAccount, around.Gate, UserList1, around.To),
-      Presence(around.ThePlatform, around.Reporter, around.Settings, IRCServ1, around.TheAccount, Users,
-               UserList3),
-      Texts(around.ThePlatform, around.Reporter, IRCServ1, around.TheAccount, around.Gate, Presence,
+      State(IRCServ1, around.Nicks),
+      Out(IRCServ1),
+      Session(around.ThePlatform, Ending, around.Reporter, IRCServ1, around.TheAccount, around.To),
+      Channels(around.ThePlatform, Ending, around.Reporter, around.Settings, IRCServ1, around.TheAccount,
+               Session, UserList1, around.To),
+      Users(around.Reporter, IRCServ1, around.Gate, UserList1, around.To),
+      Presence(around.ThePlatform, around.Reporter, around.Settings, State, Users, UserList3),
+      Texts(around.ThePlatform, around.Reporter, IRCServ1, Out, around.TheAccount, around.Gate, Presence,
             around.To),
-      Trouble(around.ThePlatform, IRCServ1),
+      Trouble(around.ThePlatform, Ending, IRCServ1),
+      Mail(around.Mail),
       platform_(around.ThePlatform),
       globError_(around.Reporter),
       settings_(around.Settings),
@@ -35,31 +37,41 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     popULChat.Caption = "Start Private &Chat";
     Width = DesignWidth;
     Height = DesignHeight;
+    connectMenus();
+    connectUserList(UserList1);
+    connectUserList(UserList3);
+    if (around.Windows != nullptr)
+        Windows.emplace(around.ThePlatform, Ending, around.Reporter, *around.Windows);
+}
+
+void Form1::connectMenus() {
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
     on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
+    if (Mail != nullptr) {
+        on_ += Mail->ListView3.MouseUp.connect([this](int button, int, int, int) {
+            if (button == 2 && Mail->ListView3.SelectedItem != nullptr) PopupMenu.raise(Mail->popMail);
+        });
+    }
     on_ += Channels.ListView2.MouseUp.connect([this](int button, int, int, int) {
         if (button == 2) PopupMenu.raise(Channels.popChannel);
     });
-    on_ += popULChat.Click.connect([this] {
-        if (to_.Privates != nullptr) to_.Privates->StartPM(Presence.SelectedNick);
-    });
-    connectUserList(UserList1);
-    connectUserList(UserList3);
-    if (around.Windows != nullptr) Windows.emplace(around.ThePlatform, around.Reporter, *around.Windows);
+    on_ += popULChat.Click.connect([this] { startPM(Presence.SelectedNick); });
 }
 
 void Form1::Form_Load() {
     trapped(globError_, "Form_Load", [&](Trap& step) {
         RefreshSettings();
         ReConnect();
+        if (IsUnloaded()) return;
         // The socket is not open yet: the JOIN lines wait, and leave after the log-on.
         const std::string channels = step.value(
             std::string(), [&] { return settings_.Get(Section::Settings, "ChanList", "#thessaloniki"); });
         Channels.CreateChannelList(channels);
-        placeAtRightEdge();
+        step([&] { placeAtRightEdge(); });
+        if (Mail != nullptr) step([&] { Mail->Load(); });
     });
 }
 
@@ -68,9 +80,12 @@ void Form1::connectUserList(UserList& list) {
         Presence.SelectedNick = nick;
         if (button == 2) PopupMenu.raise(popUserList);
     });
-    on_ += list.DblClick.connect([this](const std::string& nick) {
-        if (to_.Privates != nullptr) to_.Privates->StartPM(nick);
-    });
+    on_ += list.DblClick.connect([this](const std::string& nick) { startPM(nick); });
+}
+
+// By value: a window that opens may let the user choose somebody else.
+void Form1::startPM(std::string nick) {
+    if (!Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
 }
 
 void Form1::placeAtRightEdge() {
@@ -89,9 +104,9 @@ void Form1::ReConnect() {
     trapped(globError_, "ReConnect", [&](Trap&) {
         // The text ends in a bracket that nothing opens, and goes out so.
         if (account_.gSettingsChanged) Leave("Changing some settings... rejoining in a while)");
+        if (IsUnloaded()) return;
         IRCServ1.SetRealName("UL:" + account_.LocationPath);
-        IRCServ1.SetNickname(account_.gNickname);
-        Presence.ShowNick();
+        State.Ask(State.Nick());
         IRCServ1.AutoRetry = true;
         IRCServ1.Password = settings_.Get(Section::Settings, "Pass", "none");
         if (account_.gSettingsChanged) IRCServ1.Connect(account_.gServerHost, account_.gServerPort);
@@ -110,12 +125,7 @@ void Form1::Form_QueryUnload(bool& cancel, CloseReason reason) {
 }
 
 void Form1::Form_Unload() {
-    for (Timer* timer :
-         {&Session.tmrSysChanJoin, &Session.tmrWHOUpdate, &Session.tmMailRefresh, &Channels.tmrRefreshUsers,
-          &Channels.tmrDisplayKeyChans, &Channels.tmrRedraw, &Trouble.tmrTrouble}) {
-        timer->Enabled = false;
-    }
-    if (Windows) Windows->tmrRedraw.Enabled = false;
+    if (Mail != nullptr) Mail->Status.Stop();
     Texts.Stop();
     IRCServ1.Stop();
 }

@@ -11,6 +11,7 @@
 #include "common/HostGate.h"
 #include "common/Trap.h"
 #include "irc/IRCServ.h"
+#include "mail/MailPanel.h"
 #include "platform/Form.h"
 #include "session/Account.h"
 #include "session/ChannelPanel.h"
@@ -19,7 +20,9 @@
 #include "session/SessionPanel.h"
 #include "session/TextDispatch.h"
 #include "session/TroublePanel.h"
+#include "session/UserState.h"
 #include "session/UsersPanel.h"
+#include "session/WayOut.h"
 #include "session/WindowsPanel.h"
 
 namespace talvora {
@@ -32,12 +35,14 @@ class Form1 final : public Form {
         GlobError& Reporter;
         ComponentSettings& Settings;
         HostGate& Gate;
-        Account& TheAccount;
+        const Account& TheAccount;
         Random& Chance;
         modNickDecode& Nicks;
         const Handovers& To;
         // The chat windows; without them the program has no list of windows.
         ChatWindowTables* Windows = nullptr;
+        // The mail panel, which outlives the window that shows it.
+        MailPanel* Mail = nullptr;
     };
 
     // `ircSocket` is what the engine speaks through.
@@ -55,6 +60,8 @@ class Form1 final : public Form {
     UserList UserList1;  // the users of all joined channels
     UserList UserList3;  // the ignored
     IRCServ IRCServ1;
+    UserState State;
+    WayOut Out;
     SessionPanel Session;
     ChannelPanel Channels;
     UsersPanel Users;
@@ -62,6 +69,7 @@ class Form1 final : public Form {
     TextDispatch Texts;
     TroublePanel Trouble;
     std::optional<WindowsPanel> Windows;
+    MailPanel* const Mail;
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
     Menu popULRefresh;
@@ -72,13 +80,15 @@ class Form1 final : public Form {
     void Form_Unload() override;
 
   private:
+    void connectMenus();
     void connectUserList(UserList& list);
+    void startPM(std::string nick);
     void placeAtRightEdge();
 
     Platform& platform_;
     GlobError& globError_;
     ComponentSettings& settings_;
-    Account& account_;
+    const Account& account_;
     const Handovers& to_;
     Subscriptions on_;
 };

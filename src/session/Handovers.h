@@ -1,64 +1,45 @@
 #pragma once
-// What the session hands over to the windows and services around it. Each is implemented by the feature that
-// owns it; one that is not part of the program is a null pointer, and the session goes on without it.
+// Where the session hands over what is not its own. The composition puts each feature of the program in its
+// place; the place of one that the program does not have is taken by nobody, so nothing asks whether it is
+// there.
 
-#include <string>
-
-#include "chat/ChatWindows.h"
-#include "notify/SmallWindows.h"
+#include "session/Nobody.h"
 
 namespace talvora {
 
-// The tree of users by place, and the friends that are shown from the same reply.
-class UserDirectory {
+// One such place. Whoever is put into it outlives the session, or is taken out again.
+template <class Target>
+class Handover {
   public:
-    virtual ~UserDirectory() = default;
-    virtual void Clear() = 0;
-    virtual void AddUser(const std::string& realName, const std::string& host, const std::string& nick) = 0;
-    virtual int Count() const = 0;
-    virtual void RefreshFriends() = 0;
+    explicit Handover(Target& nobody) : target_(&nobody) {}
+    Handover& operator=(Target& target) {
+        target_ = &target;
+        return *this;
+    }
+    Target* operator->() const { return target_; }
+
+  private:
+    Target* target_;
 };
 
-class UserInformation {
-  public:
-    virtual ~UserInformation() = default;
-    virtual void Reply(const NameList& whoisResults, const std::string& nick) = 0;
-    virtual void Notice(const std::string& command, const std::string& text) = 0;
-};
+class Handovers {
+    Nobody nobody_;
 
-class MailService {
   public:
-    virtual ~MailService() = default;
-    virtual void CheckRCVMail() = 0;
-    virtual void HandleMailCmd(const std::string& text) = 0;
-};
+    Handovers() = default;
+    Handovers(const Handovers&) = delete;
+    Handovers& operator=(const Handovers&) = delete;
 
-class AnnouncementService {
-  public:
-    virtual ~AnnouncementService() = default;
-    virtual void CheckAnn() = 0;
-    virtual void HandleAnnData(const std::string& text) = 0;
-};
-
-// Who waits for the address of somebody to whom a file is to go.
-class AddressResolver {
-  public:
-    virtual ~AddressResolver() = default;
-    virtual bool IsResolving() const = 0;
-    virtual void ResolveIP(const std::string& address) = 0;
-};
-
-struct Handovers {
-    ChannelWindows* Channels = nullptr;
-    PrivateWindows* Privates = nullptr;
-    UserDirectory* Directory = nullptr;
-    KeyPrompt* Keys = nullptr;
-    MessageOfTheDay* MOTD = nullptr;
-    NoteBox* Notes = nullptr;
-    UserInformation* Whois = nullptr;
-    MailService* Mail = nullptr;
-    AddressResolver* Resolver = nullptr;
-    AnnouncementService* Announcements = nullptr;
+    Handover<ChannelWindows> Channels{nobody_};
+    Handover<PrivateWindows> Privates{nobody_};
+    Handover<UserDirectory> Directory{nobody_};
+    Handover<KeyPrompt> Keys{nobody_};
+    Handover<MessageOfTheDay> MOTD{nobody_};
+    Handover<NoteBox> Notes{nobody_};
+    Handover<UserInformation> Whois{nobody_};
+    Handover<MailService> Mail{nobody_};
+    Handover<AddressResolver> Resolver{nobody_};
+    Handover<AnnouncementService> Announcements{nobody_};
 };
 
 }  // namespace talvora

@@ -11,9 +11,9 @@ namespace talvora {
 
 namespace {
 
-constexpr int OnlinePicture = 3;
 constexpr int MaxStates = 50;
 constexpr char IgnoreSeparator = '@';
+constexpr std::string_view OfflineMark = "[Offline]";
 
 // The nick is cut out as plain text, also from the end of a longer one; what is left of that one keeps its
 // separator, or it would be glued to the next.
@@ -31,38 +31,33 @@ std::string withoutNick(const std::string& list, const std::string& nick) {
 }  // namespace
 
 PresencePanel::PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings,
-                             IRCServ& engine, const Account& account, const UsersPanel& users,
-                             UserList& userList3)
-    : imgState(OnlinePicture),
-      platform_(platform),
+                             UserState& state, const UsersPanel& users, UserList& userList3)
+    : platform_(platform),
       globError_(globError),
       settings_(settings),
-      IRCServ1(engine),
-      account_(account),
+      state_(state),
       users_(users),
       UserList3(userList3) {
     popStat.Load(0).Visible = false;  // the template
     popOnline.Caption = "Online";
     mnuIgnore.Caption = "&Ignore";
     mnuUnignore.Caption = "&Stop ignoring";
-    on_ += engine.YouChangeNick.connect([this](const std::string& nick) { lblNick.Caption = nick; });
-    on_ += engine.LoginOK.connect([this] { ShowNick(); });
+    on_ += state.Changed.connect([this] { showState(); });
     on_ += popOnline.Click.connect([this] { popOnline_Click(); });
     on_ += mnuIgnore.Click.connect([this] { mnuIgnore_Click(); });
     on_ += mnuUnignore.Click.connect([this] { mnuUnignore_Click(); });
+    showState();
 }
 
 void PresencePanel::RefreshSettings() {
     rebuildMenu();
-    imgState.Picture = OnlinePicture;
-    Label18.Caption = "Online";
     gIgnoreList = settings_.Get(Section::Settings, "IgnoreList", "");
-    ShowNick();
 }
 
-void PresencePanel::ShowNick() {
-    const std::string& nick = IRCServ1.Nickname();
-    lblNick.Caption = nick.empty() ? account_.gNickname : nick;
+void PresencePanel::showState() {
+    imgState.Picture = state_.Picture();
+    Label18.Caption = state_.Name();
+    lblNick.Caption = state_.Carried();
 }
 
 void PresencePanel::rebuildMenu() {
@@ -101,10 +96,7 @@ void PresencePanel::loadState(int index, const std::string& line) {
 }
 
 void PresencePanel::popOnline_Click() {
-    IRCServ1.SetNickname(account_.gNickname);
-    imgState.Picture = OnlinePicture;
-    Label18.Caption = "Online";
-    doNotDisturb_ = false;
+    state_.Choose("", modNickDecode::OnlineIcon);
 }
 
 void PresencePanel::popStat_Click(int index) {
@@ -117,10 +109,8 @@ void PresencePanel::popStat_Click(int index) {
             tag = elementOf(pieces, 1);
         });
         if (!read) return;
-        step([&] { imgState.Picture = CLng(Val(picture)); });
-        Label18.Caption = ProperCase(tag);
-        IRCServ1.SetNickname(account_.gNickname + "[" + tag + "]");
-        doNotDisturb_ = UCase(tag) == "DND";
+        const int shown = step.value(state_.Picture(), [&] { return CLng(Val(picture)); });
+        state_.Choose("[" + tag + "]", shown);
     });
 }
 
@@ -128,8 +118,9 @@ void PresencePanel::popStat_Click(int index) {
 
 void PresencePanel::mnuIgnore_Click() {
     trapped(globError_, "mnuIgnore_Click", [&](Trap& step) {
-        if (IsIgnored(SelectedNick)) return;
-        gIgnoreList += TruncNick(SelectedNick) + IgnoreSeparator;
+        const std::string bare = TruncNick(SelectedNick);
+        if (bare.empty() || IsIgnored(bare)) return;
+        gIgnoreList += bare + IgnoreSeparator;
         step([&] { settings_.Save(Section::Settings, "IgnoreList", gIgnoreList); });
         RefreshIgnore();
     });
@@ -137,7 +128,9 @@ void PresencePanel::mnuIgnore_Click() {
 
 void PresencePanel::mnuUnignore_Click() {
     trapped(globError_, "mnuUnignore_Click", [&](Trap& step) {
-        gIgnoreList = withoutNick(gIgnoreList, TruncNick(SelectedNick));
+        const std::string bare = TruncNick(SelectedNick);
+        if (bare.empty()) return;
+        gIgnoreList = withoutNick(gIgnoreList, bare);
         step([&] { settings_.Save(Section::Settings, "IgnoreList", gIgnoreList); });
         RefreshIgnore();
     });
@@ -153,16 +146,22 @@ void PresencePanel::RefreshIgnore() {
     });
 }
 
-std::string PresencePanel::shownName(const std::string& ignored) const {
+std::string PresencePanel::shownName(std::string ignored) const {
     const StringArray& bare = users_.OnlineNicks();
     const auto found = std::ranges::find_if(bare, [&](const auto& nick) { return EqualText(nick, ignored); });
-    if (found == bare.end()) return ignored + "[Offline]";
+    if (found == bare.end()) return ignored.append(OfflineMark);
     return users_.OnlineRaw()[static_cast<std::size_t>(found - bare.begin())];
 }
 
 bool PresencePanel::IsIgnored(const std::string& nick) const {
-    if (gIgnoreList.empty()) return false;
-    return HoldsEntry(gIgnoreList, TruncNick(nick), IgnoreSeparator);
+    const std::string bare = TruncNick(nick);
+    return !bare.empty() && HoldsEntry(gIgnoreList, bare, IgnoreSeparator);
+}
+
+// Somebody may really carry a state of that name.
+bool PresencePanel::IsShownOffline(const std::string& nick) const {
+    if (!nick.ends_with(OfflineMark) || !IsIgnored(nick)) return false;
+    return std::ranges::none_of(users_.OnlineRaw(), [&](const auto& raw) { return EqualText(raw, nick); });
 }
 
 }  // namespace talvora

@@ -1,15 +1,14 @@
 #pragma once
-// The user's own state in the main window. A state is a suffix on the nick and nothing else: changing it asks
-// the server for another nick. Holds the list of ignored users too.
+// The user's own state as the main window shows it and lets him choose it; UserState owns it. Holds the list
+// of ignored users too.
 
 #include <string>
 
 #include "chat/UserList.h"
 #include "common/ComponentSettings.h"
 #include "common/Trap.h"
-#include "irc/IRCServ.h"
 #include "platform/Controls.h"
-#include "session/Account.h"
+#include "session/UserState.h"
 #include "session/UsersPanel.h"
 
 namespace talvora {
@@ -18,8 +17,8 @@ class File;
 
 class PresencePanel {
   public:
-    PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, IRCServ& engine,
-                  const Account& account, const UsersPanel& users, UserList& userList3);
+    PresencePanel(Platform& platform, GlobError& globError, ComponentSettings& settings, UserState& state,
+                  const UsersPanel& users, UserList& userList3);
 
     Menu popState;  // opens from the picture and the name of the state, with these entries:
     Menu popOnline;
@@ -40,21 +39,21 @@ class PresencePanel {
     void popOnline_Click();
     void popStat_Click(int index);
 
-    // The part of RefreshSettings that is about presence: the menu from the table of states, the label
-    // "Online" (the nick stays as it is), and the ignore list.
+    // The part of RefreshSettings that is about presence: the menu from the table of states and the ignore
+    // list. The state stays as it is.
     void RefreshSettings();
 
-    // The nick of the network, or the one that the next log-on will ask for.
-    void ShowNick();
-
-    // While the state's tag is "DND".
-    bool DoNotDisturb() const { return doNotDisturb_; }
+    bool DoNotDisturb() const { return state_.DoNotDisturb(); }
+    // A nick that is nothing but a suffix can stand in no list of bare nicks.
     bool IsIgnored(const std::string& nick) const;
+    // Whether a row of the list of ignored users shows one who is not there to be talked to.
+    bool IsShownOffline(const std::string& nick) const;
 
   private:
+    void showState();
     void mnuIgnore_Click();
     void mnuUnignore_Click();
-    std::string shownName(const std::string& ignored) const;
+    std::string shownName(std::string ignored) const;
     void rebuildMenu();
     void loadStates(Trap& step, File& states);
     void loadState(int index, const std::string& line);
@@ -62,11 +61,9 @@ class PresencePanel {
     Platform& platform_;
     GlobError& globError_;
     ComponentSettings& settings_;
-    IRCServ& IRCServ1;
-    const Account& account_;
+    UserState& state_;
     const UsersPanel& users_;
     UserList& UserList3;
-    bool doNotDisturb_ = false;
     std::string gIgnoreList;  // bare nicks, each followed by "@"
     Subscriptions on_;
     Subscriptions states_;  // to the entries of popStat

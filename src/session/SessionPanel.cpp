@@ -6,11 +6,11 @@
 
 namespace talvora {
 
-SessionPanel::SessionPanel(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
-                           const Handovers& to)
-    : tmrSysChanJoin(platform, 30000, true),
-      tmrWHOUpdate(platform, 60000),
-      tmMailRefresh(platform, 60000),
+SessionPanel::SessionPanel(Platform& platform, Event<>& end, GlobError& globError, IRCServ& engine,
+                           const Account& account, const Handovers& to)
+    : tmrSysChanJoin(platform, end, 30000, true),
+      tmrWHOUpdate(platform, end, 60000),
+      tmMailRefresh(platform, end, 60000),
       globError_(globError),
       IRCServ1(engine),
       account_(account),
@@ -94,15 +94,15 @@ void SessionPanel::tmMailRefresh_Timer() {
     trapped(globError_, "tmMailRefresh_Timer", [&](Trap& step) {
         if (MailTicks < std::numeric_limits<std::int16_t>::max()) ++MailTicks;
         if (MailTicks < gMailInterval) return;
-        if (to_.Mail != nullptr) step([&] { to_.Mail->CheckRCVMail(); });
-        if (to_.Announcements != nullptr) step([&] { to_.Announcements->CheckAnn(); });
+        step([&] { to_.Mail->CheckRCVMail(); });
+        step([&] { to_.Announcements->CheckAnn(); });
     });
 }
 
 void SessionPanel::SysOK(int state) {
     gSysChanOK = true;
     gSysChanState = state;
-    if (to_.Mail != nullptr) to_.Mail->CheckRCVMail();
+    to_.Mail->CheckRCVMail();
 }
 
 void SessionPanel::SysErr(int state) {

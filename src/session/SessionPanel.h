@@ -23,8 +23,9 @@ inline constexpr int OnLine = 3;
 
 class SessionPanel {
   public:
-    SessionPanel(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
-                 const Handovers& to);
+    // `end` stops the timers for good; so of the other panels.
+    SessionPanel(Platform& platform, Event<>& end, GlobError& globError, IRCServ& engine,
+                 const Account& account, const Handovers& to);
 
     Label Label8;   // the user's view of the session
     Label Label20;  // "Global users: " and their number

@@ -36,11 +36,13 @@ HostArray copyOf(const StringArray& texts) {
 
 }  // namespace
 
-TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
-                           HostGate& gate, const PresencePanel& presence, const Handovers& to)
+TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, WayOut& out,
+                           const Account& account, HostGate& gate, const PresencePanel& presence,
+                           const Handovers& to)
     : platform_(platform),
       globError_(globError),
       IRCServ1(engine),
+      out_(out),
       account_(account),
       gate_(gate),
       presence_(presence),
@@ -50,10 +52,23 @@ TextDispatch::TextDispatch(Platform& platform, GlobError& globError, IRCServ& en
     on_ += gIPSock.DataArrival.connect([this] { gIPSock_DataArrival(); });
     on_ += IRCServ1.ServerRespond.connect(
         [this](std::int32_t number, const StringArray& parameters, Text tailing) {
-            gate_.Broadcast(HostMsg::ServerNumeric, ArrayOf(number, copyOf(parameters), tailing));
+            IRCServ1_ServerRespond(number, parameters, tailing);
         });
     on_ += IRCServ1.ServerStrRespond.connect([this](Text cmd, const StringArray& parameters, Text tailing) {
-        gate_.Broadcast(HostMsg::ServerWord, ArrayOf(cmd, copyOf(parameters), tailing));
+        IRCServ1_ServerStrRespond(cmd, parameters, tailing);
+    });
+}
+
+// Each has a trap of its own: a listener that fails costs nothing of what the line itself is for.
+void TextDispatch::IRCServ1_ServerRespond(std::int32_t number, const StringArray& parameters, Text tailing) {
+    trapped(globError_, "IRCServ1_ServerRespond", [&](Trap& step) {
+        step([&] { gate_.Broadcast(HostMsg::ServerNumeric, ArrayOf(number, copyOf(parameters), tailing)); });
+    });
+}
+
+void TextDispatch::IRCServ1_ServerStrRespond(Text cmd, const StringArray& parameters, Text tailing) {
+    trapped(globError_, "IRCServ1_ServerStrRespond", [&](Trap& step) {
+        step([&] { gate_.Broadcast(HostMsg::ServerWord, ArrayOf(cmd, copyOf(parameters), tailing)); });
     });
 }
 
@@ -74,21 +89,16 @@ void TextDispatch::connectText() {
         [this](Text, Text, Text, Text command, Text text) { IRCServ1_SpecialNoticeArrived(command, text); });
 }
 
-void TextDispatch::SendPM(const std::string& nick, const std::string& text, bool special) {
-    // What a plug-in made of a line, perhaps of somebody else's, stays one line.
-    IRCServ1.SendText(OneLine(nick), OneLine(text), special);
-}
-
 // ---- Private text
 
 // Busy stands before ignored: an ignored nick hears "busy" meanwhile.
 bool TextDispatch::turnedAway(Text nick, bool answer) {
     if (presence_.DoNotDisturb()) {
-        if (answer) IRCServ1.SendText(OneLine(nick), std::string("ACTION ").append(BusyAnswer), true);
+        if (answer) out_.SendPM(nick, std::string("ACTION ").append(BusyAnswer), true);
         return true;
     }
     if (presence_.IsIgnored(nick)) {
-        if (answer) IRCServ1.SendText(OneLine(nick), std::string("ACTION ").append(IgnoredAnswer), true);
+        if (answer) out_.SendPM(nick, std::string("ACTION ").append(IgnoredAnswer), true);
         return true;
     }
     return false;
@@ -140,7 +150,7 @@ bool TextDispatch::answerQuery(Text nick, Text command, Text text) {
     } else {
         return false;
     }
-    IRCServ1.SendNotice(OneLine(nick), OneLine(answer), true);
+    out_.SendNotice(nick, answer, true);
     return true;
 }
 
@@ -153,8 +163,8 @@ bool TextDispatch::handleVerb(Text nick, Text command, Text text) {
     const bool announcement = command == "ANN";
     if (!mail && !announcement) return false;
     if (!fromRobot(nick)) return true;
-    if (mail && to_.Mail != nullptr) to_.Mail->HandleMailCmd(text);
-    if (announcement && to_.Announcements != nullptr) to_.Announcements->HandleAnnData(text);
+    if (mail) to_.Mail->HandleMailCmd(text);
+    if (announcement) to_.Announcements->HandleAnnData(text);
     return true;
 }
 
@@ -164,12 +174,11 @@ bool TextDispatch::handleVerb(Text nick, Text command, Text text) {
 // it.
 bool TextDispatch::findAddress(Text nick, Text command, Text text) {
     if (command == "WIP") {
-        IRCServ1.SendText("OrreryServ", "INFO IP " + OneLine(nick), true);
+        out_.SendPM("OrreryServ", "INFO IP " + nick, true);
     } else if (command == "IP") {
         if (fromRobot(nick)) askAddressServer(text);
     } else if (command == "GIP") {
-        if (text != "-" && to_.Resolver != nullptr && to_.Resolver->IsResolving())
-            to_.Resolver->ResolveIP(text);
+        if (text != "-" && to_.Resolver->IsResolving()) to_.Resolver->ResolveIP(text);
     } else {
         return false;
     }
@@ -179,8 +188,9 @@ bool TextDispatch::findAddress(Text nick, Text command, Text text) {
 void TextDispatch::askAddressServer(Text text) {
     const auto pieces = Split(text, " ", 2);
     const std::string address = elementOf(pieces, 0);
+    if (address == "-") return;
     const std::string nick = oneNick(elementOf(pieces, 1));
-    if (address == "-" || nick.empty()) return;
+    if (nick.empty() || stopped_) return;
     gIPSock.Close();
     gIPSock.RemoteHost = address;
     gIPSock.RemotePort = AddressServerPort;
@@ -199,12 +209,12 @@ void TextDispatch::gIPSock_DataArrival() {
         if (data.size() > LongestAddress) data.resize(LongestAddress);
         if (addressTold_ || data.empty()) return;
         addressTold_ = true;
-        step([&] { IRCServ1.SendText(gIPSock.Tag, "GIP " + data, true); });
+        step([&] { out_.SendPM(gIPSock.Tag, "GIP " + data, true); });
     });
 }
 
 void TextDispatch::distributePrivate(Text nick, Text text, Text command) {
-    if (to_.Privates != nullptr) to_.Privates->PMDistribute(nick, text, command);
+    to_.Privates->PMDistribute(nick, text, command);
 }
 
 // ---- Channel text
@@ -233,7 +243,7 @@ void TextDispatch::IRCServ1_SpecialTextArrived(Text nick, Text channel, Text com
 }
 
 void TextDispatch::distributeChannel(Text channel, Text nick, Text text, Text command) {
-    if (to_.Channels != nullptr) to_.Channels->ChanDistribute(channel, nick, text, command);
+    to_.Channels->ChanDistribute(channel, nick, text, command);
 }
 
 // A command that begins with "_" is a word between the plug-ins of hosts on different machines.
@@ -243,9 +253,8 @@ void TextDispatch::broadcastVerb(std::int32_t msgID, Text command, Text nick, Te
 }
 
 void TextDispatch::IRCServ1_SpecialNoticeArrived(Text command, Text text) {
-    trapped(globError_, "IRCServ1_SpecialNoticeArrived", [&](Trap& step) {
-        if (to_.Whois != nullptr) step([&] { to_.Whois->Notice(command, text); });
-    });
+    trapped(globError_, "IRCServ1_SpecialNoticeArrived",
+            [&](Trap& step) { step([&] { to_.Whois->Notice(command, text); }); });
 }
 
 }  // namespace talvora

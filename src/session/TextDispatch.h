@@ -12,18 +12,20 @@
 #include "session/Account.h"
 #include "session/Handovers.h"
 #include "session/PresencePanel.h"
+#include "session/WayOut.h"
 
 namespace talvora {
 
 class TextDispatch {
   public:
-    TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, const Account& account,
-                 HostGate& gate, const PresencePanel& presence, const Handovers& to);
+    TextDispatch(Platform& platform, GlobError& globError, IRCServ& engine, WayOut& out,
+                 const Account& account, HostGate& gate, const PresencePanel& presence, const Handovers& to);
 
-    // The one gate for private text from the windows.
-    void SendPM(const std::string& nick, const std::string& text, bool special);
-    // Closes what is still open to an address server.
-    void Stop() { gIPSock.Close(); }
+    // The end: closes what is still open to an address server, and nothing is opened any more.
+    void Stop() {
+        stopped_ = true;
+        gIPSock.Close();
+    }
 
   private:
     using Text = const std::string&;
@@ -32,6 +34,8 @@ class TextDispatch {
     void IRCServ1_TextArrived(Text nick, Text channel, Text text);
     void IRCServ1_SpecialTextArrived(Text nick, Text channel, Text command, Text text);
     void IRCServ1_SpecialNoticeArrived(Text command, Text text);
+    void IRCServ1_ServerRespond(std::int32_t number, const StringArray& parameters, Text tailing);
+    void IRCServ1_ServerStrRespond(Text cmd, const StringArray& parameters, Text tailing);
     void connectText();
 
     bool turnedAway(Text nick, bool answer);
@@ -49,12 +53,14 @@ class TextDispatch {
     Platform& platform_;
     GlobError& globError_;
     IRCServ& IRCServ1;
+    WayOut& out_;
     const Account& account_;
     HostGate& gate_;
     const PresencePanel& presence_;
     const Handovers& to_;
     Winsock gIPSock;  // to the address server; its Tag is the nick that asked
     bool addressTold_ = false;
+    bool stopped_ = false;
     Subscriptions on_;
 };
 

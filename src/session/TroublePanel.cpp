@@ -65,8 +65,8 @@ const char* TroublePanel::wordsOfEnd() const {
     return loggedOn_ ? "The server is gone" : "The server closed the connection before the log-on";
 }
 
-TroublePanel::TroublePanel(Platform& platform, IRCServ& engine)
-    : tmrTrouble(platform, Awhile), IRCServ1(engine) {
+TroublePanel::TroublePanel(Platform& platform, Event<>& end, IRCServ& engine)
+    : tmrTrouble(platform, end, Awhile), IRCServ1(engine) {
     lblTrouble.Visible = false;
     using Text = IRCServ::Text;
     using List = IRCServ::List;

@@ -14,7 +14,7 @@ namespace talvora {
 
 class TroublePanel {
   public:
-    TroublePanel(Platform& platform, IRCServ& engine);
+    TroublePanel(Platform& platform, Event<>& end, IRCServ& engine);
 
     Label lblTrouble;  // visible while there is something to say
 

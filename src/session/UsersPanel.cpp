@@ -7,9 +7,9 @@
 
 namespace talvora {
 
-UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate,
-                       UserList& userList1, const Handovers& to)
-    : globError_(globError), IRCServ1(engine), account_(account), gate_(gate), UserList1(userList1), to_(to) {
+UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, HostGate& gate, UserList& userList1,
+                       const Handovers& to)
+    : globError_(globError), IRCServ1(engine), gate_(gate), UserList1(userList1), to_(to) {
     on_ += IRCServ1.NamesReceived.connect(
         [this](Text channel, const StringArray& names) { IRCServ1_NamesReceived(channel, names); });
     on_ += IRCServ1.UserJoinChannel.connect(
@@ -20,7 +20,6 @@ UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, 
         [this](Text nick, Text, Text, Text message) { IRCServ1_UserQuit(nick, message); });
     on_ += IRCServ1.UserChangeNick.connect(
         [this](Text oldNick, Text newNick, Text, Text) { IRCServ1_UserChangeNick(oldNick, newNick); });
-    on_ += IRCServ1.YouChangeNick.connect([this](Text newNick) { IRCServ1_YouChangeNick(newNick); });
     on_ += IRCServ1.WHORespond.connect([this](const StringArray& list) { IRCServ1_WHORespond(list); });
     on_ += IRCServ1.WhoisReply.connect(
         [this](const StringArray& results, Text nick) { IRCServ1_WhoisReply(results, nick); });
@@ -29,15 +28,15 @@ UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, Account& account, 
 
 void UsersPanel::IRCServ1_NamesReceived(Text channel, const StringArray& names) {
     trapped(globError_, "IRCServ1_NamesReceived", [&](Trap& step) {
-        if (to_.Channels != nullptr) step([&] { to_.Channels->NamesChan(channel, names); });
+        step([&] { to_.Channels->NamesChan(channel, names); });
         step([&] { UserList1.MergeNames(names, channel); });
     });
 }
 
 void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserJoinChannel", [&](Trap& step) {
-        if (to_.Privates != nullptr) step([&] { to_.Privates->EnterPM(nick); });
-        if (to_.Channels != nullptr) step([&] { to_.Channels->JoinChan(channel, nick); });
+        step([&] { to_.Privates->EnterPM(nick); });
+        step([&] { to_.Channels->JoinChan(channel, nick); });
         step([&] { UserList1.Add(nick, channel); });
         step([&] { gate_.Broadcast(HostMsg::UserJoined, ArrayOf(channel, nick)); });
     });
@@ -45,7 +44,7 @@ void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
 
 void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserPartChannel", [&](Trap& step) {
-        if (to_.Channels != nullptr) step([&] { to_.Channels->PartChan(channel, nick); });
+        step([&] { to_.Channels->PartChan(channel, nick); });
         step([&] { UserList1.Part(nick, channel); });
         step([&] { gate_.Broadcast(HostMsg::UserParted, ArrayOf(channel, nick)); });
     });
@@ -54,8 +53,8 @@ void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
 void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
     trapped(globError_, "IRCServ1_UserQuit", [&](Trap& step) {
         step([&] { UserList1.Remove(nick); });
-        if (to_.Privates != nullptr) step([&] { to_.Privates->QuitPM(nick); });
-        if (to_.Channels != nullptr) step([&] { to_.Channels->QuitChan(nick); });
+        step([&] { to_.Privates->QuitPM(nick); });
+        step([&] { to_.Channels->QuitChan(nick); });
         step([&] { gate_.Broadcast(HostMsg::UserQuit, ArrayOf(nick, message)); });
     });
 }
@@ -63,26 +62,19 @@ void UsersPanel::IRCServ1_UserQuit(Text nick, Text message) {
 void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
     trapped(globError_, "IRCServ1_UserChangeNick", [&](Trap& step) {
         step([&] { UserList1.Rename(oldNick, newNick); });
-        if (to_.Privates != nullptr) step([&] { to_.Privates->RenamePM(oldNick, newNick); });
-        if (to_.Channels != nullptr) step([&] { to_.Channels->RenameChan(oldNick, newNick); });
+        step([&] { to_.Privates->RenamePM(oldNick, newNick); });
+        step([&] { to_.Channels->RenameChan(oldNick, newNick); });
         step([&] { gate_.Broadcast(HostMsg::UserRenamed, ArrayOf(oldNick, newNick)); });
     });
-}
-
-// Bare, so that states never stack and the plain nick always comes back.
-void UsersPanel::IRCServ1_YouChangeNick(Text newNick) {
-    // A nick that begins with a bracket is no state alone.
-    account_.gNickname = newNick.substr(0, newNick.find('[', 1));
 }
 
 void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
     trapped(globError_, "IRCServ1_WHORespond", [&](Trap& step) {
         onlineNicks_.clear();
         onlineRaw_.clear();
-        if (to_.Directory != nullptr) to_.Directory->Clear();
+        to_.Directory->Clear();
         for (const std::string& line : list) step([&] { enterOnline(line); });
         OnlineChanged.raise();
-        if (to_.Directory == nullptr) return;
         step([&] { to_.Directory->RefreshFriends(); });
         Label21.Caption = "Online: " + std::to_string(to_.Directory->Count());
     });
@@ -91,21 +83,18 @@ void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
 void UsersPanel::enterOnline(Text line) {
     const auto fields = Split(line, "\5");
     const std::string& realName = elementOf(fields, 7);
-    if (to_.Directory != nullptr) to_.Directory->AddUser(realName, fields[2], fields[4]);
+    to_.Directory->AddUser(realName, fields[2], fields[4]);
     onlineNicks_.push_back(TruncNick(fields[4]));
     onlineRaw_.push_back(fields[4]);
 }
 
 void UsersPanel::IRCServ1_WhoisReply(const StringArray& results, Text nick) {
-    trapped(globError_, "IRCServ1_WhoisReply", [&](Trap& step) {
-        if (to_.Whois != nullptr) step([&] { to_.Whois->Reply(results, nick); });
-    });
+    trapped(globError_, "IRCServ1_WhoisReply",
+            [&](Trap& step) { step([&] { to_.Whois->Reply(results, nick); }); });
 }
 
 void UsersPanel::IRCServ1_MOTDReceived(Text text) {
-    trapped(globError_, "IRCServ1_MOTDReceived", [&](Trap& step) {
-        if (to_.MOTD != nullptr) step([&] { to_.MOTD->Display(text); });
-    });
+    trapped(globError_, "IRCServ1_MOTDReceived", [&](Trap& step) { step([&] { to_.MOTD->Display(text); }); });
 }
 
 }  // namespace talvora

@@ -9,14 +9,13 @@
 #include "common/Trap.h"
 #include "irc/IRCServ.h"
 #include "platform/Controls.h"
-#include "session/Account.h"
 #include "session/Handovers.h"
 
 namespace talvora {
 
 class UsersPanel {
   public:
-    UsersPanel(GlobError& globError, IRCServ& engine, Account& account, HostGate& gate, UserList& userList1,
+    UsersPanel(GlobError& globError, IRCServ& engine, HostGate& gate, UserList& userList1,
                const Handovers& to);
 
     Label Label21;  // "Online:" and the number of users
@@ -35,7 +34,6 @@ class UsersPanel {
     void IRCServ1_UserPartChannel(Text channel, Text nick);
     void IRCServ1_UserQuit(Text nick, Text message);
     void IRCServ1_UserChangeNick(Text oldNick, Text newNick);
-    void IRCServ1_YouChangeNick(Text newNick);
     void IRCServ1_WHORespond(const StringArray& list);
     void IRCServ1_WhoisReply(const StringArray& results, Text nick);
     void IRCServ1_MOTDReceived(Text text);
@@ -43,7 +41,6 @@ class UsersPanel {
 
     GlobError& globError_;
     IRCServ& IRCServ1;
-    Account& account_;
     HostGate& gate_;
     UserList& UserList1;
     const Handovers& to_;

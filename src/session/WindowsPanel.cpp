@@ -36,9 +36,10 @@ ListRow rowOf(const WindowsPanel::OpenWindow& open) {
 
 }  // namespace
 
-WindowsPanel::WindowsPanel(Platform& platform, GlobError& globError, const ChatWindowTables& chat)
+WindowsPanel::WindowsPanel(Platform& platform, Event<>& end, GlobError& globError,
+                           const ChatWindowTables& chat)
     : Check1(chat.Around.gHideInactive),
-      tmrRedraw(platform, redrawDelay),
+      tmrRedraw(platform, end, redrawDelay),
       globError_(globError),
       chat_(chat.Around),
       channels_(chat.Channels),

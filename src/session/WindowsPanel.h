@@ -29,7 +29,7 @@ struct ChatWindowTables {
 
 class WindowsPanel {
   public:
-    WindowsPanel(Platform& platform, GlobError& globError, const ChatWindowTables& chat);
+    WindowsPanel(Platform& platform, Event<>& end, GlobError& globError, const ChatWindowTables& chat);
 
     ListView ListView1;  // the name of a window, and in column 1 its last text
     CheckBox Check1;     // "Hide inactive windows": a private window's close box only hides it

@@ -1,6 +1,7 @@
 #include "settings/Settings.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "common/Identity.h"
 #include "platform/Text.h"
@@ -46,18 +47,18 @@ const Settings::FlagKey Settings::flags[] = {
      "Show MOTD on each connect to the server", "1", "0"},
     {Section::Settings, "PopupFriend", true, Odd::Off, &Settings::PopupFriend,
      "Popup when friend state changed"},
-    {Section::Settings, "EnableBar", true, Odd::Off, &Settings::EnableBar, "Enable hidable window list bar"},
-    {Section::Settings, "NoticeBar", true, Odd::Off, &Settings::NoticeBar,
+    {Section::Settings, "EnableBar", true, Odd::On, &Settings::EnableBar, "Enable hidable window list bar"},
+    {Section::Settings, "NoticeBar", true, Odd::On, &Settings::NoticeBar,
      "Display notifications on hidable window list bar"},
     {Section::Settings, "ReceiveAnn", true, Odd::On, &Settings::ReceiveAnn, "Receive announcements"},
     {Section::Settings, "NoQueries", false, Odd::Off, &Settings::NoQueries,
      "Do not popup query announcements"},
     {Section::Settings, "NoInfo", false, Odd::Off, &Settings::NoInfo,
      "Do not popup information announcements"},
-    {Section::Settings, "PopupMail", true, Odd::Off, &Settings::PopupMail, "Popup when message is arrived"},
+    {Section::Settings, "PopupMail", true, Odd::On, &Settings::PopupMail, "Popup when message is arrived"},
     {Section::Settings, "DisplayMail", false, Odd::Off, &Settings::DisplayMail,
      "Immediately display messages, when arrived"},
-    {Section::ChanSettings, "CreateOnPM", true, Odd::Off, &Settings::CreateOnPM,
+    {Section::ChanSettings, "CreateOnPM", true, Odd::On, &Settings::CreateOnPM,
      "Start channel chat when text from channel arrived"},
 };
 
@@ -65,11 +66,17 @@ namespace {
 
 constexpr const char* DefaultPackage = "1024";
 
-// A number is held in 16 bits.
+// The number that plain digits name; 0 if they are none, or name one beyond `most`.
+std::int32_t numberOf(const std::string& digits, std::int32_t most) {
+    if (digits.find_first_not_of("0123456789") != std::string::npos) return 0;
+    const std::size_t first = std::min(digits.find_first_not_of('0'), digits.size());
+    if (digits.size() - first > 9) return 0;
+    const std::int32_t number = CLng(Val(digits));
+    return number <= most ? number : 0;
+}
+
 std::string intervalProblem(const std::string& text) {
-    const std::string minutes = Trim(text);
-    const bool digits = !minutes.empty() && minutes.find_first_not_of("0123456789") == std::string::npos;
-    if (digits && Val(minutes) >= 1 && Val(minutes) <= 32767) return {};
+    if (numberOf(Trim(text), Settings::LongestInterval) > 0) return {};
     return "The mail refresh rate is a number of minutes, from 1 up to 32767.";
 }
 
@@ -115,8 +122,7 @@ void Settings::loadChoices() {
     PackageSplit.List = {"512", DefaultPackage, "2048", "4096", "8192"};
     std::string size = settings_.Get(Section::Settings, "PackageSplit", DefaultPackage);
     // A size that somebody has set otherwise stays on offer.
-    if (size.empty() || size.find_first_not_of("0123456789") != std::string::npos || Val(size) < 1)
-        size = DefaultPackage;
+    if (numberOf(size, std::numeric_limits<std::int32_t>::max()) < 1) size = DefaultPackage;
     auto& sizes = PackageSplit.List;
     auto found = std::ranges::find(sizes, size);
     if (found == sizes.end()) found = sizes.insert(found, size);

@@ -7,6 +7,7 @@
 // The account's gSettingsChanged is True exactly while such a value differs from the one that was last
 // applied; it goes back with an edit that goes back, and with a page that is closed unsaved.
 
+#include <cstdint>
 #include <string>
 
 #include "common/ComponentSettings.h"
@@ -58,6 +59,9 @@ class Settings {
     ComboBox PackageSplit;  // bytes
     Label lblIPRMethod{"IP Resolving method"};
     ComboBox IPRMethod;
+
+    // Of the mail refresh rate, in minutes: a number of 16 bits.
+    static constexpr std::int32_t LongestInterval = 32767;
 
     StateRows States;
     PluginRows Plugins;

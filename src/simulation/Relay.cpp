@@ -7,10 +7,13 @@
 
 namespace talvora::test {
 
-void Relay::serve(Client& client) {
-    Link& link = *links_.emplace_back(new Link{client.server, {}});
-    client.server.whenHeard = [this, &link] {
-        for (const std::string& line : link.server.heard()) hear(link, line);
+void Relay::serve(ScriptedServer& server) {
+    links_.push_back(std::make_shared<Link>(server));
+    // What is said to a server whose relay has gone is heard by nobody.
+    server.whenHeard = [this, alive = std::weak_ptr(links_.back())] {
+        const auto link = alive.lock();
+        if (!link) return;
+        for (const std::string& line : link->server.heard()) hear(*link, line);
     };
 }
 
@@ -28,7 +31,9 @@ void Relay::hear(Link& from, const std::string& line) {
     if (verb == "PRIVMSG" || verb == "NOTICE") text(from, target, line);
 }
 
+// One who logs on is in no channel yet, though nobody saw him leave.
 void Relay::logOn(Link& from) {
+    for (auto& channel : channels_) std::erase(channel.second, &from);
     from.welcome = true;
     from.server.says(":srv 001 " + from.nick + " :Welcome");
 }

@@ -14,11 +14,13 @@ namespace talvora::test {
 class Relay {
   public:
     // The client's server is this one from now on.
-    void serve(Client& client);
+    void serve(Client& client) { serve(client.server); }
+    void serve(ScriptedServer& server);
 
   private:
     // One client's connection; without a nick it is not logged on.
     struct Link {
+        explicit Link(ScriptedServer& theServer) : server(theServer) {}
         ScriptedServer& server;
         std::string nick;
         bool welcome = false;
@@ -37,7 +39,7 @@ class Relay {
     void toMates(const Link& from, const std::string& line);
     static std::string prefixOf(const Link& link) { return ":" + link.nick + "!u@h "; }
 
-    std::vector<std::unique_ptr<Link>> links_;
+    std::vector<std::shared_ptr<Link>> links_;
     std::map<std::string, std::vector<Link*>> channels_;  // by their names in lower case
 };
 

@@ -13,19 +13,36 @@
 
 namespace talvora::test {
 
-// A wall clock that goes with virtual time from a fixed morning on.
+// A wall clock that goes with virtual time from nine in the morning of 14/03/2026 on, and can be put wrong.
 class VirtualClock final : public Clock {
   public:
     explicit VirtualClock(VirtualTime& time) : time_(time) {}
     DateTime Now() const override {
-        const auto seconds = static_cast<int>(SecondsSinceMidnight());
-        return {2026, 3, 14, seconds / 3600, seconds / 60 % 60, seconds % 60};
+        using namespace std::chrono;
+        const sys_time<microseconds> now = moment();
+        const year_month_day day{floor<days>(now)};
+        const auto second = static_cast<int>(SecondsSinceMidnight());
+        return {static_cast<int>(day.year()),
+                static_cast<int>(static_cast<unsigned>(day.month())),
+                static_cast<int>(static_cast<unsigned>(day.day())),
+                second / 3600,
+                second / 60 % 60,
+                second % 60};
     }
     double SecondsSinceMidnight() const override {
-        return 9 * 3600 + static_cast<double>(time_.Now() % (12 * 3600 * 1'000'000LL)) / 1e6;
+        const std::chrono::sys_time<std::chrono::microseconds> now = moment();
+        return static_cast<double>((now - std::chrono::floor<std::chrono::days>(now)).count()) / 1e6;
     }
 
+    // How far somebody has put the clock forward, or back.
+    std::chrono::seconds ahead{0};
+
   private:
+    std::chrono::sys_time<std::chrono::microseconds> moment() const {
+        using namespace std::chrono;
+        return sys_days{March / 14 / 2026} + hours{9} + microseconds{time_.Now()} + ahead;
+    }
+
     VirtualTime& time_;
 };
 

@@ -15,6 +15,7 @@ class VirtualTime final : public Loop {
     Microseconds Now() const override { return now_; }
     void Defer(std::function<void()> call) override { at(now_, std::move(call)); }
     void Pump() override;
+    void Yield() override { turn(); }
     TimerQueue& Timers() override { return timers_; }
     void TimersChanged() override {}
 

@@ -15,15 +15,19 @@ CORE = {
     "extensions": {"extensions", "common", "platform"},
     "chat": {"chat", "extensions", "common", "platform/rich", "platform"},
     "notify": {"notify", "chat", "common", "platform/rich", "platform"},
-    "session": {"session", "irc", "notify", "chat", "common", "platform"},
+    "announce": {"announce", "common", "platform"},
+    "mail": {"mail", "chat", "common", "platform/rich", "platform"},
+    "session": {"session", "irc", "mail", "notify", "chat", "common", "platform"},
     "settings": {"settings", "session", "common", "platform"},
     "host": {
-        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "notify", "chat", "platform",
+        "host", "common", "profile", "settings", "session", "irc", "irc/wire", "mail", "announce", "notify", "chat",
+        "extensions", "platform",
     },
     "host/plugin": {"host"},
 }
 ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
+    "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
     "simulation/programs": {"simulation/programs", "common", "platform"},
     "simulation/windows": {"simulation/windows", "simulation", "desktop", "desktop/views", "orrery/face", "common",
                            "platform"},

@@ -51,6 +51,7 @@ class WindowsTest : public testing::Test, public ChatSession {
     void SendIRC(const std::string& line) override { sent.push_back(line); }
     std::string Nickname() const override { return "Me"; }
     void RefreshWindows() override { ++refreshes; }
+    void ShowScripts() override {}
 
     // The lines of a window's view, each behind the number of its colour.
     static Texts shown(const ChatWindow& window) {

@@ -89,6 +89,24 @@ TEST(QtDesktop, OpensLinksAndNothingElse) {
     }
 }
 
+TEST(QtDesktop, GivesALinkToTheOpenerAsOneArgumentThatNoShellWouldRead) {
+    const QTemporaryDir folder;
+    QFile opener(folder.filePath("xdg-open"));
+    ASSERT_TRUE(opener.open(QFile::WriteOnly));
+    opener.write("#!/bin/sh\necho $# \"$1\" $(umask) > \"$0.part\"; mv \"$0.part\" \"$0.told\"\n");
+    opener.close();
+    opener.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", folder.path().toLocal8Bit() + ":" + path);
+    Guard guard;
+    QtDesktop(guard).Open("http://a.example/$(id)`id`;x='y'&z");
+    qputenv("PATH", path);
+    QFile told(folder.filePath("xdg-open.told"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return told.exists(); }, 60'000));
+    ASSERT_TRUE(told.open(QFile::ReadOnly));
+    EXPECT_EQ(told.readAll(), "1 http://a.example/%24%28id%29%60id%60;x=%27y%27&z 0022\n");
+}
+
 TEST(QtDesktop, TellsInWhichWindowTheUserWorks) {
     Guard guard;
     QtDesktop desktop(guard);

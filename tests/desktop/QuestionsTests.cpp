@@ -183,7 +183,7 @@ TEST_F(QuestionsTest, NoQuestionOutlivesItsWindowOrTheProgram) {
 template <class Dialog>
 Dialog* dialog() {
     for (QWidget* window : QApplication::topLevelWidgets()) {
-        auto* found = qobject_cast<Dialog*>(window);
+        auto* found = dynamic_cast<Dialog*>(window);
         if (found != nullptr && found->isVisible()) return found;
     }
     ADD_FAILURE() << "no such box";

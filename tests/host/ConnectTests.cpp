@@ -43,7 +43,49 @@ TEST(Connect, IsTheGateOfOtherPluginsToTheNetwork) {
     maria.around.questions.willAnswer(Answer::Ignore);
     maria.host.send(HostMsg::SayPrivate, "no array");
     maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "still here"});
-    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here"));
+    maria.host.send(HostMsg::SayPrivate, HostArray{"Ni\nkos", "one\r\nline"});
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PRIVMSG Nikos :still here", "PRIVMSG Nikos :oneline"));
+}
+
+TEST(Connect, AFaultyListenerCostsNeitherTheStartNorThePong) {
+    World world;
+    Client& maria = world.client("Maria");
+    const auto view =
+        maria.component->MainWindowLoaded.connect([](Form1&) { throw std::runtime_error("no view"); });
+    auto listener = maria.host.MessageBroadcasted.connect([](const HostMessage& message) {
+        const bool fails = message.MsgID == HostMsg::Started || message.MsgID == HostMsg::ServerWord;
+        if (fails) throw std::runtime_error("faulty");
+    });
+    maria.around.questions.answerFaults(Answer::Ignore);
+    maria.around.settings.SaveSetting("Talvora", "Settings", "MailInterval", "1e999");
+    maria.host.send(HostMsg::Start);
+    world.time.settle();
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria"));
+    EXPECT_EQ(maria.window().Session.gMailInterval, 1);
+    maria.around.questions.answerFaults(Answer::Abort);
+    maria.server.says("PING :there?");
+    world.time.run(10ms);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :there?"));
+    EXPECT_EQ(maria.around.questions.asked.size(), 3U);
+    EXPECT_THAT(maria.around.questions.asked.back(), HasSubstr("Function:IRCServ1_ServerStrRespond"));
+}
+
+TEST(Connect, DamagedListsCostTheirContentAndAReportButNotTheLogOn) {
+    for (const char* list : {"System/emoticons.dat", "System/perflix.lst", "System/plugin.lst"}) {
+        World world;
+        Client& maria = world.client("Maria");
+        maria.around.disk.remove(list);
+        maria.around.questions.answerFaults(Answer::Abort);
+        maria.host.send(HostMsg::Start);
+        world.time.settle();
+        EXPECT_TRUE(maria.server.connected()) << list;
+        const std::size_t reports = maria.around.questions.asked.size();
+        EXPECT_LE(reports, 2U);
+        maria.server.says(":Nikos!n@h PRIVMSG Maria :hello");
+        maria.server.says(":Nikos!n@h PRIVMSG Maria :hello again");
+        world.time.run(2s);
+        EXPECT_EQ(maria.around.questions.asked.size(), reports) << list;
+    }
 }
 
 TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {

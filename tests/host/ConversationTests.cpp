@@ -136,9 +136,15 @@ TEST_F(ConversationTest, APrivateTalkFollowsItsPeerThroughStatesQuitsAndReturns)
     EXPECT_THAT(rows(windows), ElementsAre("Chat - Nikos: Chat - Nikos | are you there?"));
     EXPECT_EQ(windows.ListItems(1).SmallIcon(), WindowPicture::PrivateNews);
 
+    maria.around.screen.works(at);
+    passes(600ms);
     nikos.window().Presence.popStat(1).Click.raise();
     passes();
     EXPECT_EQ(at->UserName, "Nikos[dnd]");
+    EXPECT_THAT(rows(windows), ElementsAre(testing::StartsWith("Chat - Nikos[dnd]: Chat - Nikos[dnd]")))
+        << "also while she looks at it";
+    maria.around.screen.works(nullptr);
+    passes(600ms);
     types(at, "yes");
     EXPECT_THAT(shownIn(at), EndsWith("* Nikos[dnd] is busy and doesn't want to be disturbed"));
     EXPECT_THAT(shownIn(his), Not(HasSubstr("yes")));

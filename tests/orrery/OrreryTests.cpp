@@ -51,16 +51,17 @@ class FoldersTest : public Test {
     FoldersTest() {
         write(root / "share" / "network.ini", "[network]");
         write(root / "share" / "System" / "perflix.lst", "DND|5");
+        write(root / "share" / "System" / "plugin.lst", "");
     }
     static void write(const fs::path& file, const std::string& text) {
         fs::create_directories(file.parent_path());
         std::ofstream(file) << text;
     }
-    void furnish() {
+    std::string furnish() {
         CommandLine line;
         line.Config = config;
         line.Data = data;
-        Folders::Choose(line).Furnish(root / "share");
+        return Folders::Choose(line).Furnish(root / "share");
     }
 
     QTemporaryDir folder;
@@ -82,15 +83,27 @@ TEST_F(FoldersTest, AFirstStartFindsFoldersAndListsForItsOwnerAlone) {
 }
 
 TEST_F(FoldersTest, WhatIsThereInWhateverCaseStaysAsItIsAndWhatIsInTheWayIsNamed) {
-    write(data / "SYSTEM" / "Perflix.LST", "mine");
+    write(data / "SYSTEM" / "Perflix.LST", "m|i");
     fs::create_directories(config);
     fs::create_symlink("nowhere", config / "network.ini");
-    furnish();
-    EXPECT_EQ(fs::file_size(data / "SYSTEM" / "Perflix.LST"), 4u);
+    EXPECT_EQ(furnish(), "");
+    EXPECT_EQ(fs::file_size(data / "SYSTEM" / "Perflix.LST"), 3u);
     for (const auto& other : {data / "System", data / "SYSTEM" / "perflix.lst", config / "nowhere"})
         EXPECT_FALSE(fs::exists(other)) << other;
     data = root / "share" / "network.ini" / "data";
     EXPECT_THAT([&] { furnish(); }, ThrowsMessage<FolderError>(HasSubstr(data.string())));
+}
+
+TEST_F(FoldersTest, AListThatIsEmptyOrNoneGivesWayToTheDefaultWithAWord) {
+    const fs::path list = data / "System" / "perflix.lst";
+    for (const std::string& found : {std::string(), std::string("no state"), std::string("DND|\0|", 6)}) {
+        write(list, found);
+        write(data / "System" / "plugin.lst", "");  // as it should be
+        EXPECT_THAT(furnish(), AllOf(HasSubstr(list.string()), Not(HasSubstr("plugin"))));
+        EXPECT_EQ(fs::file_size(list), 5u);
+        EXPECT_EQ(fs::exists(list.string() + ".damaged"), !found.empty());
+        EXPECT_EQ(furnish(), "");
+    }
 }
 
 TEST_F(FoldersTest, TheStandardFoldersAreThoseOfTheUsersSession) {

@@ -230,7 +230,10 @@ TEST(OpenFiles, FaultAsTheClassicOnesDo) {
     folder.expectFaults(
         55, {[](Files& f) { f.Open("Mail\\i1A.ml", FileMode::Output); },
              [](Files& f) { f.Kill("Mail\\i1A.ml"); }, [](Files& f) { f.Rewrite("Mail\\i1A.ml", ""); },
-             [](Files& f) { f.Open("Mail\\new", FileMode::Input); }});
+             [](Files& f) { f.Open("Mail\\new", FileMode::Input); },
+             [](Files& f) { f.Rename("Mail\\i1A.ml", "Mail\\x"); },
+             [](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); },
+             [](Files& f) { f.Replace("System\\Friends.lst", "Mail\\i1A.ml"); }});
     folder.expectFaults(54, {[&](Files&) { in.WriteLine("x"); }, [&](Files&) { in.Put(1, "x"); },
                              [&](Files&) { out.ReadLine(); }});
     EXPECT_EQ(picked.Get(3, 10), "cked");

@@ -1,12 +1,20 @@
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <list>
+#include <map>
 #include <memory>
 
 #include "RealWorld.h"
 #include "platform_qt/Descriptor.h"
+#include "platform_qt/QtPlatform.h"
 #include "simulation/FaultOf.h"
 #include "simulation/VirtualTime.h"
 
@@ -56,6 +64,35 @@ TEST_F(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
     client.connectTo("127.0.0.1", both.door.socket.BoundPort());
     client.untilSaw("Data;Connect");
     EXPECT_EQ(client.log, "Connect;Data;Connect;");
+}
+
+TEST_F(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
+    std::map<int, int> idle;  // seconds until the first question, by port of this end
+    for (int number = 0; number < 1024; ++number) {
+        sockaddr_in address{};
+        socklen_t size = sizeof address;
+        int alive = 0, seconds = 0, waits = 0;
+        socklen_t length = sizeof(int);
+        if (::getsockname(number, reinterpret_cast<sockaddr*>(&address), &size) != 0) continue;
+        ::getsockopt(number, SOL_SOCKET, SO_KEEPALIVE, &alive, &length);
+        ::getsockopt(number, IPPROTO_TCP, TCP_KEEPIDLE, &seconds, &length);
+        ::getsockopt(number, IPPROTO_TCP, TCP_USER_TIMEOUT, &waits, &length);
+        if (alive != 0 && waits == 120'000) idle[ntohs(address.sin_port)] = seconds;
+    }
+    EXPECT_EQ(idle[client.socket.BoundPort()], 60);
+    EXPECT_EQ(idle[server.socket.BoundPort()], 60);
+}
+
+TEST_F(Sockets, AndFilesFaultWithoutASignal) {
+    for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_DFL);
+    QtPlatform::prepareProcess();
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    ::close(ends[0]);
+    EXPECT_EQ(::write(ends[1], "x", 1), -1);
+    EXPECT_EQ(errno, EPIPE);
+    ::close(ends[1]);
+    EXPECT_EQ(std::signal(SIGXFSZ, SIG_IGN), SIG_IGN);
 }
 
 TEST_F(Sockets, FailuresToConnectCarryTheirNumbers) {

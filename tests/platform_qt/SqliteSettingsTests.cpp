@@ -13,8 +13,10 @@
 
 #include "platform/RuntimeError.h"
 #include "platform_qt/Descriptor.h"
+#include "platform_qt/Flushes.h"
 #include "platform_qt/SqliteSettings.h"
 #include "platform_qt/TemporaryFolder.h"
+#include "simulation/FaultOf.h"
 
 namespace talvora::test {
 namespace {
@@ -43,6 +45,17 @@ std::string refusal(const std::string& path) {
 // The files of the folder that were put aside, in order.
 QStringList asideIn(const TemporaryFolder& folder) {
     return QDir(QString::fromStdString(folder.path())).entryList({"*.damaged-*"}, QDir::Files, QDir::Name);
+}
+
+TEST(SqliteSettings, AreFlushedWithEachSave) {
+    const TemporaryFolder folder;
+    Store store(folder.path("settings.db"));
+    store.save("first", "value");
+    for (const char* value : {"one", "two"}) {
+        const int before = flushes;
+        store.save("second", value);
+        EXPECT_GT(flushes, before) << value;
+    }
 }
 
 TEST(SqliteSettings, AreFoundAgainByTheNextStartOfTheirOwnerAlone) {
@@ -112,6 +125,47 @@ void leave(const TemporaryFolder& folder, bool killed) {
     if (killed) folder.put("settings.db-wal", live.content("settings.db-wal"));
 }
 
+// Changes one byte of the last frame's header and signs all anew, as nobody but a forger does.
+void forgeLastFrame(std::string& log, std::size_t at, char byte) {
+    constexpr std::size_t header = 32, frame = 24 + 4096;
+    log[log.size() - frame + at] = byte;
+    const bool big = (log[3] & 1) != 0;
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(log[i]); };
+    std::uint32_t first = 0, second = 0;
+    const auto word = [&](std::size_t i) {
+        std::uint32_t value = 0;
+        for (std::size_t k = 0; k < 4; ++k)
+            value |= std::uint32_t{byteAt(i + k)} << (big ? 24 - 8 * k : 8 * k);
+        return value;
+    };
+    const auto add = [&](std::size_t from, std::size_t size) {
+        for (std::size_t i = from; i < from + size; i += 8) {
+            first += word(i) + second;
+            second += word(i + 4) + first;
+        }
+    };
+    add(0, 24);
+    for (std::size_t i = header; i + frame <= log.size(); i += frame) {
+        add(i, 8);
+        add(i + 24, 4096);
+        for (std::size_t k = 0; k < 4; ++k) {
+            log[i + 16 + k] = static_cast<char>(first >> (24 - 8 * k));
+            log[i + 20 + k] = static_cast<char>(second >> (24 - 8 * k));
+        }
+    }
+}
+
+TEST(SqliteSettings, AreReadButNotKeptWhereNoFileCanBeMadeBesideThem) {
+    const TemporaryFolder folder;
+    Store(folder.path("a?b %41.db")).save("Key", "old");
+    QDir(QString::fromStdString(folder.path())).mkdir("a?b %41.db-wal");  // in the log's place
+    Store store(folder.path("a?b %41.db"));
+    EXPECT_THAT(store.settings.Notice(), testing::HasSubstr("full"));
+    EXPECT_EQ(store.get("Key"), "old");
+    EXPECT_EQ(faultOf([&] { store.save("Key", "new"); }), 61);
+    EXPECT_EQ(store.get("Key"), "old");
+}
+
 TEST(SqliteSettings, ThatAreDamagedArePutAsideAndToldOf) {
     struct Case {
         bool killed;
@@ -133,7 +187,10 @@ TEST(SqliteSettings, ThatAreDamagedArePutAsideAndToldOf) {
         {false, database, [](std::string& c) { c.at(page) ^= 0x55; }, "(none)", true},
         {true, log, garbage, "(none)", true},
         {true, log, [](std::string& c) { c.at(10) ^= 0x55; }, "(none)", true},
-        {true, log, [](std::string& c) { c.at(c.size() - frame - 10) ^= 0x55; }, "zero", true},
+        {true, log, [](std::string& c) { c.at(c.size() - frame - 10) ^= 0x55; }, "(none)", true},
+        // A sound log whose last frame makes the database one of 2,147,483,648 pages, and one of page 4e9.
+        {true, log, [](std::string& c) { forgeLastFrame(c, 4, 0x80); }, "(none)", true},
+        {true, log, [](std::string& c) { forgeLastFrame(c, 0, 0xEE); }, "(none)", true},
         {true, log, [](std::string& c) { c.resize(c.size() - 9); }, "one", false},  // a torn last frame
     };
     for (const auto& one : cases) {

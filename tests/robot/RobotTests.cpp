@@ -1,9 +1,6 @@
-#include <algorithm>
-#include <map>
-
 #include "RobotWorld.h"
 #include "platform_qt/TemporaryFolder.h"
-#include "robot/Moment.h"
+#include "robot/StorePlaces.h"
 
 namespace talvora::test {
 namespace {
@@ -12,8 +9,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// ---- Its place on the network
-
 TEST(Robot, LogsOnFurnishesItsChannelAndComesBack) {
     RobotWorld world;
     world.config.OnLogin = {"OPER orrery secret"};
@@ -21,67 +16,70 @@ TEST(Robot, LogsOnFurnishesItsChannelAndComesBack) {
     world.start();
     EXPECT_THAT(world.server.transcript, HasSubstr("USER OrreryServ 0 * :UL:Network.Services\r\n"));
     EXPECT_THAT(world.server.transcript, HasSubstr("OPER orrery secret\r\nJOIN #system syskey\r\n"));
-    world.server.says(":srv 353 OrreryServ = #system :Maria @OrreryServ");
-    world.server.says(":srv 366 OrreryServ #system :End");
-    world.time.run(10ms);
-    EXPECT_THAT(world.server.heard(), ElementsAre("MODE #system +k syskey", "MODE #system +s"));
+    const auto hears = [&](const Lines& lines) {
+        for (const auto& line : lines) world.server.says(line);
+        world.time.run(10ms);
+        return world.server.heard();
+    };
+    const auto furnishes = ElementsAre("MODE #system +k syskey", "MODE #system +s");
+    EXPECT_THAT(
+        hears({":srv 353 OrreryServ = #system :Maria @OrreryServ", ":srv 366 OrreryServ #system :End"}),
+        furnishes);
     world.server.says(":ann!u@h KICK #system OrreryServ :out");
     world.time.run(61s);
     EXPECT_THAT(world.server.heard(), ElementsAre("JOIN #system syskey"));
-    world.server.says(":ann MODE #system +o OrreryServ");
-    world.time.run(10ms);
-    EXPECT_THAT(world.server.heard(), ElementsAre("MODE #system +k syskey", "MODE #system +s"));
+    EXPECT_THAT(hears({":ann MODE #system +o OrreryServ"}), furnishes);
 
     world.server.closes();
     world.time.run(11s);
     EXPECT_EQ(world.server.connections, 2);
-    world.server.says(":srv 433 * OrreryServ :Nickname is already in use");
-    world.time.run(1s);
-    world.server.heard();
+    hears({":srv 433 * OrreryServ :Nickname is already in use"});
     world.time.run(62s);
     EXPECT_THAT(world.server.heard(), Contains("NICK OrreryServ"));
     world.logOn();
-    world.plays({"Maria> MAIL 0 0", "Maria< MAIL NOMAIL"});
+    world.plays({"Maria> MAIL 0 0 | MAIL NOMAIL"});
     world.robot->Stop("maintenance");
     EXPECT_THAT(world.server.transcript, HasSubstr("QUIT :maintenance\r\n"));
     world.time.run(5min);
     EXPECT_EQ(world.server.connections, 2) << "it stays away";
 }
 
-// ---- Mail
-
 TEST(Robot, AMailGoesInPieceByPieceAndComesOutLineByLine) {
     RobotWorld world;
     world.start();
-    world.plays({
-        "Maria> MAIL SENDREQUEST",
-        "Maria< MAIL SENDOK",  //
-        "Maria> MAIL SEND Nikos 3 Urgent:Call  me: now:24:E",
-        "Maria< MAIL OK",  //
-        "Maria> MAIL DUMP Nikos   one $",
-        "Maria< MAIL OK",  //
-        "maria[DND]> MAIL DUMP nikos",
-        "maria[DND]< MAIL OK",  //
-        "Maria> MAIL SENT Nikos RTF:{three}",
-        "Maria< MAIL SENTDONE",  //
-        "Maria> MAIL 0 0",
-        "Maria< MAIL NOMAIL",                                               //
-        "nikos[AFK]> MAIL 0 0",                                             //
-        "nikos[AFK]< MAIL START Maria DATE 3 1 Urgent:Call  me: now:24:E",  //
-        "Nikos> MAIL OK",
-        "Nikos< MAIL DUMP   one $",  //
-        "Nikos> MAIL OK",
-        "Nikos< MAIL DUMP ",  //
-        "Nikos> MAIL OK",
-        "Nikos< MAIL DUMP RTF:{three}",  //
-        "Nikos> MAIL OK",
-        "Nikos< MAIL DONE",  //
-        "Nikos> MAIL OK",    //
-        "Nikos> MAIL 0 0",
-        "Nikos< MAIL NOMAIL",  //
-        "Nikos> MAIL  1 2",
-        "Nikos< MAIL NOTEXIST",  //
-    });
+    world.plays({"Maria> MAIL SENDREQUEST | MAIL SENDOK",
+                 "Maria> MAIL SEND Nikos 3 Urgent:Call  me: now:24:E | MAIL OK",
+                 "Maria> MAIL DUMP Nikos   one $ | MAIL OK", "Maria> MAIL DUMP nikos | MAIL OK",
+                 "Maria> MAIL SENT Nikos[DND] RTF:{three} | MAIL SENTDONE", "Maria> MAIL 0 0 | MAIL NOMAIL",
+                 "nikos[AFK]> MAIL 0 0 | MAIL START Maria DATE 3 1 Urgent:Call  me: now:24:E",
+                 "nikos[AFK]> MAIL SENDREQUEST | MAIL SENDWAIAT", "nikos[AFK]> MAIL OK | MAIL DUMP   one $",
+                 "nikos[AFK]> MAIL OK | MAIL DUMP ", "nikos[AFK]> MAIL OK | MAIL DUMP RTF:{three}",
+                 "nikos[AFK]> MAIL OK | MAIL DONE", "nikos[AFK]> MAIL OK", "Nikos> MAIL 0 0 | MAIL NOMAIL",
+                 "Nikos> MAIL  1 2 | MAIL NOTEXIST", "Nikos> MAIL SENDREQUEST | MAIL SENDOK"});
+}
+
+TEST(Robot, KnowsAUserByTheExactNickForTheLengthOfADialogue) {
+    RobotWorld world;
+    world.start();
+    world.sends("Anna", "Maria", "private", {"1", "2"});
+    world.plays({"Maria> MAIL SEND Nikos 2 s | MAIL OK", "Maria[evil]> MAIL DUMP Nikos forged",
+                 "maria> MAIL SENDCANCEL Nikos", "Maria[evil]> MAIL SENT Nikos forged | MAIL SENDERROR",
+                 "Maria[evil]> MAIL SENDREQUEST | MAIL SENDWAIAT",
+                 "Maria[evil]> MAIL SEND Nikos 1 x | MAIL SENDERROR", "Maria[evil]> MAIL 0 0",
+                 "Maria> MAIL DUMP Nikos 1 | MAIL OK", "Maria> MAIL SENT Nikos 2 | MAIL SENTDONE",
+                 "Maria> MAIL 0 0 | MAIL START Anna DATE 2 1 private", "Maria[evil]> MAIL OK",
+                 "MARIA> MAIL 0 0", "Maria[evil]> MAIL  1 2", "Maria> MAIL OK | MAIL DUMP 1"});
+    // The server says that it is she.
+    world.server.says(":Maria!u@h NICK :Maria[DND]");
+    world.server.says(":srv 401 OrreryServ Maria :No such nick");
+    world.plays({"Maria> MAIL OK", "Maria[DND]> MAIL OK | MAIL DUMP 2", "Maria[DND]> MAIL OK | MAIL DONE",
+                 "Maria[evil]> MAIL 0 0", "Maria[evil]> MAIL OK", "Maria[DND]> MAIL  1 2 | MAIL RESUME",
+                 "Maria[DND]> MAIL OK | MAIL DONE", "Maria[DND]> MAIL OK",
+                 "Maria[DND]> MAIL 0 0 | MAIL NOMAIL"});
+    // One who takes a nick has nothing of the one before, whose leaving nobody saw.
+    world.plays({"Maria> MAIL SEND Nikos 2 s | MAIL OK"});
+    world.server.says(":Evil!u@h NICK :Maria");
+    world.plays({"Maria> MAIL DUMP Nikos forged", "Maria> MAIL SENT Nikos forged | MAIL SENDERROR"});
 }
 
 TEST(Robot, SeveralMailsComeInTheirOrderAndResumeAtAnyLine) {
@@ -90,43 +88,39 @@ TEST(Robot, SeveralMailsComeInTheirOrderAndResumeAtAnyLine) {
     world.sends("Anna", "Nikos", "first", {"a1", "a2", "a3"});
     world.sends("Maria", "Nikos", " ", {"b1"});
     for (int held = 0; held <= 3; ++held) {
-        Lines script = {"Nikos> MAIL  1 " + std::to_string(held), "Nikos< MAIL RESUME"};
+        Lines script = {"Nikos> MAIL  1 " + std::to_string(held) + " | MAIL RESUME"};
         for (int line = held + 1; line <= 3; ++line) {
-            script.insert(script.end(), {"Nikos> MAIL OK", "Nikos< MAIL DUMP a" + std::to_string(line)});
+            script.push_back("Nikos> MAIL OK | MAIL DUMP a" + std::to_string(line));
         }
-        script.insert(script.end(), {"Nikos> MAIL OK", "Nikos< MAIL DONE"});
+        script.emplace_back("Nikos> MAIL OK | MAIL DONE");
         world.plays(script);
     }
-    world.plays({"Maria> MAIL  1 0", "Maria< MAIL NOTEXIST",  // it is not hers
-                 "Nikos> MAIL  1 4", "Nikos< MAIL NOTEXIST",  //
-                 "Nikos> MAIL  1 3", "Nikos< MAIL RESUME",    // the end was sent, and may not have come
-                 "Nikos> MAIL OK", "Nikos< MAIL DONE",        //
-                 "Nikos> MAIL OK"});
-    // A blank subject would make a line too short for its reader.
-    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 2 -",  //
-                 "Nikos> MAIL  1 3", "Nikos< MAIL NOTEXIST",               //
-                 "Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 2 -"});
+    // It is not hers; there is no such line; the end was sent, and may not have come. A blank subject would
+    // make a line too short for its reader.
+    world.plays({"Maria> MAIL  1 0 | MAIL NOTEXIST", "Nikos> MAIL  1 4 | MAIL NOTEXIST",
+                 "Nikos> MAIL  1 3 | MAIL RESUME", "Nikos> MAIL OK | MAIL DONE", "Nikos> MAIL OK",
+                 "Nikos> MAIL 0 0 | MAIL START Maria DATE 1 2 -", "Nikos> MAIL  1 3 | MAIL NOTEXIST",
+                 "Nikos> MAIL 0 0 | MAIL START Maria DATE 1 2 -"});
 }
 
 TEST(Robot, LinesThatComeLateOrTwiceSpoilNothing) {
     RobotWorld world;
     world.start();
+    const auto inOneBreath = [&](const std::string& nick, const Lines& lines) {
+        for (const std::string& line : lines) world.says(nick, "MAIL " + line);
+        world.time.run(50ms);
+        return world.heard();
+    };
     world.plays({"Nikos> MAIL OK", "Maria> MAIL DUMP Nikos late", "Maria> MAIL SENDCANCEL Nikos",
-                 "Maria> MAIL SENT Nikos late", "Maria< MAIL SENDERROR"});
-    world.plays({"Maria> MAIL SEND Nikos 3 no request before", "Maria< MAIL OK"});
-    for (const char* piece : {"DUMP Nikos 1", "DUMP Nikos 2", "SENT Nikos 3", "DUMP Nikos "}) {
-        world.says("Maria", std::string("MAIL ") + piece);
-    }
-    world.time.run(50ms);
-    EXPECT_EQ(world.heard(), (Lines{"Maria< MAIL OK", "Maria< MAIL OK", "Maria< MAIL SENTDONE"}));
+                 "Maria> MAIL SENT Nikos late | MAIL SENDERROR", "Maria> MAIL SEND Nikos 3 s | MAIL OK"});
+    EXPECT_EQ(inOneBreath("Maria", {"DUMP Nikos 1", "DUMP Nikos 2", "SENT Nikos 3", "DUMP Nikos "}),
+              (Lines{"Maria< MAIL OK", "Maria< MAIL OK", "Maria< MAIL SENTDONE"}));
     // The confirmation never came: the same mail again is no second mail.
-    world.sends("Maria", "Nikos", "no request before", {"1", "2", "3"});
-    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 3 1 no request before"});
-    for (int i = 0; i < 2; ++i) world.says("Nikos", "MAIL OK");
-    world.time.run(50ms);
-    EXPECT_EQ(world.heard(), (Lines{"Nikos< MAIL DUMP 1", "Nikos< MAIL DUMP 2"}));
-    world.plays({"Nikos> MAIL OK", "Nikos< MAIL DUMP 3", "Nikos> MAIL OK", "Nikos< MAIL DONE",
-                 "Nikos> MAIL OK", "Nikos> MAIL OK", "Nikos> MAIL 0 0", "Nikos< MAIL NOMAIL"});
+    world.sends("Maria", "Nikos", "s", {"1", "2", "3"});
+    world.plays({"Nikos> MAIL 0 0 | MAIL START Maria DATE 3 1 s"});
+    EXPECT_EQ(inOneBreath("Nikos", {"OK", "OK"}), (Lines{"Nikos< MAIL DUMP 1", "Nikos< MAIL DUMP 2"}));
+    world.plays({"Nikos> MAIL OK | MAIL DUMP 3", "Nikos> MAIL OK | MAIL DONE", "Nikos> MAIL OK",
+                 "Nikos> MAIL OK", "Nikos> MAIL 0 0 | MAIL NOMAIL"});
 }
 
 TEST(Robot, MailThatCannotBeTakenIsRefused) {
@@ -142,49 +136,43 @@ TEST(Robot, MailThatCannotBeTakenIsRefused) {
          {std::string("Nikos"), std::string("Nikos 0 s"), std::string("Nikos 4 s"), std::string("Nikos -1 s"),
           std::string("Nikos 99999999999999999999 s"), std::string(" 1 s"), std::string("[afk] 1 s"),
           "Nikos 1 s" + subject, "Nikos 1 " + std::string(2000, 's')}) {
-        SCOPED_TRACE(header);
-        world.plays({"Maria> MAIL SEND " + header, "Maria< MAIL SENDERROR"});
+        world.plays({"Maria> MAIL SEND " + header + " | MAIL SENDERROR"});
     }
-    const Lines begun = {"Maria> MAIL SEND Nikos 3 s", "Maria< MAIL OK",  //
-                         "Maria> MAIL DUMP Nikos " + piece, "Maria< MAIL OK"};
-    for (const char* next : {"DUMP Anna x", "SENT Nikos too early", "DUMP Nikos %"}) {
-        SCOPED_TRACE(next);
-        Lines script = begun;
-        script.push_back("Maria> MAIL " + Replace(next, "%", piece));
-        script.push_back("Maria< MAIL SENDERROR");
-        world.plays(script);
+    for (const std::string& next :
+         {std::string("DUMP Anna x"), std::string("SENT Nikos early"), "DUMP Nikos " + piece}) {
+        world.plays({"Maria> MAIL SEND Nikos 3 s | MAIL OK", "Maria> MAIL DUMP Nikos " + piece + " | MAIL OK",
+                     "Maria> MAIL " + next + " | MAIL SENDERROR"});
     }
-    world.plays({"Maria> MAIL SEND Nikos 2 s", "Maria< MAIL OK", "Maria> MAIL DUMP Nikos 1", "Maria< MAIL OK",
-                 "Maria> MAIL DUMP Nikos 2", "Maria< MAIL SENDERROR"});
+    world.plays({"Maria> MAIL SEND Nikos 2 s | MAIL OK", "Maria> MAIL DUMP Nikos 1 | MAIL OK",
+                 "Maria> MAIL DUMP Nikos 2 | MAIL SENDERROR"});
     // Two who send at once: the second finds no room any more.
-    world.plays({"Anna> MAIL SEND Nikos 1 a", "Anna< MAIL OK", "Maria> MAIL SEND Nikos 1 m", "Maria< MAIL OK",
-                 "Anna> MAIL SENT Nikos x", "Anna< MAIL SENTDONE",  //
-                 "Maria> MAIL SENT Nikos x", "Maria< MAIL SENDERROR", "Maria> MAIL SEND NIKOS 1 m",
-                 "Maria< MAIL SENDERROR"});
+    world.plays({"Anna> MAIL SEND Nikos 1 a | MAIL OK", "Maria> MAIL SEND Nikos 1 m | MAIL OK",
+                 "Anna> MAIL SENT Nikos x | MAIL SENTDONE", "Maria> MAIL SENT Nikos x | MAIL SENDERROR",
+                 "Maria> MAIL SEND NIKOS 1 m | MAIL SENDERROR"});
 }
 
 TEST(Robot, TurnsAndDialoguesLapse) {
     RobotWorld world;
     world.config.UsersSending = 2;
     world.start();
-    world.plays({"A> MAIL SENDREQUEST", "A< MAIL SENDOK", "B> MAIL SEND Nikos 2 s", "B< MAIL OK",
-                 "C> MAIL SENDREQUEST", "C< MAIL SENDWAIAT", "C> MAIL SEND Nikos 1 s", "C< MAIL SENDERROR",
+    world.plays({"A> MAIL SENDREQUEST | MAIL SENDOK", "B> MAIL SEND Nikos 2 s | MAIL OK",
+                 "C> MAIL SENDREQUEST | MAIL SENDWAIAT", "C> MAIL SEND Nikos 1 s | MAIL SENDERROR",
                  "A> MAIL SENDREQUEST"});  // in one breath with the first
     world.time.run(4s);
-    world.plays({"A> MAIL SENDREQUEST", "A< MAIL SENDOK"});
+    world.plays({"A> MAIL SENDREQUEST | MAIL SENDOK"});
     world.time.run(50s);
-    world.plays({"B> MAIL DUMP Nikos 1", "B< MAIL OK"});
+    world.plays({"B> MAIL DUMP Nikos 1 | MAIL OK"});
     world.time.run(16s);
     EXPECT_EQ(world.robot->Taking().Sending(), 1U) << "only B goes on";
-    world.plays({"C> MAIL SENDREQUEST", "C< MAIL SENDOK", "B> MAIL SENT Nikos 2", "B< MAIL SENTDONE",
-                 "Nikos> MAIL 0 0", "Nikos< MAIL START B DATE 2 1 s"});
+    world.plays({"C> MAIL SENDREQUEST | MAIL SENDOK", "B> MAIL SENT Nikos 2 | MAIL SENTDONE",
+                 "Nikos> MAIL 0 0 | MAIL START B DATE 2 1 s"});
     world.time.run(96s);
     EXPECT_EQ(world.robot->Taking().Sending() + world.robot->Giving().Readers(), 0U);
     world.plays({"Nikos> MAIL OK"});
     // Gone, in any of the ways to go.
-    for (const char* end : {":Nikos!u@h QUIT :bye", ":srv 401 OrreryServ Nikos :No such nick",
-                            ":Nikos!u@h NICK :Other", ":Nikos[DND]!u@h NICK :Other[DND]"}) {
-        world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START B DATE 2 1 s"});
+    for (const char* end : {":Nikos[DND]!u@h QUIT :bye", ":srv 401 OrreryServ Nikos[DND] :No such nick",
+                            ":Nikos[DND]!u@h NICK :Other"}) {
+        world.plays({"Nikos> MAIL 0 0 | MAIL START B DATE 2 1 s"});
         world.server.says(":Nikos!u@h NICK :Nikos[DND]");
         world.server.says(end);
         world.time.run(10ms);
@@ -192,118 +180,105 @@ TEST(Robot, TurnsAndDialoguesLapse) {
     }
 }
 
-TEST(Robot, GrantsOneDirectionAtATime) {
+TEST(Robot, AMailIsErasedWhenItsTimeIsOverAndNotWhenTheWallClockJumps) {
     RobotWorld world;
+    world.around.clock.ahead = std::chrono::days(400);  // wrong at the start already
     world.start();
-    world.sends("Maria", "Nikos", "s", {"1"});
-    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 1 s",  //
-                 "Nikos> MAIL SENDREQUEST", "Nikos< MAIL SENDWAIAT",       //
-                 "Nikos> MAIL OK", "Nikos< MAIL DUMP 1", "Nikos> MAIL OK", "Nikos< MAIL DONE",
-                 "Nikos> MAIL OK", "Nikos> MAIL 0 0", "Nikos< MAIL NOMAIL",  //
-                 "Nikos> MAIL SENDREQUEST", "Nikos< MAIL SENDOK"});
-}
-
-TEST(Robot, AMailIsErasedWhenItsTimeIsOver) {
-    RobotWorld world;
-    world.start();
-    world.sends("Maria", "Nikos", "short:2:E", {"1"});
+    world.sends("Maria", "Nikos", "wrong date:2:E", {"1"});
     for (const char* lasting : {"a:0:E", "b:-1:E", "c:99999999999999999999:E", ":E", "Hello: world"}) {
         world.sends("Maria", "Anna", lasting, {"1"});
     }
-    world.time.run(119min);
-    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 1 short:2:E"});
-    world.time.run(2min);
-    world.plays({"Nikos> MAIL  1 0", "Nikos< MAIL NOTEXIST", "Nikos> MAIL 0 0", "Nikos< MAIL NOMAIL"});
+    world.around.clock.ahead = 0s;
+    world.time.run(61min);
+    world.sends("Maria", "Nikos", "short:2:E", {"1"});
+    world.plays({"Maria> MAIL SEND Anna 2 s | MAIL OK"});
+    world.around.clock.ahead = std::chrono::days(800);
+    world.time.run(5s);
+    world.plays({"Maria> MAIL DUMP Anna 1 | MAIL OK"});
+    world.time.run(55min);
+    EXPECT_EQ(world.robot->Taking().Sending(), 0U) << "turns lapse by another clock";
+    EXPECT_EQ(world.store->TotalsOf("Nikos").Mails, 2) << "not deleted yet";
+    world.around.clock.ahead = 0s;
+    world.time.run(4min);
+    world.plays({"Nikos> MAIL  7 0 | MAIL RESUME"});
+    world.time.run(62min);
+    world.plays({"Nikos> MAIL  7 0 | MAIL NOTEXIST"});
+    EXPECT_EQ(world.store->TotalsOf("Nikos").Mails, 1) << "the clock has been right for an hour";
     EXPECT_EQ(world.store->TotalsOf("Anna").Mails, 5);
 }
 
-TEST(Robot, WhatTheStoreCannotKeepIsNotConfirmed) {
-    const TemporaryFolder folder;
+TEST(Robot, WhatTheStoreCannotKeepIsNotConfirmedAndTheRestGoesOn) {
+    const SqlitePlace place;
     RobotWorld world;
-    world.config.Store.Database = folder.path("robot.db");
+    world.config.Store = place.settings();
     world.start();
-    world.plays({"Maria> MAIL SEND Nikos 1 s", "Maria< MAIL OK"});
-    onAFullDisk(1, [&] {
-        world.plays({"Maria> MAIL SENT Nikos x", "Maria< MAIL SENDERROR",  //
-                     "Maria> ANN POST 1 0 hello",
-                     "Maria< (plain) Your announcement was not posted: it could not be kept. Please post it "
-                     "again later."});
-    });
+    world.sends("Maria", "Nikos", "first", {"x"});
+    const Lines refused = {
+        "Maria> MAIL SENT Nikos x | MAIL SENDERROR",
+        "Maria> ANN POST 1 0 hello | (plain) Your announcement was not posted: it could not be "
+        "kept. Please post it again later."};
+    world.plays({"Maria> MAIL SEND Nikos 1 s | MAIL OK"});
+    onAFullDisk(1, [&] { world.plays(refused); });
     EXPECT_THAT(world.log, Contains(HasSubstr("store")));
     world.sends("Maria", "Nikos", "s", {"x"});
+    world.plays({"Maria> MAIL SEND Nikos 1 s | MAIL OK"});
+    place.whileLocked([&] {
+        world.plays(refused);
+        world.plays({"Anna> PING 1 | (notice) PING 1", "Nikos> MAIL 0 0 | MAIL START Maria DATE 1 1 first"});
+    });
 }
-
-// ---- Announcements, addresses, questions
 
 TEST(Robot, AnnouncementsArePostedByTheRulesAndToldToWhoeverAsks) {
     RobotWorld world;
     world.config.Categories[1] = {720, 20, {}};
     world.config.Categories[3].Posters = {"Admin"};
     world.config.Categories[7].PerDay = 1;
+    world.config.PosterStates = {"DND"};
     world.start();
-    world.plays({"New> ANN HAS 0", "New< ANN NO",                                           //
-                 "Maria> ANN POST 48 0 Hello [#n] all  of you",                             //
-                 "Maria[DND]> ANN POST  7 no lifetime", "admin> ANN POST 1 3 maintenance",  //
-                 "Maria> ANN HAS 1",                                                        //
-                 "Maria< ANN ANN 2 Maria 0 DATE 7 no lifetime",                             //
-                 "Maria< ANN ANN 3 admin 1 DATE 3 maintenance",                             //
-                 "Maria> ANN HAS  3", "Maria< ANN NO",                                      //
-                 "New> ANN HAS 0", "New< ANN ANNID 3", "Old> ANN HAS 9999999999", "Old< ANN ANNID 3"});
-    const std::string refused = "Maria< (plain) Your announcement was not posted: ";
-    world.plays({"Maria> ANN POST 49 0 x",
-                 refused + "in this category it may last from 0 to 48 hours.",
-                 "Maria> ANN POST -1 0 x",
-                 refused + "in this category it may last from 0 to 48 hours.",
-                 "Maria> ANN POST 1E9 0 x",
-                 refused + "in this category it may last from 0 to 48 hours.",
-                 "Maria> ANN POST 99999999999 0 x",
-                 refused + "in this category it may last from 0 to 48 hours.",
-                 "Maria> ANN POST 1 8 x",
-                 refused + "there is no such category.",
-                 "Maria> ANN POST",
-                 refused + "there is no such category.",
-                 "Maria> ANN POST 1 0 ",
-                 refused + "it has no text.",
-                 "Maria> ANN POST 1 3 x",
-                 refused + "you may not post in this category.",
-                 "Maria> ANN POST 1 7 x",
-                 refused + "you may post 1 a day in this category. Please post it tomorrow.",
-                 "Anna> ANN POST 720 1 x",
-                 "Maria> ANN POST 1 0 " + std::string(400, 'x'),
-                 refused + "its text is too long by 79 letters."});
+    world.plays(
+        {"New> ANN HAS 0 | ANN NO", "Maria> ANN POST 48 0 Hello [#n] all  of you",
+         "Maria[DND]> ANN POST  7 no lifetime", "admin[dnd]> ANN POST 1 3 maintenance",
+         "Maria> ANN HAS 1 | ANN ANN 2 Maria 0 DATE 7 no lifetime | ANN ANN 3 admin 1 DATE 3 maintenance",
+         "Maria> ANN HAS  3 | ANN NO", "New> ANN HAS 0 | ANN ANNID 3",
+         "Old> ANN HAS 9999999999 | ANN ANNID 3", "Anna> ANN POST 720 1 x", "Admin> ANN POST 48 3 y"});
+    const std::string hours = "in this category it may last from 0 to 48 hours.",
+                      category = "there is no such category.", right = "you may not post in this category.";
+    const std::pair<std::string, std::string> refused[] = {
+        {"POST 49 0 x", hours},
+        {"POST -1 0 x", hours},
+        {"POST 1E9 0 x", hours},
+        {"POST 99999999999 0 x", hours},
+        {"POST 1 8 x", category},
+        {"POST", category},
+        {"POST 1 0 ", "it has no text."},
+        {"POST 1 3 x", right},
+        {"POST 1 7 x", "you may post 1 a day in this category. Please post it tomorrow."},
+        {"POST 1 0 " + std::string(400, 'x'), "its text is too long by 79 letters."},
+    };
+    const std::string no = " | (plain) Your announcement was not posted: ";
+    for (const auto& [post, why] : refused) world.plays({"Maria> ANN " + post + no + why});
+    for (const char* nick : {"Admin[x]", "Admin[DND]x", "Admin["}) {
+        world.plays({std::string(nick) + "> ANN POST 1 3 x" + no + right});
+    }
     for (int i = 0; i < 25; ++i) world.plays({"P" + std::to_string(i) + "> ANN POST 9 0 x"});
     world.says("Maria", "ANN HAS 3");
     world.time.run(1s);
     EXPECT_EQ(world.heard().size(), 20U);
     world.time.run(11h);
-    world.plays({"Maria> ANN HAS 3", "Maria< ANN ANN 4 Anna 720 DATE 1 x"});
+    world.plays({"Maria> ANN HAS 3 | ANN ANN 4 Anna 720 DATE 1 x | ANN ANN 5 Admin 48 DATE 3 y"});
 }
 
 TEST(Robot, AnswersWhatIsAskedAndNothingElse) {
     RobotWorld world;
     world.start();
-    world.plays({"Maria> INFO IP Nikos[x]",
-                 "Maria< IP - Nikos[x]",
-                 "Maria> INFO IP",
-                 "Maria> INFO IP a b",
-                 "Maria> INFO",
-                 "Maria> PING 12 34",
-                 "Maria< (notice) PING 12 34",  //
-                 "Maria> TIME",
-                 "Maria< (notice) TIME DATE",
-                 "Maria> FINGER",
-                 "Maria> MAIL",
-                 "Maria> MAIL x y",
-                 "Maria> MAIL 0",
-                 "Maria> MAIL START a b 1 1 c",
-                 "Maria> MAIL SENTDONE",
-                 "Maria> ANN",
-                 "Maria> ANN HAS",
-                 "Maria> ANN HAS x",
-                 "Maria> mail 0 0",
-                 "Maria> ",  //
-                 "OrreryServ> MAIL 0 0",
-                 "orreryserv[DND]> PING 1"});
+    world.plays({"Maria> INFO IP Nikos[x] | IP - Nikos[x]", "Maria> PING 12 34 | (notice) PING 12 34",
+                 "Maria> TIME | (notice) TIME DATE"});
+    for (const char* text :
+         {"INFO IP", "INFO IP a b", "INFO", "FINGER", "MAIL", "MAIL x y", "MAIL 0", "MAIL START a b 1 1 c",
+          "MAIL SENTDONE", "ANN", "ANN HAS", "ANN HAS x", "mail 0 0", ""}) {
+        world.plays({std::string("Maria> ") + text});
+    }
+    world.plays({"OrreryServ> MAIL 0 0", "orreryserv[DND]> PING 1"});
     world.says("Maria", "VERSION");
     for (const char* line :
          {":Maria!u@h PRIVMSG OrreryServ :. . .", ":Maria!u@h NOTICE OrreryServ :\1PING 1\1",
@@ -314,6 +289,20 @@ TEST(Robot, AnswersWhatIsAskedAndNothingElse) {
     EXPECT_THAT(world.heard(), ElementsAre(HasSubstr("Maria< (notice) VERSION Talvchat v")));
 }
 
+TEST(Robot, AnswersSoManyRequestsOfANickAMinute) {
+    RobotWorld world;
+    world.config.RequestsPerMinute = 3;
+    world.start();
+    const Lines three(3, "Maria> PING 1 | (notice) PING 1");
+    world.plays(three);
+    world.plays({"Maria> PING 1", "Maria> MAIL 0 0", "Maria[x]> PING 1 | (notice) PING 1"});
+    world.time.run(1min);
+    world.plays(three);
+    world.time.run(1min);
+    world.sends("Maria", "Nikos", "s", {"1", "2", "3", "4", "5"});
+    world.plays({three[0], "Maria> PING 1"});
+}
+
 TEST(Robot, TellsWhoeverConnectsWhereHeComesFrom) {
     RobotWorld world;
     world.config.AddressHost = "ip.test";
@@ -322,7 +311,7 @@ TEST(Robot, TellsWhoeverConnectsWhereHeComesFrom) {
     first.LocalPort = 37183;
     first.Listen();
     world.start();
-    world.plays({"Maria> INFO IP Nikos", "Maria< IP ip.test Nikos"});
+    world.plays({"Maria> INFO IP Nikos | IP ip.test Nikos"});
     EXPECT_THAT(world.log, Contains(HasSubstr("cannot listen")));
     first.Close();
     world.time.run(30s);  // the port is free again
@@ -361,110 +350,79 @@ TEST(Robot, AFloodCostsOnlyTheFlooder) {
         world.says("Evil[\xFF]", bad);
         world.server.sends(":Evil!u@h PRIVMSG OrreryServ :\1MAIL SEND a 1 x\rQUIT :x\nJOIN #evil\r\n");
     }
+    world.says("Evil\x1B[2J\x9D", "ANN POST 1 9 x");
     world.time.run(10s);
     for (const std::string& line : world.server.heard()) EXPECT_EQ(line.rfind("PRIVMSG Evil", 0), 0U) << line;
-    world.plays({"Nikos> MAIL 0 0", "Nikos< MAIL START Maria DATE 1 1 s"});
+    world.plays({"Nikos> MAIL 0 0 | MAIL START Maria DATE 1 1 s"});
+    // A log line steers no terminal. The nick's end is its state.
+    EXPECT_THAT(world.log, Contains("refused to Evil\\x1B: there is no such category."));
+    EXPECT_EQ(LogLine("a\x9D\x7F\n\xC1" + std::string(999, 'b')).substr(0, 16),
+              "a\\x9D\\x7F\\x0A\xC1"
+              "bb");
+    EXPECT_LT(LogLine(std::string(100'000, 'b')).size(), 1000U);
 }
 
-// Users' programs as they are: they acknowledge each line, give up after half a minute without one, ask each
-// minute, and at once behind a whole mail.
-struct Reader {
-    std::string nick;
-    bool reading = false;
-    int lines = 0;
-    int mails = 0;
-    int served = 0;
-    Microseconds last = 0;
-    std::string id = "0";
-};
-
-class Crowd {
-  public:
-    Crowd(RobotWorld& world, int users, int mailsEach) : world_(world) {
-        for (int i = 0; i < users; ++i) {
-            Reader reader;
-            reader.nick = "U" + std::to_string(i);
-            const NewMail mail{"Maria", reader.nick, "s", {"1", "2"}, MomentOf(world.around.clock.Now()), 0};
-            for (int n = 0; n < mailsEach; ++n) {
-                NewMail one = mail;
-                one.Subject += std::to_string(n);
-                world.store->AddMail(one, {});
-            }
-            readers[reader.nick] = reader;
-        }
-        world.store->Commit();
-    }
-
-    void ask(Reader& reader) {
-        world_.says(reader.nick, "MAIL " + reader.id + " " + std::to_string(reader.lines));
-    }
-    void hear(const std::string& line) {
-        const Lines parts = Split(Replace(line, "\1", ""), " ", 4);  // PRIVMSG nick :MAIL text
-        ASSERT_EQ(parts.size(), 4U) << line;
-        Reader& reader = readers.at(parts[1]);
-        const Lines words = Split(parts[3], " ");
-        ++reader.served;
-        if (words[0] == "NOMAIL") return;
-        if (words[0] == "DUMP" && !reader.reading) return;  // he has given up
-        ASSERT_TRUE(words[0] != "DONE" || reader.reading) << "the mail is lost";
-        if (words[0] == "START") reader.id = " " + words[4], reader.lines = 0;
-        if (words[0] == "DUMP") {
-            EXPECT_EQ(words[1], std::to_string(++reader.lines)) << line;
-        }
-        reader.reading = words[0] != "DONE";
-        reader.last = world_.time.Now();
-        world_.says(reader.nick, "MAIL OK");
-        if (words[0] != "DONE") return;
-        ++reader.mails;
-        reader.id = "0", reader.lines = 0;
-        ask(reader);
-    }
-    // A second of everybody's life.
-    void live() {
-        world_.time.run(1s);
-        for (const std::string& line : world_.server.heard()) hear(line);
-        const bool minute = ++second_ % 60 == 1;
-        for (auto& [nick, reader] : readers) {
-            if (reader.reading && world_.time.Now() - reader.last > 30'000'000) reader.reading = false;
-            if (minute && !reader.reading) ask(reader);
-        }
-    }
-
-    std::map<std::string, Reader> readers;
-
-  private:
-    RobotWorld& world_;
-    int second_ = 0;
-};
-
-TEST(Robot, AThousandReadersAreServedInTurn) {
+// Who waits for his next line gives up after a while, so nobody is begun with whose lines the rate does not
+// bear.
+TEST(Robot, ReadersBeyondWhatItsRateBearsWaitForTheirTurnInOrder) {
     RobotWorld world;
-    world.config.LinesPerSecond = 100;
+    world.config.LinesPerSecond = 1;
     world.start();
-    Crowd crowd(world, 1000, 5);
-    int most = 0;
-    const auto lagging = [&] {
-        return std::count_if(crowd.readers.begin(), crowd.readers.end(),
-                             [&](const auto& one) { return one.second.served < most - 1; });
+    for (int i = 0; i < 14; ++i)
+        world.store->AddMail({"Maria", "U" + std::to_string(i), "s", {"1"}, 0, 0}, {});
+    world.store->Commit();
+    for (int i = 0; i < 13; ++i) world.says("U" + std::to_string(i), "MAIL 0 0");
+    world.says("Nobody", "MAIL 0 0");
+    world.says("U11", "MAIL 0 0");  // keeps his place
+    world.says("U13", "MAIL 0 0");
+    world.time.run(15s);
+    EXPECT_THAT(world.heard(), testing::AllOf(testing::SizeIs(11), Contains("Nobody< MAIL NOMAIL"),
+                                              Contains("U9< MAIL START Maria DATE 1 10 s")));
+    EXPECT_EQ(std::pair(world.robot->Giving().Readers(), world.robot->Giving().WaitingReaders()),
+              std::pair(std::size_t{10}, std::size_t{4}));
+    const auto readsToTheEnd = [&](const std::string& nick) {
+        for (int line = 0; line < 3; ++line) {
+            world.says(nick, "MAIL OK");
+            world.time.run(2s);
+        }
+        return world.heard();
     };
-    for (int second = 0; second < 40; ++second) {
-        crowd.live();
-        for (const auto& one : crowd.readers) most = std::max(most, one.second.served);
-        ASSERT_EQ(lagging(), 0) << "in second " << second;
-    }
-    EXPECT_GE(most, 3);
-    for (int second = 0; second < 60; ++second) crowd.live();
-    for (const auto& one : crowd.readers) ASSERT_GE(one.second.mails, 2) << one.first;
+    EXPECT_EQ(readsToTheEnd("U0"),
+              (Lines{"U0< MAIL DUMP 1", "U0< MAIL DONE", "U10< MAIL START Maria DATE 1 11 s"}));
+    world.server.says(":U11!u@h QUIT :bye");
+    EXPECT_EQ(readsToTheEnd("U1").back(), "U12< MAIL START Maria DATE 1 13 s");
+    world.time.run(66s);
+    EXPECT_THAT(world.heard(), testing::IsEmpty()) << "U13 asked long ago";
+    EXPECT_EQ(world.robot->Giving().Readers() + world.robot->Giving().WaitingReaders(), 0U);
 }
 
-// Those who read are kept from giving up by neither the number of readers nor that of all who only ask.
-TEST(Robot, WithMoreReadersThanItsRateBearsEachIsServedInTheEnd) {
-    RobotWorld world;
-    world.config.LinesPerSecond = 5;
-    world.start();
-    Crowd crowd(world, 200, 1);
-    for (int second = 0; second < 400; ++second) crowd.live();
-    for (const auto& one : crowd.readers) EXPECT_EQ(one.second.mails, 1) << one.first;
+// ---- Among whole clients
+
+TEST(RobotInWorld, AnswersAClientBehindTheSameRelay) {
+    World world;
+    Relay relay;
+    RobotInWorld robot(world, relay);
+    robot.start();
+    Client& anna = world.client("Anna");
+    relay.serve(anna);
+    anna.host.send(HostMsg::Start);
+    world.time.run(5s);
+    const auto hears = [&](const std::string& said) {
+        std::string heard;
+        const auto on = anna.window().IRCServ1.PMSpecialTextArrived.connect(
+            [&](const auto& nick, const auto&, const auto&, const auto& word, const auto& text) {
+                heard += nick + "|" + word + "|" + text;
+            });
+        anna.host.send(HostMsg::SayRaw, "PRIVMSG OrreryServ :\1" + said + "\1");
+        world.time.run(1s);
+        return heard;
+    };
+    EXPECT_EQ(hears("MAIL 0 0"), "OrreryServ|MAIL|NOMAIL");
+    robot.around.clock.ahead = std::chrono::days(1);
+    for (const char* text : {"ANN POST 1 0 today", "ANN POST 1 0 tomorrow"}) EXPECT_EQ(hears(text), "");
+    EXPECT_THAT(hears("ANN HAS 1"), HasSubstr("ANN 2 Anna 1 15/03/2026_09:"));
+    robot.start();  // another process, on a new store
+    EXPECT_EQ(hears("ANN HAS 2"), "OrreryServ|ANN|ANNID 0");
 }
 
 }  // namespace

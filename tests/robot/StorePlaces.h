@@ -9,10 +9,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QProcess>
-#include <QtCore/QUuid>
-#include <QtSql/QSqlDatabase>
-#include <QtSql/QSqlError>
-#include <QtSql/QSqlQuery>
 #include <csignal>
 #include <memory>
 #include <stdexcept>
@@ -20,7 +16,7 @@
 #include <vector>
 
 #include "platform_qt/TemporaryFolder.h"
-#include "robot/RobotStore.h"
+#include "robot/RobotStoreConnection.h"
 
 namespace talvora::test {
 
@@ -45,25 +41,23 @@ class StorePlace {
     virtual ~StorePlace() = default;
     virtual StoreSettings settings() const = 0;
 
-    // What somebody else does to the tables. Returns the first value of the last statement.
-    long long meddle(const QStringList& statements) const {
-        const QString name = QUuid::createUuid().toString();
-        long long value = 0;
-        {
-            const StoreSettings to = settings();
-            QSqlDatabase database = QSqlDatabase::addDatabase(QString::fromStdString(to.Driver), name);
-            database.setDatabaseName(QString::fromStdString(to.Database));
-            database.setHostName(QString::fromStdString(to.Host));
-            database.setUserName(QString::fromStdString(to.User));
-            if (!database.open()) throw std::runtime_error(database.lastError().text().toStdString());
-            for (const QString& statement : statements) {
-                QSqlQuery query(database);
-                if (!query.exec(statement)) throw std::runtime_error(query.lastError().text().toStdString());
-                value = query.next() ? query.value(0).toLongLong() : 0;
-            }
-        }
-        QSqlDatabase::removeDatabase(name);
-        return value;
+    // What somebody else does to the tables.
+    void meddle(const std::vector<std::string>& statements) const {
+        RobotStoreConnection other(settings());
+        for (const auto& statement : statements) other.command(statement.c_str());
+    }
+    std::int64_t number(const char* statement) const {
+        RobotStoreConnection other(settings());
+        StoreRows row = other.run(statement);
+        return row.next() ? row.number() : -1;
+    }
+    // While somebody else is changing them.
+    template <class Call>
+    void whileLocked(Call call) const {
+        RobotStoreConnection other(settings());
+        other.command(other.isSqlite() ? "BEGIN IMMEDIATE" : "BEGIN");
+        if (!other.isSqlite()) other.command("LOCK TABLE mail, meta IN EXCLUSIVE MODE");
+        call();
     }
 };
 
@@ -99,8 +93,9 @@ class PostgresPlace final : public StorePlace {
         if (!initdb.waitForFinished(-1) || initdb.exitCode() != 0) {
             throw std::runtime_error(initdb.readAll().toStdString());
         }
-        const QStringList options = {"-D", data, "-k", path(""), "-h", "", "-F", "-c", "shared_buffers=8MB"};
-        start(server_, "postgres", options);
+        const QString options =
+            "-D %1 -k %2 -F -c listen_addresses= -c shared_buffers=8MB -c synchronous_commit=off";
+        start(server_, "postgres", options.arg(data, path("")).split(' '));
         QByteArray said;
         while (!said.contains("ready to accept")) {
             if (!server_.waitForReadyRead(-1)) throw std::runtime_error(said.toStdString());

@@ -142,7 +142,7 @@ TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
     presence.popStat(1).Click.raise();
     EXPECT_EQ(presence.Label18.Caption.get(), "Dnd");
     says(world, maria, ":Maria!u@h NICK :Maria[DND]");
-    EXPECT_EQ(maria.component->TheAccount().gNickname, "Maria");
+    EXPECT_EQ(maria.window().State.gNickname(), "Maria");
     says(world, maria, ":nikos!b@c PRIVMSG Maria[DND] :\1MAIL x\1");
     // What his program says by itself is not answered, or the two would never end.
     says(world, maria, ":nikos!b@c PRIVMSG Maria[DND] :\1ACTION ignores you\1");
@@ -153,6 +153,62 @@ TEST(Presence, AStateIsASuffixOnTheNickAndDndTurnsAway) {
                             "PRIVMSG nikos :\1ACTION is busy and doesn't want to be disturbed\1",
                             "NICK Maria[away]", "NICK Maria"));
     EXPECT_FALSE(presence.DoNotDisturb());
+}
+
+// What the window shows of the state: nick, name, picture, and whether private texts are turned away.
+std::string stateOf(Client& client) {
+    const PresencePanel& shown = client.window().Presence;
+    return shown.lblNick.Caption.get() + " " + shown.Label18.Caption.get() + " " +
+           std::to_string(shown.imgState.Picture) + (shown.DoNotDisturb() ? " busy" : "");
+}
+
+TEST(Presence, AReloadKeepsTheStateAndSoDoesALogOn) {
+    World world;
+    Client& maria = world.client("Maria[DND]");  // as the settings hold it; states never stack
+    maria.host.send(HostMsg::Start);
+    EXPECT_EQ(stateOf(maria), "Maria Online 3");
+    maria.window().Presence.popStat(1).Click.raise();
+    EXPECT_EQ(stateOf(maria), "Maria[DND] Dnd 5 busy") << "off line at once";
+    world.time.settle();
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria[DND]"));
+    maria.server.says(":srv 001 Maria :Welcome");
+    world.time.run(4s);
+    maria.server.heard();
+    maria.host.send(HostMsg::ApplySettings);
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria[DND]"));
+    EXPECT_EQ(stateOf(maria), "Maria[DND] Dnd 5 busy");
+    maria.window().Presence.popStat(2).Click.raise();
+    maria.server.closes();  // it has not answered
+    EXPECT_EQ(maria.window().State.Nick(), "Maria[away]");
+    world.time.run(11s);
+    EXPECT_EQ(stateOf(maria), "Maria[away] Away 4");
+    // A state chosen while the server is still thinking is told to it, too.
+    maria.window().Presence.popStat(1).Click.raise();
+    EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Maria[away]", "NICK Maria[DND]"));
+    maria.server.says(":srv 001 Maria :Welcome");
+    world.time.run(10ms);
+    EXPECT_EQ(stateOf(maria), "Maria[DND] Dnd 5 busy");
+}
+
+TEST(Presence, TheStateIsWhatTheNickSaysWhoeverHasPutItThere) {
+    World world;
+    Client& maria = world.loggedIn("Maria");
+    says(world, maria, ":Maria!u@h NICK :Guest[dnd]");
+    EXPECT_EQ(stateOf(maria), "Guest[dnd] Dnd 5 busy");
+    EXPECT_EQ(maria.window().State.gNickname(), "Guest");
+    maria.window().State.Ask("Anna");
+    EXPECT_EQ(stateOf(maria), "Guest[dnd] Dnd 5 busy") << "the server decides";
+    says(world, maria, ":Guest[dnd]!u@h NICK :Anna");
+    EXPECT_EQ(stateOf(maria), "Anna Online 3");
+    // Of two choices in a row the last one stands, whichever is answered first.
+    for (const int state : {2, 1}) maria.window().Presence.popStat(state).Click.raise();
+    says(world, maria, ":Anna!u@h NICK :Anna[away]");
+    EXPECT_EQ(stateOf(maria), "Anna[away] Dnd 5 busy");
+    says(world, maria, ":Anna[away]!u@h NICK :Anna[DND]");
+    maria.window().Presence.popOnline.Click.raise();
+    EXPECT_FALSE(maria.window().Presence.DoNotDisturb());
+    says(world, maria, ":srv 433 Anna[DND] Anna :Nickname is already in use");
+    EXPECT_TRUE(maria.window().Presence.DoNotDisturb()) << "refused: the others still see it";
 }
 
 TEST(Presence, ATableOfSixtyStatesGivesFiftyEntriesAndABadLineOneReport) {
@@ -189,7 +245,8 @@ TEST(Presence, TheIgnoreListIsPlainText) {
     for (const Step& step :
          {Step{presence.mnuIgnore, "bob[afk]", "bob@"}, Step{presence.mnuIgnore, "OB", "bob@"},
           Step{presence.mnuUnignore, "BOB", "bob@"}, Step{presence.mnuUnignore, "ob", "b@"},
-          Step{presence.mnuIgnore, "nikos", "b@nikos@"}, Step{presence.mnuUnignore, "[afk]", "b@nikos@"}}) {
+          Step{presence.mnuIgnore, "nikos", "b@nikos@"}, Step{presence.mnuUnignore, "[afk]", "b@nikos@"},
+          Step{presence.mnuIgnore, "[Zeus]", "b@nikos@"}}) {
         presence.SelectedNick = step.nick;
         step.menu.Click.raise();
         EXPECT_EQ(maria.around.settings.GetSetting("Talvora", "Settings", "IgnoreList", ""), step.list)
@@ -197,13 +254,19 @@ TEST(Presence, TheIgnoreListIsPlainText) {
     }
     EXPECT_TRUE(presence.IsIgnored("NIKOS[DND]"));
     EXPECT_TRUE(presence.IsIgnored("kos")) << "an entry ends so";
-    EXPECT_FALSE(presence.IsIgnored("nikosa"));
+    for (const char* nick : {"nikosa", "[afk]", ""}) EXPECT_FALSE(presence.IsIgnored(nick)) << nick;
     says(world, maria, ":srv 352 Maria * u h srv NIKOS[DND] H :0 UL:Home");
     says(world, maria, ":srv 315 Maria * :End of WHO");
     const ListItems& shown = maria.window().UserList3.ListView1.ListItems;
     ASSERT_EQ(shown.Count(), 2);
     EXPECT_EQ(shown(1).Key(), "b[Offline]");
     EXPECT_EQ(shown(2).Text(), "Nikos (Do not disturb)");
+    // Nobody is there to be talked to behind a row of one who is off line.
+    for (const int row : {1, 2}) maria.window().UserList3.DblClick.raise(shown(row).Key());
+    presence.SelectedNick = shown(1).Key();
+    maria.window().popULChat.Click.raise();
+    EXPECT_EQ(maria.component->Chats().Privates.Window("b[Offline]"), nullptr);
+    EXPECT_NE(maria.component->Chats().Privates.Window("nikos[dnd]"), nullptr);
 }
 
 // ---- The channel panel
@@ -215,7 +278,10 @@ struct Windows : KeyPrompt, NoteBox, ChannelWindows {
         told.push_back(title + ": " + text);
     }
     void StartChan(const std::string& c) override { told.push_back("start " + c); }
-    void RemoveChan(const std::string& c) override { told.push_back("remove " + c); }
+    void RemoveChan(const std::string& c) override {
+        told.push_back("remove " + c);
+        if (removing) removing();
+    }
     void NamesChan(const std::string&, const NameList&) override {}
     void JoinChan(const std::string&, const std::string&) override {}
     void PartChan(const std::string&, const std::string&) override {}
@@ -224,16 +290,17 @@ struct Windows : KeyPrompt, NoteBox, ChannelWindows {
     void ChanDistribute(const std::string&, const std::string&, const std::string&,
                         const std::string&) override {}
     std::vector<std::string> told;
+    std::function<void()> removing;
 };
 
 class ChannelPanelTest : public testing::Test {
   protected:
     ChannelPanelTest() {
-        to.Keys = &windows;
-        to.Notes = &windows;
-        to.Channels = &windows;
+        to.Keys = windows;
+        to.Notes = windows;
+        to.Channels = windows;
         around.disk.put("System/perflix.lst", "");
-        account.gNickname = "me";
+        form.State.Start("me");
         account.gServerHost = "irc.test";
         account.gServerPort = 6667;
         account.gSysChannel = "#system";
@@ -341,6 +408,21 @@ TEST_F(ChannelPanelTest, TheMenusAreCrossedAndADoubleClickJoins) {
     list.DblClick.raise();
     EXPECT_THAT(server.heard(), ElementsAre("JOIN #a", "NAMS #a"));
     EXPECT_THAT(windows.told, ElementsAre("start #a"));
+    // Neither of them, nor a tick meanwhile, parts what was joined by a double click.
+    time.run(6s);
+    EXPECT_THAT(server.heard(), ElementsAre("NAMES #a", "JOIN #a"));
+    for (const char* line : {":s 927 me #a :Already", ":s 322 me #c 1 :", ":s 323 me :End"}) says(line);
+    list.userSelects(list.ListItems(1));
+    panel.popChanJoin.Click.raise();
+    list.userTicks(list.ListItems(2), true);
+    time.run(6s);
+    EXPECT_THAT(server.heard(), ElementsAre("NAMES #a", "JOIN #a", "JOIN #c"));
+    // What was left otherwise is not joined again; what is unticked by hand goes, though the server is late.
+    for (const char* line : {":s 927 me #a :", ":me!u@h JOIN :#c", ":me!u@h PART #c"}) says(line);
+    list.userTicks(list.ListItems(1), false);
+    says(":s 927 me #a :Already");
+    time.run(6s);
+    EXPECT_THAT(server.heard(), ElementsAre("PART #a"));
 }
 
 TEST_F(ChannelPanelTest, AKeyIsAskedForAndClearedOnlyAfterYes) {
@@ -369,6 +451,21 @@ TEST_F(ChannelPanelTest, AServerCannotMakeTheListGrowWithoutEnd) {
     EXPECT_LE(redrawn, 31) << "a burst of joins is drawn once in a while";
 }
 
+TEST_F(ChannelPanelTest, TheEndStartsNothingAgainUnderAHandlerThatItInterrupts) {
+    windows.removing = [&] { form.Unload(); };
+    panel.tmrRefreshUsers.Enabled = true;
+    says(":me!u@h PART #a");
+    EXPECT_EQ(windows.told.size(), 1U);
+    int ticks = 0;
+    Subscriptions on;
+    for (Timer* timer : {&panel.tmrRedraw, &panel.tmrRefreshUsers, &form.Session.tmrWHOUpdate}) {
+        timer->Enabled = true;
+        on += timer->Tick.connect([&] { ++ticks; });
+    }
+    time.run(5min);
+    EXPECT_EQ(ticks, 0);
+}
+
 TEST_F(ChannelPanelTest, AFailedSaveIsReportedAndTheSessionGoesOn) {
     around.settings.FailNextSave();
     around.questions.willAnswer(Answer::Abort);
@@ -391,20 +488,25 @@ struct Services : MailService, AnnouncementService, AddressResolver {
 };
 
 struct Privates : PrivateWindows {
-    void StartPM(const std::string&) override {}
+    void StartPM(const std::string& nick) override {
+        if (starting) starting();
+        started = nick;
+    }
     void PMDistribute(const std::string&, const std::string&, const std::string&) override { ++lines; }
     void EnterPM(const std::string&) override {}
     void QuitPM(const std::string&) override {}
     void RenamePM(const std::string&, const std::string&) override {}
+    std::function<void()> starting;
+    std::string started;
     int lines = 0;
 };
 
 class VerbTest : public ChannelPanelTest {
   protected:
     VerbTest() {
-        to.Mail = &services;
-        to.Announcements = &services;
-        to.Resolver = &services;
+        to.Mail = services;
+        to.Announcements = services;
+        to.Resolver = services;
     }
     void says(const std::string& verb, const std::string& nick = "Eve") {
         ChannelPanelTest::says(":" + nick + "!u@h PRIVMSG me :\1" + verb + "\1");
@@ -437,12 +539,22 @@ TEST_F(VerbTest, AnAddressIsAskedForFoundAndTold) {
     says("GIP 10.0.0.8");
     EXPECT_THAT(services.told, ElementsAre("address 10.0.0.8"));
     says("IP nowhere.test Nikos");  // silent
+    says("IP -");                   // there is none, and nobody to tell
     says("IP ip.test Nikos");
     says("IP ip.test Anna");  // only the last one who asks gets an answer
     EXPECT_EQ(addresses.connections, 2);
     addresses.sends("10.0.0.9");
     time.run(10ms);
     EXPECT_THAT(server.heard(), ElementsAre("PRIVMSG Anna :\1GIP 10.0.0.9\1"));
+}
+
+TEST_F(VerbTest, AChosenNickStaysWhileItsWindowOpens) {
+    Privates privates;
+    to.Privates = privates;
+    privates.starting = [&] { form.Presence.SelectedNick = "somebody else"; };
+    form.Presence.SelectedNick = "Nikos, whose nick is of some length";
+    form.popULChat.Click.raise();
+    EXPECT_EQ(privates.started, "Nikos, whose nick is of some length");
 }
 
 TEST_F(VerbTest, AStrangerCannotHaveTheUserSayWhatHeLikes) {
@@ -475,7 +587,7 @@ TEST_F(VerbTest, AStrangerCannotHaveTheUserSayWhatHeLikes) {
     EXPECT_THAT(server.heard(), ElementsAre("PRIVMSG Nikos :\1GIP " + std::string(255, '9') + "\1"));
     // A verb that failed is no text for a window, whatever the user answers.
     Privates privates;
-    to.Privates = &privates;
+    to.Privates = privates;
     for (const Answer answer : {Answer::Abort, Answer::Ignore}) {
         around.questions.willAnswer(answer);
         says("IP ip.test");

@@ -85,13 +85,24 @@ TEST_F(SettingsTest, EachControlKeepsItsOwnKey) {
     EXPECT_EQ(get("NoInfo") + get("ShowMOTD") + get("CreateOnPM", "ChanSettings"), "T0F");
     EXPECT_EQ(get("PackageSplit") + "/" + get("IPRMethod"), "8192/2");
     // Values of other hands: a flag is shown as the one who acts on it reads it.
-    put("PopupPM", "?");
-    put("NoInfo", "?");
+    const auto on = {&Settings::PopupPM,   &Settings::PopupChan, &Settings::EnableBar,
+                     &Settings::NoticeBar, &Settings::PopupMail, &Settings::ReceiveAnn};
+    const auto off = {&Settings::NoQueries,   &Settings::NoInfo,      &Settings::ShowMOTD,
+                      &Settings::PopupFriend, &Settings::DisplayMail, &Settings::AutoRetry};
+    for (const char* key : {"PopupPM", "PopupChan", "EnableBar", "NoticeBar", "PopupMail", "ReceiveAnn",
+                            "NoQueries", "NoInfo", "ShowMOTD", "PopupFriend", "DisplayMail", "AutoRetry"})
+        put(key, "?");
+    store.SaveSetting("Talvora", "ChanSettings", "CreateOnPM", "?");
     put("PackageSplit", "1500");
     settings = page();
-    EXPECT_TRUE(settings->PopupPM.Value);
-    EXPECT_FALSE(settings->NoInfo.Value);
+    for (const auto box : on) EXPECT_TRUE(((*settings).*box).Value) << ((*settings).*box).Caption.get();
+    for (const auto box : off) EXPECT_FALSE(((*settings).*box).Value) << ((*settings).*box).Caption.get();
+    EXPECT_TRUE(settings->CreateOnPM.Value);
     EXPECT_EQ(settings->PackageSplit.Text(), "1500");
+    for (const std::string& size : {std::string(400, '9'), std::string("1e999"), std::string(400, '0')}) {
+        put("PackageSplit", size);
+        EXPECT_EQ(page()->PackageSplit.Text(), "1024") << size;
+    }
 }
 
 TEST_F(SettingsTest, AWriteThatFailsIsReportedAndTheOthersAreDone) {
@@ -106,6 +117,7 @@ TEST_F(SettingsTest, AWriteThatFailsIsReportedAndTheOthersAreDone) {
 
 TEST_F(SettingsTest, WhatWouldSurelyFailIsToldInPlainWords) {
     const auto settings = page();
+    const std::string manyDigits(400, '9');
     const struct {
         TextBox& box;
         std::vector<const char*> good;
@@ -114,7 +126,9 @@ TEST_F(SettingsTest, WhatWouldSurelyFailIsToldInPlainWords) {
         {settings->Nickname, {"Anna", "_a-1|x"}, {"", " ", "An na", "Anna[DND]", "1st", "-a", "#a", "a@b"}},
         {settings->RealName, {"Home", "Work.My town.Pylea"}, {"", ".", "Work..Pylea", "Work. .Pylea", "a."}},
         {settings->Pass, {"", "sesame"}, {"open sesame"}},
-        {settings->MailInterval, {"1", "32767"}, {"", "0", "-1", "2.5", "soon", "32768"}},
+        {settings->MailInterval,
+         {"1", "32767"},
+         {"", "0", "-1", "2.5", "soon", "32768", "1e999", manyDigits.c_str()}},
     };
     for (const auto& row : cases) {
         for (const char* text : row.bad) {

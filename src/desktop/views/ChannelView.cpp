@@ -22,7 +22,7 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
         menu.addSeparator();
-        addEntry(menu, window_.mnuCmd)->setEnabled(false);
+        addCommands(menu, window_.Commands);
         return;
     }
     if (&model != &window_.mnuCheck) return;
@@ -31,7 +31,7 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
         addEntry(menu, *check, true);
     }
     menu.addSeparator();
-    for (Menu* entry : {&window_.mnuPart, &window_.mnuClose, &window_.mnuHide}) addEntry(menu, *entry);
+    for (Menu* entry : {&window_.mnuScripts, &window_.mnuPart, &window_.mnuClose, &window_.mnuHide}) addEntry(menu, *entry);
 }
 
 }  // namespace talvora

@@ -87,4 +87,13 @@ void ChatView::showEvent(QShowEvent* event) {
     if (!std::exchange(seen_, true)) writing_->setFocus();
 }
 
+void ChatView::addCommands(QMenu& menu, CommandMenu& commands) {
+    if (commands.Entries.UBound() < 0) {
+        addEntry(menu, commands.mnuCmd)->setEnabled(false);
+        return;
+    }
+    QMenu* const scripts = menu.addMenu(toQString(commands.mnuCmd.Caption.get()));
+    for (int i = 0; i <= commands.Entries.UBound(); ++i) addEntry(*scripts, commands.Entries(i));
+}
+
 }  // namespace talvora

@@ -3,6 +3,7 @@
 // picture buttons, and the plug-ins at the side.
 
 #include "chat/ChatWindow.h"
+#include "chat/CommandMenu.h"
 #include "desktop/FormView.h"
 
 class QHBoxLayout;
@@ -22,6 +23,8 @@ class ChatView : public FormView {
     // Puts a widget at the right of the talk.
     void addBeside(QWidget* widget, int width);
     void showEvent(QShowEvent* event) override;
+    // The user's scripts in a menu of their own, or a line that says that there are none.
+    void addCommands(QMenu& menu, CommandMenu& commands);
 
   private:
     QWidget* makeWriting();

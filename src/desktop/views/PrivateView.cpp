@@ -20,6 +20,9 @@ void PrivateView::fillMenu(QMenu& menu, Menu&) {
         addEntry(menu, *check, true);
     }
     menu.addSeparator();
+    addCommands(menu, window_.Commands);
+    addEntry(menu, window_.mnuScripts);
+    menu.addSeparator();
     for (Menu* entry : {&window_.mnuStopPM, &window_.mnuHide}) addEntry(menu, *entry);
 }
 

@@ -46,7 +46,6 @@ class RtfScanner {
     std::string_view Text() const { return text_; }
     std::uint32_t Hash() const { return hash_; }
     // The number behind the word, or what it is without one.
-    bool HasNumber() const { return hasNumber_; }
     std::int32_t Number(std::int32_t otherwise) const { return hasNumber_ ? number_ : otherwise; }
     // The symbol, or the byte that \' told.
     char Byte() const { return byte_; }

@@ -13,11 +13,11 @@
 #include <QTest>
 
 #include "desktop/TextNote.h"
-#include "desktop/views/PluginViews.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
+#include "desktop/views/PluginViews.h"
 #include "simulation/VirtualPlatform.h"
 #include "simulation/windows/RememberingFace.h"
 
