@@ -13,10 +13,6 @@ namespace {
 constexpr std::string_view Magic = "Talvora draft v1";
 constexpr std::size_t HeadLimit = 4096;
 
-std::string inFolder(const std::string& name) {
-    return std::string(MailFile::Folder) + name;
-}
-
 std::string flag(bool on) {
     return on ? "T" : "F";
 }
@@ -52,7 +48,7 @@ void MailDrafts::Save(std::string& name, const MailDraft& draft) {
         std::string to = name;
         const bool saved = step([&] {
             if (to.empty()) to = newName();
-            files_.Rewrite(inFolder(to), sourceOf(draft));
+            files_.Rewrite(MailFile::PathOf(to), sourceOf(draft));
         });
         if (!saved) return;
         name = to;
@@ -65,7 +61,7 @@ void MailDrafts::Remove(const std::string& name) {
         if (name.empty()) return;
         taken_.erase(name);
         step([&] {
-            if (files_.Exists(inFolder(name))) files_.Kill(inFolder(name));
+            if (files_.Exists(MailFile::PathOf(name))) files_.Kill(MailFile::PathOf(name));
         });
         Changed.raise();
     });
@@ -74,7 +70,7 @@ void MailDrafts::Remove(const std::string& name) {
 bool MailDrafts::Load(const std::string& name, MailDraft& draft) {
     bool loaded = false;
     trapped(globError_, "LoadDraft", [&](Trap& step) {
-        loaded = step.test([&] { return read(files_.ReadWhole(inFolder(name)), draft); });
+        loaded = step.test([&] { return read(files_.ReadWhole(MailFile::PathOf(name)), draft); });
     });
     return loaded;
 }
@@ -87,7 +83,9 @@ std::vector<MailDrafts::Entry> MailDrafts::Waiting() {
         std::ranges::stable_sort(names, {}, [](const std::string& name) { return MailFile::NumberOf(name); });
         for (const std::string& name : names) {
             MailDraft draft;
-            const auto isDraft = [&] { return read(files_.ReadStart(inFolder(name), HeadLimit), draft); };
+            const auto isDraft = [&] {
+                return read(files_.ReadStart(MailFile::PathOf(name), HeadLimit), draft);
+            };
             if (taken_.contains(name) || !step.test(isDraft)) continue;
             entries.push_back({name, draft.To, draft.Subject});
         }

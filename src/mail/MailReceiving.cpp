@@ -9,14 +9,6 @@
 
 namespace talvora {
 
-namespace {
-
-std::string inFolder(const std::string& name) {
-    return std::string(MailFile::Folder) + name;
-}
-
-}  // namespace
-
 void modMailManager::StartMailDump(Text From, Text Subject, Text SentDate, std::int16_t Total,
                                    std::int32_t ID) {
     trapped(globError_, "StartMailDump", [&](Trap& step) {
@@ -47,7 +39,7 @@ void modMailManager::StartMailDump(Text From, Text Subject, Text SentDate, std::
 bool modMailManager::beginFile(Trap& step, Text head) {
     gInFile = File();
     return step([&] {
-               gInFile = files_.Open(inFolder(MailFile::ReceivingName(gLocalMID)), FileMode::Output);
+               gInFile = files_.Open(MailFile::PathOf(MailFile::ReceivingName(gLocalMID)), FileMode::Output);
            }) &&
            step([&] { gInFile.Write(head); }) && step([&] { gInFile.Flush(); });
 }
@@ -87,10 +79,10 @@ void modMailManager::FinishMailDump() {
 
 // True if the whole mail stands under its name.
 bool modMailManager::completeFile(Trap& step) {
-    const std::string receiving = inFolder(MailFile::ReceivingName(gLocalMID));
+    const std::string receiving = MailFile::PathOf(MailFile::ReceivingName(gLocalMID));
     return step([&] { gInFile.Write(MailFile::Tail); }) && step([&] { gInFile.Flush(); }) &&
            step([&] { gInFile.Close(); }) &&
-           step([&] { files_.FileCopy(receiving, inFolder(MailFile::IncomingName(gLocalMID))); }) &&
+           step([&] { files_.FileCopy(receiving, MailFile::PathOf(MailFile::IncomingName(gLocalMID))); }) &&
            step([&] { files_.Kill(receiving); });
 }
 
@@ -110,9 +102,9 @@ void modMailManager::ResumeMail() {
 // True if the reception can go on. A mail that was completed just before the program ended goes on without a
 // file, to the DONE that it never answered; one whose file is gone is asked for afresh.
 bool modMailManager::resumeFile(Trap& step, std::int32_t number) {
-    const std::string receiving = inFolder(MailFile::ReceivingName(number));
+    const std::string receiving = MailFile::PathOf(MailFile::ReceivingName(number));
     const bool partial = step.test([&] { return files_.Exists(receiving); });
-    if (step.test([&] { return files_.Exists(inFolder(MailFile::IncomingName(number))); })) {
+    if (step.test([&] { return files_.Exists(MailFile::PathOf(MailFile::IncomingName(number))); })) {
         if (partial) step([&] { files_.Kill(receiving); });
         return true;
     }

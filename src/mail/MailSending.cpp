@@ -9,20 +9,12 @@
 
 namespace talvora {
 
-namespace {
-
-std::string inFolder(const std::string& name) {
-    return std::string(MailFile::Folder) + name;
-}
-
-}  // namespace
-
 // A mail that is written while another one is sent cuts that one off: it waits, deaf, for its time-out, and
 // is sent again later.
 void modMailManager::SendMail(Text FileName) {
     trapped(globError_, "SendMail", [&](Trap& step) {
         File file;
-        step([&] { file = files_.Open(inFolder(FileName), FileMode::Input); });
+        step([&] { file = files_.Open(MailFile::PathOf(FileName), FileMode::Input); });
         step([&] { file.ReadLine(); });
         gSendQueue += FileName + "|";
         step([&] { session_.TellRobot("MAIL SENDREQUEST"); });
@@ -45,7 +37,7 @@ void modMailManager::RefreshMailQueue() {
         std::string queue;
         for (const std::string& entry : Split(gSendQueue, "|")) {
             if (entry.empty()) continue;
-            if (step.test([&] { return files_.Exists(inFolder(entry)); })) queue += entry + "|";
+            if (step.test([&] { return files_.Exists(MailFile::PathOf(entry)); })) queue += entry + "|";
         }
         gSendQueue = queue;
     });
@@ -66,7 +58,7 @@ void modMailManager::StartMailSend() {
         if (gSendQueue.empty()) return;
         const std::string entry = firstQueued();
         std::string line;
-        step([&] { gOutFile = files_.Open(inFolder(entry), FileMode::Input); });
+        step([&] { gOutFile = files_.Open(MailFile::PathOf(entry), FileMode::Input); });
         step([&] { line = gOutFile.value().ReadLine(); });
         step([&] { session_.TellRobot("MAIL SEND " + line); });
         const auto words = Split(line, " ", 3);
@@ -131,7 +123,7 @@ void modMailManager::EraseFirstMail() {
         std::vector<std::string> entries = Split(gSendQueue, "|", 2);
         step([&] { closeOutFile(); });
         gOutFile.reset();
-        step([&] { files_.Discard(inFolder(elementOf(entries, 0))); });
+        step([&] { files_.Discard(MailFile::PathOf(elementOf(entries, 0))); });
         step([&] { gSendQueue = elementOf(entries, 1); });
         status_.MailRCVDone();
         status_.Label7.Caption = "Message sent. Idle";
