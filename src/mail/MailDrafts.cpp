@@ -79,7 +79,9 @@ std::vector<MailDrafts::Entry> MailDrafts::Waiting() {
     std::vector<Entry> entries;
     trapped(globError_, "ListDrafts", [&](Trap& step) {
         std::vector<std::string> names;
-        step([&] { names = files_.List("Mail", "d*.dft"); });
+        step([&] {
+            if (files_.FolderExists("Mail")) names = files_.List("Mail", "d*.dft");
+        });
         std::ranges::stable_sort(names, {}, [](const std::string& name) { return MailFile::NumberOf(name); });
         for (const std::string& name : names) {
             MailDraft draft;

@@ -126,6 +126,10 @@ std::string OutgoingName(std::int32_t number) {
     return named('o', number, ".qrm");
 }
 
+std::string PathOf(std::string_view name) {
+    return std::string(Folder).append(name);
+}
+
 std::int32_t NumberOf(std::string_view name) {
     std::int32_t number = 0;
     if (name.empty()) return 0;

@@ -30,6 +30,8 @@ inline constexpr std::size_t PieceSize = 200;  // characters; a protected blank 
 std::string ReceivingName(std::int32_t number);
 std::string IncomingName(std::int32_t number);
 std::string OutgoingName(std::int32_t number);
+// In the mail folder.
+std::string PathOf(std::string_view name);
 // The number in the name of an `i*` or `o*` file; 0 if it is none.
 std::int32_t NumberOf(std::string_view name);
 

@@ -34,7 +34,7 @@ void MailHeaders::readHead(MailHeader& header, char kind) {
     header.Damaged = true;
     trapped(globError_, "RefreshMailList", [&](Trap& step) {
         std::string start;
-        step([&] { start = files_.ReadStart(std::string(MailFile::Folder) + header.Name, HeadLimit); });
+        step([&] { start = files_.ReadStart(MailFile::PathOf(header.Name), HeadLimit); });
         const bool read = step([&] {
             if (kind == 'i') {
                 MailFile::ReadSummary(start, header.Incoming);
@@ -49,7 +49,8 @@ void MailHeaders::readHead(MailHeader& header, char kind) {
 
 std::vector<const MailHeader*> MailHeaders::Read(char kind) {
     Table& kept = kind == 'i' ? incoming_ : outgoing_;
-    std::vector<Files::Entry> entries = files_.Entries("Mail", std::string(1, kind) + "*.qrm");
+    std::vector<Files::Entry> entries;
+    if (files_.FolderExists("Mail")) entries = files_.Entries("Mail", std::string(1, kind) + "*.qrm");
     Table now;
     now.reserve(entries.size());
     std::vector<const MailHeader*> headers;

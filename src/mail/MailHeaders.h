@@ -32,7 +32,7 @@ class MailHeaders {
     MailHeaders(GlobError& globError, Files& files) : globError_(globError), files_(files) {}
 
     // The mails "i*" or "o*" of the folder, in the order of their numbers. They stand until the next call for
-    // the same kind. Faults if the folder can't be read.
+    // the same kind. Without a folder there are none; faults if it can't be read.
     std::vector<const MailHeader*> Read(char kind);
 
     // The longest head that is read; no mail of the network comes near it.

@@ -259,7 +259,7 @@ void MailPanel::tellOfNew(const Count& count) {
     Notice notice;
     notice.Title = "New message";
     notice.Text = std::move(text);
-    notice.Window = std::string(MailFile::Folder) + count.names.back();
+    notice.Window = MailFile::PathOf(count.names.back());
     gate_.NotifyHost(notice);
 }
 
@@ -308,7 +308,7 @@ void MailPanel::mnuDelMsg_Click() {
         const std::string key = ListView3.SelectedItem->Key();
         if (!sure("Do you really want to erase this message?", "Erase all")) return;
         manager_.CancelMailSend();
-        step([&] { files_.Kill(std::string(MailFile::Folder) + key); });
+        step([&] { files_.Kill(MailFile::PathOf(key)); });
         RefreshMailList();
     });
 }
@@ -322,7 +322,7 @@ void MailPanel::mnuDelAll_Click() {
         std::vector<std::string> names;
         step([&] { names = files_.List("Mail", incoming ? "i*.qrm" : "o*.qrm"); });
         for (const std::string& name : names) {
-            step([&] { files_.Kill(std::string(MailFile::Folder) + name); });
+            step([&] { files_.Kill(MailFile::PathOf(name)); });
         }
         RefreshMailList();
     });

@@ -292,8 +292,7 @@ bool frmSendMail::Generate(const std::string& Nick) {
                                 .ExpireHours = ExpireHours};
         std::string name;
         if (!step([&] { name = MailFile::OutgoingName(services_.Manager.NextSendMailID()); })) return;
-        written = step(
-            [&] { files_.Rewrite(std::string(MailFile::Folder) + name, MailFile::OutgoingFile(letter)); });
+        written = step([&] { files_.Rewrite(MailFile::PathOf(name), MailFile::OutgoingFile(letter)); });
         if (written) services_.Manager.SendMail(name);
     });
     return written;

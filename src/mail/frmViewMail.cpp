@@ -24,7 +24,7 @@ frmViewMail::frmViewMail(const MailSurroundings& around, MailWindows& windows)
 void frmViewMail::DisplayFile(const std::string& FileName) {
     bool shown = false;
     trapped(globError_, "DisplayFile", [&](Trap& step) {
-        path_ = std::string(MailFile::Folder) + FileName;
+        path_ = MailFile::PathOf(FileName);
         std::string content;
         std::optional<MailFile::Opened> mail;
         if (!step([&] { content = files_.ReadWhole(path_); })) return;

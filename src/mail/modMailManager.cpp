@@ -71,7 +71,7 @@ void modMailManager::HandleMailCmd(Text text) {
 void modMailManager::onNotExist(Trap& step, Text) {
     const std::int32_t number = incompletedNumber("LocalMID");
     forgetIncoming(step);
-    step([&] { files_.Discard(std::string(MailFile::Folder) + MailFile::ReceivingName(number)); });
+    step([&] { files_.Discard(MailFile::PathOf(MailFile::ReceivingName(number))); });
     step([&] { session_.TellRobot("MAIL 0 0"); });
 }
 
@@ -179,7 +179,7 @@ void modMailManager::saveNumber(std::string_view key, std::int32_t value) {
 std::int32_t modMailManager::unusedNumber(std::int32_t last, char kind) const {
     std::int32_t number = CLng(static_cast<double>(last) + 1);
     const std::string name = kind == 'i' ? MailFile::IncomingName(number) : MailFile::OutgoingName(number);
-    if (!files_.Exists(std::string(MailFile::Folder) + name)) return number;
+    if (!files_.Exists(MailFile::PathOf(name))) return number;
     for (const std::string& there : files_.List("Mail", std::string(1, kind) + "*.qrm")) {
         number = std::max(number, MailFile::NumberOf(there));
     }
