@@ -34,6 +34,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       to_(around.To) {
     Caption = "Talvora";
     popULRefresh.Caption = "&Refresh";
+    mnuScripts.Caption = "Manage &scripts...";
     popULChat.Caption = "Start Private &Chat";
     Width = DesignWidth;
     Height = DesignHeight;

@@ -41,8 +41,8 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 
 }  // namespace
 
-Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", mainSize), form_(form) {
+Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
+    : FormView(form, site, "Main", mainSize), form_(form), announcement_(announcement) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
@@ -258,6 +258,7 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
     menu.addSeparator();
+    addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });
     QAction* about = menu.addAction(tr("&About..."));
