@@ -50,6 +50,7 @@ struct OneFile final : DiskDriver {
 
     Handle open(const std::string&, Access) override { return 0; }
     Handle openPicked(const std::string&) override { return 0; }
+    Handle createPicked(const std::string&) override { return 0; }
     std::size_t read(Handle, std::int64_t at, char* to, std::size_t count) override {
         return table.copy(to, count, static_cast<std::size_t>(at));
     }

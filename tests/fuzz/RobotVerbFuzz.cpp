@@ -41,6 +41,7 @@ struct StillWorld final : Questions, Desktop, DiskDriver {
     void Open(const std::string&) override {}
     Handle open(const std::string&, Access) override { return 0; }
     Handle openPicked(const std::string&) override { return 0; }
+    Handle createPicked(const std::string&) override { return 0; }
     std::size_t read(Handle, std::int64_t, char*, std::size_t) override { return 0; }
     void write(Handle, std::int64_t, std::string_view) override {}
     std::int64_t size(Handle) override { return 0; }

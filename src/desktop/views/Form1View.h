@@ -6,10 +6,13 @@
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
+class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
 
 namespace talvora {
+
+class MailArea;
 
 class Form1View final : public FormView {
   public:
@@ -27,6 +30,8 @@ class Form1View final : public FormView {
     QWidget* makeWindows();
     QTabWidget* makePeople();
     QWidget* makeChannels();
+    void addMail();
+    QPushButton* makeUnread();
     QWidget* makeFooter();
     void fillStates(QMenu& menu);
     void fillUsers(QMenu& menu);
@@ -34,6 +39,8 @@ class Form1View final : public FormView {
 
     Form1& form_;
     picAnn& announcement_;
+    QTabWidget* tabs_ = nullptr;
+    MailArea* mail_ = nullptr;  // none without mail
 };
 
 }  // namespace talvora

@@ -12,7 +12,8 @@ enum class Pictures {
     Sessions,  // of the connection
     Windows,   // of open chat windows
     Channels,
-    Announcements  // their categories
+    Announcements,  // their categories
+    Mails  // of the list of messages, and of a message's window
 };
 
 QIcon pictureOf(Pictures list, int number);

@@ -7,12 +7,16 @@
 #include "desktop/views/ChannelView.h"
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/EncryptView.h"
+#include "desktop/views/ExpireView.h"
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PrivateView.h"
 #include "desktop/views/ScriptsView.h"
+#include "desktop/views/SelectUserView.h"
+#include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
+#include "desktop/views/ViewMailView.h"
 
 namespace talvora {
 
@@ -34,6 +38,11 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<ScriptsView>(chats.Scripts.Loaded);
     viewEach<AnnouncementsView>(announcements.Viewer.Loaded);
     viewEach<AnnounceView>(announcements.Composer.Loaded);
+    MailDesk& mails = component_.Mails();
+    viewEach<ViewMailView>(mails.Viewers.Loaded);
+    viewEach<SendMailView>(mails.Composers.Loaded);
+    viewEach<ExpireView>(mails.Expire.Loaded);
+    viewEach<SelectUserView>(mails.SelectUser.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
@@ -65,6 +74,8 @@ void Views::openNotice(const HostValue& window) {
         show(*channel);
     } else if (frmPM* chat = chats.Privates.Window(*name)) {
         show(*chat);
+    } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
+        component_.Mails().OpenMail(*name);
     } else if (Form1* main = component_.MainWindow()) {
         main->Show();
         site_.ThePlatform.Screen.SetForegroundWindow(*main);
