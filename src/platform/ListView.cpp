@@ -28,9 +28,8 @@ void become(ListItem& item, const ListRow& row) {
 
 }  // namespace
 
-ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot,
-                   std::uint64_t number)
-    : owner_(owner), slot_(slot), number_(number), key_(std::move(key)), text_(std::move(text)) {}
+ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot)
+    : owner_(owner), slot_(slot), key_(std::move(key)), text_(std::move(text)) {}
 
 const std::string& ListItem::SubItems(std::size_t column) const {
     static const std::string none;
@@ -91,11 +90,45 @@ void ListItem::SetSortText(std::size_t column, std::string text) {
 }
 
 ListItem& ListItems::Add(std::string key, std::string text) {
-    ListItem& row = *slots_.emplace_back(
-        new ListItem(*this, std::move(key), std::move(text), slots_.size(), ++lastNumber_));
+    ListItem& row = *slots_.emplace_back(new ListItem(*this, std::move(key), std::move(text), slots_.size()));
     order_.append();
     RowInserted.raise(Count());
     return row;
+}
+
+ListItem& ListItems::Insert(int index, std::string key, std::string text) {
+    if (index == Count() + 1) return Add(std::move(key), std::move(text));
+    if (index < 1 || index > Count()) outOfBounds();
+    const auto before = static_cast<std::size_t>(index) - 1;
+    std::size_t slot = before == 0 ? 0 : order_.slotOf(before) + 1;
+    if (slots_[slot] != nullptr) {
+        openHoles(before);
+        slot = before;
+    }
+    slots_[slot].reset(new ListItem(*this, std::move(key), std::move(text), slot));
+    order_.fill(slot);
+    RowInserted.raise(index);
+    return *slots_[slot];
+}
+
+// Behind the first `before` rows. So many that this is done for one insertion in as many as there are holes.
+void ListItems::openHoles(std::size_t before) {
+    std::erase(slots_, nullptr);
+    const std::size_t holes = 16 + slots_.size() / 8;
+    std::vector<std::unique_ptr<ListItem>> wide;
+    wide.reserve(slots_.size() + holes);
+    order_.clear();
+    const auto append = [&](std::unique_ptr<ListItem> row) {
+        if (row != nullptr) row->slot_ = wide.size();
+        order_.append();
+        if (row == nullptr) order_.vacate(wide.size());
+        wide.push_back(std::move(row));
+    };
+    for (std::size_t i = 0; i < slots_.size(); ++i) {
+        for (std::size_t n = 0; i == before && n < holes; ++n) append(nullptr);
+        append(std::move(slots_[i]));
+    }
+    slots_ = std::move(wide);
 }
 
 void ListItems::Remove(const ListItem& row) {
