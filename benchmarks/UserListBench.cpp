@@ -25,7 +25,7 @@ struct Bench {
     test::VirtualPlatform around{time, network};
     GlobError globError{around.platform};
     modNickDecode decode{globError, around.files};
-    UserList list{globError, decode};
+    UserList list{around.platform, globError, decode};
 };
 
 // Names as a network has them: every fourth with a state, every tenth with a mark.

@@ -14,6 +14,8 @@ class ChannelWindows {
     virtual ~ChannelWindows() = default;
     virtual void StartChan(const std::string& channel) = 0;
     virtual void RemoveChan(const std::string& channel) = 0;
+    // Nobody is known to be anywhere any more.
+    virtual void ForgetUsers() = 0;
     virtual void NamesChan(const std::string& channel, const NameList& names) = 0;
     virtual void JoinChan(const std::string& channel, const std::string& nick) = 0;
     virtual void PartChan(const std::string& channel, const std::string& nick) = 0;

@@ -19,19 +19,28 @@ ListItem* RowIndex::find(std::string_view name) const {
     return found == rows_.end() ? nullptr : found->second.first;
 }
 
-void RowIndex::enter(std::string_view name, ListItem& row) {
-    Rows& rows = rows_[std::string(name)];
+void RowIndex::enter(ListItem& row) {
+    const auto place = rows_.try_emplace(nameOf_(row.Key())).first;
+    Rows& rows = place->second;
     if (rows.first == nullptr) {
         rows.first = &row;
         return;
     }
     ListItem* other = &row;
-    if (row.Index() < rows.first->Index()) std::swap(rows.first, other);
+    const bool before = row.Index() < rows.first->Index();
+    if (before) std::swap(rows.first, other);
     rows.others.insert(placeOf(rows.others, *other), other);
+    if (before) rename(place);
 }
 
-void RowIndex::leave(std::string_view name, const ListItem& row) {
-    const auto found = rows_.find(name);
+void RowIndex::rename(Map::iterator place) {
+    auto node = rows_.extract(place);
+    node.key() = nameOf_(node.mapped().first->Key());
+    rows_.insert(std::move(node));
+}
+
+void RowIndex::leave(const ListItem& row) {
+    const auto found = rows_.find(nameOf_(row.Key()));
     if (found == rows_.end()) return;
     Rows& rows = found->second;
     if (rows.first != &row) {
@@ -42,6 +51,7 @@ void RowIndex::leave(std::string_view name, const ListItem& row) {
     } else {
         rows.first = rows.others.front();
         rows.others.erase(rows.others.begin());
+        rename(found);
     }
 }
 

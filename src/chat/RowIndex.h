@@ -1,8 +1,8 @@
 #pragma once
 // Finds the rows of a list by a name, without regard to case. Several rows can have one name; the one that
-// stands first in the list is the one that is found.
+// stands first in the list is the one that is found. Names are not copied: each is a part of its row's key,
+// which stays as it is while the row is entered.
 
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -14,11 +14,14 @@ namespace talvora {
 
 class RowIndex {
   public:
+    using NameOf = std::string_view (*)(std::string_view key);
+    explicit RowIndex(NameOf nameOf) : nameOf_(nameOf) {}
+
     // Nothing if no row has the name.
     ListItem* find(std::string_view name) const;
-    void enter(std::string_view name, ListItem& row);
+    void enter(ListItem& row);
     // While the row is still in its list.
-    void leave(std::string_view name, const ListItem& row);
+    void leave(const ListItem& row);
     // Also of a row that is no more; it is compared only as an address.
     bool holds(std::string_view name, const ListItem& row) const;
     void clear() { rows_.clear(); }
@@ -30,7 +33,12 @@ class RowIndex {
         std::vector<ListItem*> others;
     };
 
-    std::unordered_map<std::string, Rows, TextHash, TextEqual> rows_;
+    using Map = std::unordered_map<std::string_view, Rows, TextHash, TextEqual>;
+    // The name in the map is that of the first row.
+    void rename(Map::iterator place);
+
+    NameOf nameOf_;
+    Map rows_;
 };
 
 }  // namespace talvora

@@ -1,5 +1,6 @@
 #include "chat/UserList.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/Text.h"
@@ -12,8 +13,9 @@ constexpr std::string_view statusMarks = "~+@.&";
 
 }  // namespace
 
-UserList::UserList(GlobError& globError, modNickDecode& nickDecode)
-    : globError_(globError), nickDecode_(nickDecode) {
+UserList::UserList(Platform& platform, GlobError& globError, modNickDecode& nickDecode)
+    : globError_(globError), nickDecode_(nickDecode), tmrNames_(platform, 1) {
+    on_ += tmrNames_.Tick.connect([this] { workOff(ATurn); });
     ListView1.SetSmallIcons(StateImages);
     on_ += ListView1.ItemClick.connect([this](const ListItem& row) { ListView1_ItemClick(row); });
     on_ += ListView1.DblClick.connect([this] {
@@ -22,6 +24,71 @@ UserList::UserList(GlobError& globError, modNickDecode& nickDecode)
     on_ += ListView1.MouseUp.connect(
         [this](int button, int shift, int x, int y) { ListView1_MouseUp(button, shift, x, y); });
 }
+
+UserList::~UserList() {
+    give(used_);
+}
+
+bool UserList::take(std::size_t bytes) {
+    if (!nickDecode_.ListMemory.take(bytes)) return false;
+    used_ += bytes;
+    return true;
+}
+
+void UserList::give(std::size_t bytes) {
+    used_ -= bytes;
+    nickDecode_.ListMemory.give(bytes);
+}
+
+// ---- What waits
+
+bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second) {
+    if (waiting_.empty()) return false;
+    Waiting entry;
+    entry.act = act;
+    entry.first = first;
+    entry.second = second;
+    wait(std::move(entry));
+    return true;
+}
+
+void UserList::wait(Waiting entry) {
+    entry.cost = sizeof entry + entry.first.size() + entry.second.size();
+    for (const std::string& name : entry.names) entry.cost += sizeof name + name.size();
+    if (!take(entry.cost)) return;
+    waiting_.push_back(std::move(entry));
+    tmrNames_.Enabled = true;
+}
+
+void UserList::workOff(std::size_t count) {
+    for (; count > 0 && !waiting_.empty(); --count) workOffOne();
+    if (waiting_.empty()) tmrNames_.Enabled = false;
+}
+
+// Out of the queue before it is done: a report in the middle lets other events in.
+void UserList::workOffOne() {
+    Waiting& front = waiting_.front();
+    if (front.done < front.names.size()) {
+        const std::string name = std::move(front.names[front.done++]);
+        const std::string channel = front.first;
+        addNow(name, channel);
+        return;
+    }
+    const Waiting entry = std::move(front);
+    waiting_.pop_front();
+    give(entry.cost);
+    if (entry.act != nullptr) (this->*entry.act)(entry.first, entry.second);
+}
+
+// ---- Rows
+
+namespace {
+
+std::size_t costOf(const ListItem& row) {
+    return UserMemory::RowCost + row.Key().size() + row.Text().size() + row.Tag().size();
+}
+
+}  // namespace
 
 UserList::Shown UserList::shownFor(Text nick) {
     std::string bareNick = nick;
@@ -32,27 +99,34 @@ UserList::Shown UserList::shownFor(Text nick) {
 }
 
 void UserList::enter(ListItem& row) {
-    byKey_.enter(row.Key(), row);
-    byBareNick_.enter(TruncNick(row.Key()), row);
+    byKey_.enter(row);
+    byBareNick_.enter(row);
 }
 
 void UserList::leave(const ListItem& row) {
-    byKey_.leave(row.Key(), row);
-    byBareNick_.leave(TruncNick(row.Key()), row);
+    byKey_.leave(row);
+    byBareNick_.leave(row);
 }
 
 void UserList::remove(const ListItem& row) {
+    give(costOf(row));
     leave(row);
     ListView1.ListItems.Remove(row);
 }
 
 void UserList::clear() {
+    waiting_.clear();
     byKey_.clear();
     byBareNick_.clear();
     ListView1.ListItems.Clear();
+    give(used_);
 }
 
 void UserList::Add(Text Nick, Text Channel) {
+    if (!waits(&UserList::addNow, Nick, Channel)) addNow(Nick, Channel);
+}
+
+void UserList::addNow(Text Nick, Text Channel) {
     trapped(globError_, "Add", [&](Trap& step) {
         const bool marked = !Nick.empty() && statusMarks.find(Nick.front()) != std::string_view::npos;
         const std::string nick = Nick.substr(marked ? 1 : 0);
@@ -60,6 +134,8 @@ void UserList::Add(Text Nick, Text Channel) {
         if (appended(nick, entry)) return;
         Shown shown = shownFor(nick);
         if (appended(nick, entry)) return;  // the user has come meanwhile, behind a report
+        if (entry.size() > UserMemory::LongestTag) return;
+        if (!take(UserMemory::RowCost + nick.size() + shown.text.size() + entry.size())) return;
         ListItem& row = ListView1.ListItems.Add(nick, std::move(shown.text));
         // Before the icon, which may fail: a row without an icon is a user of its channel all the same.
         row.SetTag(entry);
@@ -68,11 +144,14 @@ void UserList::Add(Text Nick, Text Channel) {
     });
 }
 
-// Whether there is a row, which then stands for the channel too.
+// Whether there is a row, which then stands for the channel too. A row that stands for more channels than are
+// noted is not even searched.
 bool UserList::appended(Text nick, Text entry) {
     ListItem* row = byKey_.find(nick);
     if (row == nullptr) return false;
-    if (InStr(row->Tag(), entry, Compare::Text) == 0) row->SetTag(row->Tag() + entry);
+    const std::string& tag = row->Tag();
+    if (tag.size() + entry.size() > UserMemory::LongestTag) return true;
+    if (InStr(tag, entry, Compare::Text) == 0 && take(entry.size())) row->SetTag(tag + entry);
     return true;
 }
 
@@ -87,22 +166,47 @@ void UserList::setIcon(Trap& step, Text key, ListItem& row, int icon) {
 }
 
 void UserList::Remove(Text Nick) {
+    if (!waits(&UserList::removeNow, Nick, {})) removeNow(Nick, {});
+}
+
+void UserList::removeNow(Text Nick, Text) {
     trapped(globError_, "Remove", [&](Trap&) {
         if (const ListItem* row = byKey_.find(Nick)) remove(*row);
     });
 }
 
 void UserList::Part(Text Nick, Text Channel) {
+    if (!waits(&UserList::partNow, Nick, Channel)) partNow(Nick, Channel);
+}
+
+void UserList::partNow(Text Nick, Text Channel) {
     trapped(globError_, "Part", [&](Trap&) {
-        ListItem* row = byKey_.find(Nick);
-        if (row == nullptr) return;
-        std::string tag = Replace(row->Tag(), Channel + "|", "");
-        if (tag.empty()) {
-            remove(*row);
-        } else {
-            row->SetTag(std::move(tag));
-        }
+        if (ListItem* row = byKey_.find(Nick)) cut(*row, Channel);
     });
+}
+
+void UserList::cut(ListItem& row, Text channel) {
+    std::string tag = Replace(row.Tag(), channel + "|", "");
+    if (tag.empty()) {
+        remove(row);
+    } else {
+        give(row.Tag().size() - tag.size());
+        row.SetTag(std::move(tag));
+    }
+}
+
+void UserList::Leave(Text Nick, Text Channel) {
+    if (!waits(&UserList::leaveNow, Nick, Channel)) leaveNow(Nick, Channel);
+}
+
+void UserList::leaveNow(Text Nick, Text Channel) {
+    partNow(Nick, spelledIn(Nick, Channel));
+}
+
+std::string UserList::spelledIn(Text nick, Text channel) const {
+    const ListItem* row = byKey_.find(nick);
+    const std::size_t at = row == nullptr ? 0 : InStr(row->Tag(), channel + "|", Compare::Text);
+    return at == 0 ? channel : row->Tag().substr(at - 1, channel.size());
 }
 
 void UserList::rename(Trap& step, const RowIndex& index, Text oldName, Text newNick, bool& changed) {
@@ -111,21 +215,28 @@ void UserList::rename(Trap& step, const RowIndex& index, Text oldName, Text newN
     Shown shown = shownFor(newNick);
     ListItem* row = index.find(oldName);
     if (row == nullptr) return;  // the user has gone meanwhile, behind a report
+    const std::size_t before = row->Key().size() + row->Text().size();
     leave(*row);
     row->SetKey(key);
     enter(*row);
     changed = true;
     row->SetText(std::move(shown.text));
+    used_ += nickDecode_.ListMemory.exchange(before, row->Key().size() + row->Text().size());
     setIcon(step, key, *row, shown.icon);
 }
 
 void UserList::Rename(Text OldNick, Text NewNick) {
+    if (!waits(&UserList::renameNow, OldNick, NewNick)) renameNow(OldNick, NewNick);
+}
+
+void UserList::renameNow(Text OldNick, Text NewNick) {
     bool changed = false;
     trapped(globError_, "Rename",
             [&, oldNick = OldNick](Trap& step) { rename(step, byKey_, oldNick, NewNick, changed); });
 }
 
 bool UserList::MatchRename(Text OldNick, Text NewNick) {
+    finish();
     bool changed = false;
     trapped(globError_, "MatchRename",
             [&](Trap& step) { rename(step, byBareNick_, TruncNick(OldNick), NewNick, changed); });
@@ -135,14 +246,22 @@ bool UserList::MatchRename(Text OldNick, Text NewNick) {
 void UserList::ListNames(const std::vector<std::string>& Names, Text Channel) {
     trapped(globError_, "ListNames", [&](Trap&) {
         clear();
-        for (const std::string& name : Names) Add(name, Channel);
+        addAll(Names, Channel);
     });
 }
 
 void UserList::MergeNames(const std::vector<std::string>& Names, Text Channel) {
-    trapped(globError_, "MergeNames", [&](Trap&) {
-        for (const std::string& name : Names) Add(name, Channel);
-    });
+    trapped(globError_, "MergeNames", [&](Trap&) { addAll(Names, Channel); });
+}
+
+void UserList::addAll(const std::vector<std::string>& names, Text channel) {
+    const std::size_t now = waiting_.empty() ? std::min(names.size(), AtOnce) : 0;
+    for (std::size_t i = 0; i < now; ++i) Add(names[i], channel);
+    if (now == names.size()) return;
+    Waiting rest;
+    rest.first = channel;
+    rest.names.assign(names.begin() + static_cast<std::ptrdiff_t>(now), names.end());
+    wait(std::move(rest));
 }
 
 void UserList::Clear() {
@@ -150,6 +269,7 @@ void UserList::Clear() {
 }
 
 std::int16_t UserList::GetUser(Text Nick) {
+    finish();
     std::int16_t number = 0;
     trapped(globError_, "GetUser", [&](Trap& step) {
         const ListItem* row = byKey_.find(Nick);

@@ -5,15 +5,21 @@
 //
 // All look-ups are without regard to case, and of rows of the same name the first one counts. They cost the
 // same however long the list is.
+//
+// Very many names that come at once are worked off over several turns of the loop; what happens meanwhile
+// waits behind them, so that the list is in the end what it would be. The lists of a component are bounded
+// together (UserMemory): whom there is no room for is left out.
 
 #include <bitset>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
 #include "chat/RowIndex.h"
 #include "chat/modNickDecode.h"
 #include "platform/ListView.h"
+#include "platform/Timer.h"
 
 namespace talvora {
 
@@ -24,7 +30,14 @@ class UserList {
     // The images of the states that come with the control, counted from 1.
     static constexpr int StateImages = 8;
 
-    UserList(GlobError& globError, modNickDecode& nickDecode);
+    // So many names are entered at once, and so many a turn from then on.
+    static constexpr std::size_t AtOnce = 10'000;
+    static constexpr std::size_t ATurn = 3'000;
+
+    UserList(Platform& platform, GlobError& globError, modNickDecode& nickDecode);
+    UserList(const UserList&) = delete;
+    UserList& operator=(const UserList&) = delete;
+    ~UserList();
 
     // Its rows are changed by the operations below alone. `Tag` holds the row's channels, each followed by
     // "|".
@@ -43,6 +56,8 @@ class UserList {
     // Takes the channel out of the row, as plain text: that of "#a" cuts the end of "##a" too. A row without
     // a channel goes.
     void Part(Text Nick, Text Channel);
+    // The same with the channel as the row spells it: servers do not always spell it in one way.
+    void Leave(Text Nick, Text Channel);
     void Rename(Text OldNick, Text NewNick);
     // The same for a user whose state may have changed meanwhile. True if a row was changed.
     bool MatchRename(Text OldNick, Text NewNick);
@@ -54,10 +69,39 @@ class UserList {
     std::int16_t GetUser(Text Nick);
 
   private:
+    // What waits for its turn.
+    struct Waiting {
+        void (UserList::*act)(Text, Text) = nullptr;  // or names to enter
+        std::string first;
+        std::string second;
+        std::vector<std::string> names;
+        std::size_t done = 0;
+        std::size_t cost = 0;
+    };
     struct Shown {
         std::string text;
         int icon;
     };
+    // Whether the act was put behind what waits.
+    bool waits(void (UserList::*act)(Text, Text), Text first, Text second);
+    void wait(Waiting entry);
+    void workOff(std::size_t count);
+    void workOffOne();
+    void finish() { workOff(static_cast<std::size_t>(-1)); }
+
+    void addNow(Text nick, Text channel);
+    void removeNow(Text nick, Text);
+    void partNow(Text nick, Text channel);
+    void leaveNow(Text nick, Text channel);
+    void renameNow(Text oldNick, Text newNick);
+    void addAll(const std::vector<std::string>& names, Text channel);
+    std::string spelledIn(Text nick, Text channel) const;
+    void cut(ListItem& row, Text channel);
+
+    // Of the memory that all lists share.
+    bool take(std::size_t bytes);
+    void give(std::size_t bytes);
+
     Shown shownFor(Text nick);
     void enter(ListItem& row);
     void leave(const ListItem& row);
@@ -71,8 +115,11 @@ class UserList {
 
     GlobError& globError_;
     modNickDecode& nickDecode_;
-    RowIndex byKey_;
-    RowIndex byBareNick_;
+    RowIndex byKey_{[](std::string_view key) { return key; }};
+    RowIndex byBareNick_{bareNickOf};
+    std::deque<Waiting> waiting_;
+    std::size_t used_ = 0;           // of the shared memory
+    Timer tmrNames_;                 // the next turn of what waits
     std::bitset<256> withoutImage_;  // icons that the image list lacks
     Subscriptions on_;
 };

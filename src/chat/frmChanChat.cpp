@@ -11,7 +11,7 @@ frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
                [this] {
                    return CommandMenu::Target{SelectedNick, SelectedNick + " " + ChannelName};
                }),
-      UserList1(around.Reporter, around.Nicks),
+      UserList1(around.ThePlatform, around.Reporter, around.Nicks),
       Timer1(around.ThePlatform, Ending, 1000),
       manager_(manager) {
     mnuChkshow.Caption = "Show form on incoming messages";

@@ -63,6 +63,10 @@ void modChanWinManager::RemoveChan(const std::string& channel) {
     });
 }
 
+void modChanWinManager::ForgetUsers() {
+    table_.ForEach([](frmChanChat& window) { window.UserList1.Clear(); });
+}
+
 void modChanWinManager::NamesChan(const std::string& channel, const NameList& names) {
     if (frmChanChat* window = Window(channel)) window->NamesRespond(names);
 }

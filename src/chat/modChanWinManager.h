@@ -23,6 +23,7 @@ class modChanWinManager final : public ChannelWindows, public WindowManager<frmC
                         const std::string& command) override;
     void StartChan(const std::string& channel) override;
     void RemoveChan(const std::string& channel) override;
+    void ForgetUsers() override;
     void NamesChan(const std::string& channel, const NameList& names) override;
     void JoinChan(const std::string& channel, const std::string& nick) override;
     void PartChan(const std::string& channel, const std::string& nick) override;

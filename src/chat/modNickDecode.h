@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "chat/StateTable.h"
+#include "chat/UserMemory.h"
 #include "common/Trap.h"
 
 namespace talvora {
@@ -15,8 +16,11 @@ namespace talvora {
 class Files;
 
 // The bare nick: the text in front of the first "[". That of `[afk]` is empty, and an ordinary nick.
+inline std::string_view bareNickOf(std::string_view nick) {
+    return nick.substr(0, nick.find('['));
+}
 inline std::string TruncNick(std::string_view nick) {
-    return std::string(nick.substr(0, nick.find('[')));
+    return std::string(bareNickOf(nick));
 }
 
 class modNickDecode {
@@ -31,6 +35,8 @@ class modNickDecode {
     // Leaves the bare nick in `Nick`. Where the state's line lacks a field or its icon is no byte, `Desc` and
     // `Icon` are as far as they could be read; that is told of once a line.
     void GetNickDesc(std::string& Nick, std::string& Desc, std::uint8_t& Icon);
+
+    UserMemory ListMemory;
 
   private:
     GlobError& globError_;

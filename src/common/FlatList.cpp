@@ -19,7 +19,13 @@ bool HoldsEntry(std::string_view list, std::string_view entry, char separator) {
 }
 
 void RemoveEntry(std::string& list, std::string_view entry, char separator) {
-    list = Replace(list, withSeparator(entry, separator), "");
+    list = Replace(list, withSeparator(entry, separator), "", Compare::Text);
+}
+
+void RespellEntry(std::string& list, std::string_view entry, char separator) {
+    const std::string between(1, separator);
+    const std::size_t at = InStr(between + list, between + withSeparator(entry, separator), Compare::Text);
+    if (at != 0) list.replace(at - 1, entry.size(), entry);
 }
 
 std::vector<std::string> Entries(std::string_view list, char separator) {

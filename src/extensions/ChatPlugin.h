@@ -30,8 +30,8 @@ class ChatPlugin {
     virtual ~ChatPlugin() = default;
 
     // A line from the window or from another plug-in, in code page 1253. What `Data` holds afterwards is what
-    // the next plug-in and the window see. If this throws, they see the line as it came, and nothing of a line
-    // that the user typed.
+    // the next plug-in and the window see. If this throws, they see the line as it came, and nothing of a
+    // line that the user typed.
     virtual void Broadcast(std::string& Data) = 0;
 
     // The place in the window's slot, in twips, 1440 to the inch. Set Height in the constructor, 0 to 32767;

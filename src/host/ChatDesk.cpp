@@ -78,6 +78,13 @@ void ChatDesk::loadEmotions() {
     if (!Emotions.IsLoaded()) Emotions.DoWithout();
 }
 
+// A fault here is one of the start and is told under its name, but Abort leaves the emoticons alone behind,
+// and not the log-on.
+void ChatDesk::loadEmotions() {
+    trapped(globError_, "Main", [&](Trap& step) { step([&] { Emotions.LoadEmotions(); }); });
+    if (!Emotions.IsLoaded()) Emotions.DoWithout();
+}
+
 void ChatDesk::JoinTo(Handovers& to) {
     to.Channels = Channels;
     to.Privates = Privates;

@@ -14,6 +14,9 @@
 namespace talvora::MailFile {
 
 inline constexpr std::string_view Folder = "Mail\\";
+inline std::string PathOf(const std::string& name) {
+    return std::string(Folder) + name;
+}
 inline constexpr std::string_view Magic = "QRX Brindle Talvora Mail v1.0";
 inline constexpr std::string_view ReadMark = "Readed: yes";
 inline constexpr std::string_view EndLine = "-- EOF --";

@@ -98,6 +98,41 @@ ListItem& ListItems::Add(std::string key, std::string text) {
     return row;
 }
 
+ListItem& ListItems::Insert(int index, std::string key, std::string text) {
+    if (index == Count() + 1) return Add(std::move(key), std::move(text));
+    if (index < 1 || index > Count()) outOfBounds();
+    const auto before = static_cast<std::size_t>(index) - 1;
+    std::size_t slot = before == 0 ? 0 : order_.slotOf(before) + 1;
+    if (slots_[slot] != nullptr) {
+        openHoles(before);
+        slot = before;
+    }
+    slots_[slot].reset(new ListItem(*this, std::move(key), std::move(text), slot));
+    order_.fill(slot);
+    RowInserted.raise(index);
+    return *slots_[slot];
+}
+
+// Behind the first `before` rows. So many that this is done for one insertion in as many as there are holes.
+void ListItems::openHoles(std::size_t before) {
+    std::erase(slots_, nullptr);
+    const std::size_t holes = 16 + slots_.size() / 8;
+    std::vector<std::unique_ptr<ListItem>> wide;
+    wide.reserve(slots_.size() + holes);
+    order_.clear();
+    const auto append = [&](std::unique_ptr<ListItem> row) {
+        if (row != nullptr) row->slot_ = wide.size();
+        order_.append();
+        if (row == nullptr) order_.vacate(wide.size());
+        wide.push_back(std::move(row));
+    };
+    for (std::size_t i = 0; i < slots_.size(); ++i) {
+        for (std::size_t n = 0; i == before && n < holes; ++n) append(nullptr);
+        append(std::move(slots_[i]));
+    }
+    slots_ = std::move(wide);
+}
+
 void ListItems::Remove(const ListItem& row) {
     if (row.slot_ >= slots_.size() || slots_[row.slot_].get() != &row) outOfBounds();
     const int index = row.Index();

@@ -88,6 +88,8 @@ struct ListRow {
 class ListItems {
   public:
     ListItem& Add(std::string key, std::string text);
+    // In front of the row that stands at `index`, which may be one behind the last; faults with 35600 beyond.
+    ListItem& Insert(int index, std::string key, std::string text);
     // Faults with 35600 if the row is not in the list.
     void Remove(const ListItem& row);
     void Clear();
@@ -105,6 +107,7 @@ class ListItems {
     friend class ListItem;
     friend class ListView;
     void closeHoles();
+    void openHoles(std::size_t before);
 
     std::vector<std::unique_ptr<ListItem>> slots_;  // in order, with holes where rows went
     RankTree order_;

@@ -26,6 +26,11 @@ void RankTree::vacate(std::size_t slot) {
     --taken_;
 }
 
+void RankTree::fill(std::size_t slot) {
+    for (std::size_t entry = slot + 1; entry <= sums_.size(); entry += lowestBit(entry)) ++sums_[entry - 1];
+    ++taken_;
+}
+
 void RankTree::clear() {
     sums_.clear();
     taken_ = 0;

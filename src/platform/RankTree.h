@@ -15,6 +15,8 @@ class RankTree {
     void append();
     // Leaves a hole; the slot has to be a taken one.
     void vacate(std::size_t slot);
+    // Takes a hole again.
+    void fill(std::size_t slot);
     void clear();
 
     std::size_t taken() const { return taken_; }

@@ -10,7 +10,7 @@ namespace talvora {
 namespace {
 
 constexpr int longestMs = 5000;
-constexpr qsizetype most = 64;
+constexpr qsizetype mostLingering = 64;
 
 // A socket that is closed while the peer's bytes are unread resets the connection, and a reset may overtake
 // what was sent. So a plain one only ends its own direction and throws away what still comes.
@@ -28,7 +28,7 @@ SocketLinger::~SocketLinger() {
 }
 
 void SocketLinger::take(std::unique_ptr<QTcpSocket> given) {
-    while (keeper_.children().size() >= most) delete keeper_.children().front();
+    while (keeper_.children().size() >= mostLingering) delete keeper_.children().front();
     given->setParent(&keeper_);
     QTcpSocket* socket = given.release();
     QObject::connect(socket, &QTcpSocket::errorOccurred, socket, &QObject::deleteLater);

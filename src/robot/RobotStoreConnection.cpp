@@ -95,7 +95,7 @@ void RobotStoreConnection::checkFile() {
     keepPrivate(std::filesystem::path(settings_.Database).parent_path().string());
     struct stat foundLog {};
     const bool hasLog = ::stat(log.c_str(), &foundLog) == 0 && foundLog.st_size > 0;
-    if (hasLog && (found.st_size == 0 || isLogDamaged(log))) fail("it is damaged");
+    if (hasLog && (found.st_size == 0 || isLogDamaged(log, settings_.Database))) fail("it is damaged");
 }
 
 void RobotStoreConnection::tighten(const std::string& file) const {

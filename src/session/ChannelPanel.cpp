@@ -1,6 +1,6 @@
 #include "session/ChannelPanel.h"
 
-#include <unordered_map>
+#include <algorithm>
 
 #include "common/FlatList.h"
 
@@ -13,12 +13,29 @@ constexpr char FieldSeparator = '\5';
 constexpr int OpenChannelIcon = 6;
 constexpr int KeyedChannelIcon = 7;
 constexpr int JoinErrorIcon = 1;
-constexpr int RedrawDelay = 40;  // milliseconds
 // A server cannot make the flat lists of channels longer than this.
 constexpr std::size_t MaxListText = 1 << 16;
+// Nor its list of all channels, of which each is kept.
+constexpr std::size_t MaxListed = 1 << 16;
+constexpr std::size_t MaxListedText = 8 << 20;
 
-void appendEntry(std::string& list, const std::string& entry) {
-    if (list.size() + entry.size() < MaxListText) (list += entry) += ListSeparator;
+// Whether there was room.
+bool appendEntry(std::string& list, const std::string& entry) {
+    if (list.size() + entry.size() >= MaxListText) return false;
+    (list += entry) += ListSeparator;
+    return true;
+}
+
+// As many lines as there is room for.
+StringArray bounded(const StringArray& lines) {
+    std::size_t bytes = 0;
+    const auto fits = [&](const std::string& line) { return (bytes += line.size()) <= MaxListedText; };
+    const auto end = lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), MaxListed));
+    return {lines.begin(), std::find_if_not(lines.begin(), end, fits)};
+}
+
+std::vector<std::string> fieldsOf(const std::string& line) {
+    return Split(line, std::string_view(&FieldSeparator, 1), 3);
 }
 
 }  // namespace
@@ -28,7 +45,6 @@ ChannelPanel::ChannelPanel(Platform& platform, Event<>& end, GlobError& globErro
                            SessionPanel& session, UserList& userList1, const Handovers& to)
     : tmrRefreshUsers(platform, end, 5000),
       tmrDisplayKeyChans(platform, end, 5000),
-      tmrRedraw(platform, end, RedrawDelay),
       platform_(platform),
       globError_(globError),
       settings_(settings),
@@ -53,6 +69,7 @@ ChannelPanel::ChannelPanel(Platform& platform, Event<>& end, GlobError& globErro
     on_ +=
         IRCServ1.ChannelKeyRequired.connect([this](Text channel) { IRCServ1_ChannelKeyRequired(channel); });
     on_ += IRCServ1.ChannelListReply.connect([this](IRCServ::List list) { IRCServ1_ChannelListReply(list); });
+    on_ += IRCServ1.SocketDisconnect.connect([this] { IRCServ1_SocketDisconnect(); });
     on_ += ListView2.ItemCheck.connect([this](ListItem& row) { ListView2_ItemCheck(row); });
     on_ += ListView2.DblClick.connect([this] { ListView2_DblClick(); });
     // The two menus are crossed, and that is how they are to stand.
@@ -65,8 +82,6 @@ ChannelPanel::ChannelPanel(Platform& platform, Event<>& end, GlobError& globErro
                 [&](Trap& step) { step([&] { IRCServ1.SendIRC("LIST"); }); });
     });
     on_ += tmrDisplayKeyChans.Tick.connect([this] { tmrDisplayKeyChans_Timer(); });
-    on_ +=
-        tmrRedraw.Tick.connect([this] { trapped(globError_, "tmrRedraw_Timer", [&](Trap&) { redraw(); }); });
     on_ += tmrRefreshUsers.Tick.connect([this] {
         CreateChannelList(CheckedChans);
         tmrRefreshUsers.Enabled = false;
@@ -90,7 +105,8 @@ void ChannelPanel::CreateChannelList(std::string list) {
 }
 
 void ChannelPanel::leaveOrAskNames(Trap& step, const std::string& list) {
-    for (const std::string& old : Entries(JoinedChans, ListSeparator)) {
+    for (const std::string& joined : Entries(JoinedChans, ListSeparator)) {
+        const std::string old = OneLine(joined);
         if (HoldsEntry(list, old, ListSeparator)) {
             IRCServ1.SendIRC("NAMES " + old);
         } else {
@@ -102,8 +118,9 @@ void ChannelPanel::leaveOrAskNames(Trap& step, const std::string& list) {
 
 // Channels that stay are joined again; the server's 927 brings them back.
 void ChannelPanel::joinAll(Trap& step, const std::string& list) {
-    for (const std::string& channel : Entries(list, ListSeparator)) {
-        const std::string key = step.value(std::string(), [&] { return keyOf(channel); });
+    for (const std::string& named : Entries(list, ListSeparator)) {
+        const std::string channel = OneLine(named);
+        const std::string key = step.value(std::string(), [&] { return OneLine(keyOf(channel)); });
         IRCServ1.SendIRC(key.empty() ? "JOIN " + channel : "JOIN " + channel + " " + key);
     }
 }
@@ -114,12 +131,14 @@ void ChannelPanel::IRCServ1_YouJoinChannel(const std::string& channel) {
             step([&] { session_.SysOK(0); });
             return;
         }
-        if (!HoldsEntry(JoinedChans, channel, ListSeparator)) appendEntry(JoinedChans, channel);
+        RespellEntry(JoinedChans, channel, ListSeparator);
+        const bool held = HoldsEntry(JoinedChans, channel, ListSeparator);
+        const bool kept = held || appendEntry(JoinedChans, channel);
         // However it was joined: the two crossed menus, which apply the list, part nothing that nobody
         // unticked.
         if (!HoldsEntry(CheckedChans, channel, ListSeparator) && !unticked_.contains(channel))
             appendEntry(CheckedChans, channel);
-        tmrRedraw.Enabled = true;
+        if (kept) showJoined(channel);
     });
 }
 
@@ -129,7 +148,7 @@ void ChannelPanel::IRCServ1_YouPartChannel(const std::string& channel) {
         step([&] { to_.Channels->RemoveChan(channel); });
         RemoveEntry(JoinedChans, channel, ListSeparator);
         RemoveEntry(CheckedChans, channel, ListSeparator);
-        tmrRedraw.Enabled = true;
+        showParted(channel);
     });
 }
 
@@ -187,37 +206,106 @@ void ChannelPanel::tmrDisplayKeyChans_Timer() {
 
 void ChannelPanel::IRCServ1_ChannelListReply(const StringArray& channels) {
     trapped(globError_, "IRCServ1_ChannelListReply", [&](Trap&) {
-        ChanCache = channels;
+        ChanCache = bounded(channels);
         redraw();
     });
 }
 
-ListItem& ChannelPanel::addRow(const std::string& channel, bool joined) {
-    ListItem& row = ListView2.ListItems.Add("", channel);
-    row.SetSmallIcon(keyOf(channel).empty() ? OpenChannelIcon : KeyedChannelIcon);
+// What a server has listed is no use without it.
+void ChannelPanel::IRCServ1_SocketDisconnect() {
+    trapped(globError_, "IRCServ1_SocketDisconnect", [&](Trap&) {
+        if (ChanCache.empty()) return;
+        ChanCache = {};
+        redraw();
+    });
+}
+
+ListItem& ChannelPanel::addRow(int index, const std::string& channel, bool joined) {
+    const int icon = keyOf(channel).empty() ? OpenChannelIcon : KeyedChannelIcon;
+    ListItem& row = ListView2.ListItems.Insert(index, "", channel);
+    row.SetSmallIcon(icon);
     // What the user has ticked and not yet applied stays.
     row.SetChecked(tmrRefreshUsers.Enabled ? HoldsEntry(CheckedChans, channel, ListSeparator) : joined);
     return row;
 }
 
 void ChannelPanel::redraw() {
-    tmrRedraw.Enabled = false;
     ListView2.ListItems.Clear();
-    std::unordered_map<std::string, ListItem*> rows;
-    for (const std::string& channel : Entries(JoinedChans, ListSeparator)) {
-        rows.emplace(UCase(channel), &addRow(channel, true));
+    known_.clear();
+    joinedRows_ = 0;
+    for (const std::string& channel : Entries(JoinedChans, ListSeparator)) showJoined(channel);
+    for (std::size_t i = 0; i < ChanCache.size() && !ChanCache[i].empty(); ++i)
+        showListed(static_cast<int>(i));
+}
+
+void ChannelPanel::showListed(int number) {
+    const auto fields = fieldsOf(ChanCache[static_cast<std::size_t>(number)]);
+    if (EqualText(fields[0], account_.gSysChannel)) return;
+    auto found = known_.find(fields[0]);
+    if (found == known_.end()) {
+        ListItem& row = addRow(ListView2.ListItems.Count() + 1, fields[0], false);
+        row.SetTag(CStr(number));
+        found = known_.emplace(fields[0], Known{&row, number}).first;
     }
-    const std::string system = UCase(account_.gSysChannel);
-    for (const std::string& line : ChanCache) {
-        if (line.empty()) break;
-        const auto fields = Split(line, std::string_view(&FieldSeparator, 1), 3);
-        const std::string name = UCase(fields[0]);
-        if (name == system) continue;
-        ListItem*& row = rows[name];
-        if (row == nullptr) row = &addRow(fields[0], false);
-        row->SetSubItem(1, fields.size() > 1 ? fields[1] : "");
-        row->SetSubItem(2, fields.size() > 2 ? fields[2] : "");
+    Known& known = found->second;
+    if (known.listed < 0) known.listed = number;
+    known.row->SetSubItem(1, fields.size() > 1 ? fields[1] : "");
+    known.row->SetSubItem(2, fields.size() > 2 ? fields[2] : "");
+}
+
+// A channel that is joined or left moves its one row, so that it costs the same behind a long list.
+void ChannelPanel::showJoined(const std::string& channel) {
+    const auto found = known_.find(channel);
+    ListItem* const before = found == known_.end() ? nullptr : found->second.row;
+    if (before != nullptr && before->Index() <= joinedRows_) {
+        before->SetText(channel);
+        if (!tmrRefreshUsers.Enabled) before->SetChecked(true);
+        return;
     }
+    ListItem& row = addRow(joinedRows_ + 1, channel, true);
+    ++joinedRows_;
+    known_[channel].row = &row;
+    if (before != nullptr) replace(*before, row);
+}
+
+void ChannelPanel::showParted(const std::string& channel) {
+    const auto found = known_.find(channel);
+    if (found == known_.end() || found->second.row->Index() > joinedRows_) return;
+    Known& known = found->second;
+    ListItem& before = *known.row;
+    if (known.listed < 0) {
+        --joinedRows_;
+        ListView2.ListItems.Remove(before);
+        known_.erase(found);
+        return;
+    }
+    const std::string name = fieldsOf(ChanCache[static_cast<std::size_t>(known.listed)])[0];
+    known.row = &addRow(placeOfListed(known.listed), name, false);
+    --joinedRows_;
+    known.row->SetTag(CStr(known.listed));
+    replace(before, *known.row);
+}
+
+// The row of a channel by its row at another place.
+void ChannelPanel::replace(ListItem& row, ListItem& by) {
+    for (const std::size_t column : {1U, 2U}) by.SetSubItem(column, row.SubItems(column));
+    if (ListView2.SelectedItem == &row) ListView2.userSelects(by);
+    ListView2.ListItems.Remove(row);
+}
+
+// The row in front of which a channel of the server's list belongs, behind the joined ones.
+int ChannelPanel::placeOfListed(int number) const {
+    int first = joinedRows_ + 1;
+    int last = ListView2.ListItems.Count() + 1;
+    while (first < last) {
+        const int middle = first + (last - first) / 2;
+        if (CLng(ListView2.ListItems(middle).Tag()) < number) {
+            first = middle + 1;
+        } else {
+            last = middle;
+        }
+    }
+    return first;
 }
 
 std::string ChannelPanel::keyOf(std::string_view channel) const {
@@ -257,8 +345,8 @@ void ChannelPanel::ListView2_DblClick() {
         const std::string channel = ListView2.SelectedItem->Text();
         step([&] { to_.Channels->StartChan(channel); });
         unticked_.erase(channel);
-        IRCServ1.SendIRC("JOIN " + channel);
-        IRCServ1.SendIRC("NAMS " + channel);
+        IRCServ1.SendIRC(OneLine("JOIN " + channel));
+        IRCServ1.SendIRC(OneLine("NAMS " + channel));
     });
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "chat/UserList.h"
@@ -35,9 +36,6 @@ class ChannelPanel {
     Menu popChanList;  // asks the server for its channels
     Timer tmrRefreshUsers;
     Timer tmrDisplayKeyChans;
-    // Draws the list anew after channels were joined or left. However many there are, it is done at most once
-    // in a while.
-    Timer tmrRedraw;
 
     // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
     void CreateChannelList(std::string list);
@@ -61,7 +59,13 @@ class ChannelPanel {
     void leaveOrAskNames(Trap& step, const std::string& list);
     void joinAll(Trap& step, const std::string& list);
     void redraw();
-    ListItem& addRow(const std::string& channel, bool joined);
+    void showListed(int number);
+    void showJoined(const std::string& channel);
+    void showParted(const std::string& channel);
+    void IRCServ1_SocketDisconnect();
+    ListItem& addRow(int index, const std::string& channel, bool joined);
+    void replace(ListItem& row, ListItem& by);
+    int placeOfListed(int number) const;
     void refuse(const std::string& channel, const char* why);
     bool isSystemKey(const std::string& channel) const;
     std::string keyOf(std::string_view channel) const;
@@ -75,8 +79,15 @@ class ChannelPanel {
     UserList& UserList1;
     const Handovers& to_;
     std::string JoinedChans;
-    StringArray ChanCache;  // the last list of the server, for redrawing
-    std::string KeyChans;   // refused a join for want of a key
+    StringArray ChanCache;  // the last list of the server, as far as there is room for it
+    // The rows: those of JoinedChans first, then those of ChanCache in its order.
+    struct Known {
+        ListItem* row = nullptr;
+        int listed = -1;  // where it stands in ChanCache
+    };
+    std::unordered_map<std::string, Known, TextHash, TextEqual> known_;
+    int joinedRows_ = 0;
+    std::string KeyChans;  // refused a join for want of a key
     // What the user wants to be in: what he is in, and the ticks that wait for tmrRefreshUsers.
     std::string CheckedChans;
     std::unordered_set<std::string, TextHash, TextEqual> unticked_;  // by hand, and not yet applied

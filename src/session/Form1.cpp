@@ -13,8 +13,8 @@ constexpr int DesignHeight = 9000;
 }  // namespace
 
 Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
-    : UserList1(around.Reporter, around.Nicks),
-      UserList3(around.Reporter, around.Nicks),
+    : UserList1(around.ThePlatform, around.Reporter, around.Nicks),
+      UserList3(around.ThePlatform, around.Reporter, around.Nicks),
       IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
       State(IRCServ1, around.Nicks),
       Out(IRCServ1),

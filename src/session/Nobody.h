@@ -19,6 +19,7 @@ class Nobody final : public ChannelWindows,
     using Text = const std::string&;
     void StartChan(Text) override {}
     void RemoveChan(Text) override {}
+    void ForgetUsers() override {}
     void NamesChan(Text, const NameList&) override {}
     void JoinChan(Text, Text) override {}
     void PartChan(Text, Text) override {}

@@ -23,6 +23,7 @@ UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, HostGate& gate, Us
     on_ += IRCServ1.WHORespond.connect([this](const StringArray& list) { IRCServ1_WHORespond(list); });
     on_ += IRCServ1.WhoisReply.connect(
         [this](const StringArray& results, Text nick) { IRCServ1_WhoisReply(results, nick); });
+    on_ += IRCServ1.SocketDisconnect.connect([this] { IRCServ1_SocketDisconnect(); });
     on_ += IRCServ1.MOTDReceived.connect([this](Text text) { IRCServ1_MOTDReceived(text); });
 }
 
@@ -45,7 +46,7 @@ void UsersPanel::IRCServ1_UserJoinChannel(Text channel, Text nick) {
 void UsersPanel::IRCServ1_UserPartChannel(Text channel, Text nick) {
     trapped(globError_, "IRCServ1_UserPartChannel", [&](Trap& step) {
         step([&] { to_.Channels->PartChan(channel, nick); });
-        step([&] { UserList1.Part(nick, channel); });
+        step([&] { UserList1.Leave(nick, channel); });
         step([&] { gate_.Broadcast(HostMsg::UserParted, ArrayOf(channel, nick)); });
     });
 }
@@ -65,6 +66,13 @@ void UsersPanel::IRCServ1_UserChangeNick(Text oldNick, Text newNick) {
         step([&] { to_.Privates->RenamePM(oldNick, newNick); });
         step([&] { to_.Channels->RenameChan(oldNick, newNick); });
         step([&] { gate_.Broadcast(HostMsg::UserRenamed, ArrayOf(oldNick, newNick)); });
+    });
+}
+
+void UsersPanel::IRCServ1_SocketDisconnect() {
+    trapped(globError_, "IRCServ1_SocketDisconnect", [&](Trap& step) {
+        step([&] { UserList1.Clear(); });
+        step([&] { to_.Channels->ForgetUsers(); });
     });
 }
 

@@ -29,6 +29,7 @@ class UsersPanel {
 
   private:
     using Text = const std::string&;
+    void IRCServ1_SocketDisconnect();
     void IRCServ1_NamesReceived(Text channel, const StringArray& names);
     void IRCServ1_UserJoinChannel(Text channel, Text nick);
     void IRCServ1_UserPartChannel(Text channel, Text nick);

@@ -82,7 +82,7 @@ struct UserListTest : testing::Test {
     VirtualPlatform around{time, network};
     GlobError globError{around.platform};
     modNickDecode decode{globError, around.files};
-    UserList list{globError, decode};
+    UserList list{around.platform, globError, decode};
 };
 
 TEST_F(UserListTest, KeepsARowAUser) {
@@ -145,6 +145,55 @@ TEST_F(UserListTest, WorksBeyondTheRowsThatItCanNumber) {
     list.Add("N32768", "#b");
     list.Remove("n1");
     EXPECT_EQ(list.GetUser("n32768"), 32767);
+}
+
+TEST_F(UserListTest, WorksOffVeryManyNamesInTurnsWithWhatComesMeanwhileBehindThem) {
+    Rows names;
+    for (int n = 0; n < 25'000; ++n) names.push_back("n" + std::to_string(n));
+    const ListItems& items = list.ListView1.ListItems;
+    const auto meanwhile = [&] {
+        for (const Act& a : {Act{'x', "n20000", ""}, Act{'-', "n20001", "#A"}, Act{'r', "n24000", "z[dnd]"},
+                             Act{'+', "n24001", "#b"}, Act{'+', "late", "#b"}})
+            act(a);
+        list.Leave("n20002", "#A");  // whatever its spelling
+    };
+    list.ListNames(names, "#a");
+    meanwhile();
+    EXPECT_EQ(items.Count(), static_cast<int>(UserList::AtOnce));
+    time.run(std::chrono::milliseconds(1));
+    EXPECT_EQ(items.Count(), static_cast<int>(UserList::AtOnce + UserList::ATurn));
+    time.run(std::chrono::milliseconds(10));
+    ASSERT_EQ(items.Count(), 25'000 - 2 + 1);
+    EXPECT_EQ(items(20'001).Key(), "n20001");
+    EXPECT_EQ(items(23'999).Text(), "Z (Do not disturb)");
+    EXPECT_EQ(items(24'000).Tag(), "#a|#b|");
+    EXPECT_EQ(items(24'999).Key(), "late");
+    // Who must have an answer has it at once; a list that is cleared is empty, and stays so.
+    list.ListNames(names, "#a");
+    EXPECT_EQ(list.GetUser("n24999"), 25'000);
+    list.ListNames(names, "#a");
+    list.Clear();
+    time.run(std::chrono::milliseconds(50));
+    EXPECT_EQ(items.Count(), 0);
+}
+
+TEST_F(UserListTest, IsBoundedWhateverAServerSays) {
+    for (int n = 0; n < 5'000; ++n) list.Add("x", "#channel" + std::to_string(n));
+    EXPECT_LE(list.ListView1.ListItems(1).Tag().size(), UserMemory::LongestTag);
+    const std::string letters(40'000, 'x');
+    for (int n = 0; n < 1'500; ++n) list.Add(letters + std::to_string(n), "#a");
+    const int rows = list.ListView1.ListItems.Count();
+    EXPECT_TRUE(rows > 1'000 && rows < 1'300) << rows;
+    {
+        UserList other{around.platform, globError, decode};
+        other.Add(letters, "#a");
+        EXPECT_EQ(other.ListView1.ListItems.Count(), 0) << "all lists have one bound together";
+        list.Clear();
+        other.Add(letters, "#a");
+        EXPECT_EQ(other.ListView1.ListItems.Count(), 1);
+        other.Rename(letters, "y");
+    }
+    EXPECT_EQ(decode.ListMemory.used(), 0U);
 }
 
 TEST_F(UserListTest, DoesWhatAPlainListDoesWhateverComes) {

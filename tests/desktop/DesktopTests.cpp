@@ -4,9 +4,12 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFile>
 #include <QImage>
 #include <QMimeData>
 #include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include "desktop/PictureCache.h"
 #include "desktop/QtDesktop.h"

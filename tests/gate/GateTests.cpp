@@ -216,7 +216,8 @@ TEST_F(GateTest, ConnectionsHaveABoundAndThoseThatSayNothingGiveTheirPlacesToOth
     clients[1] = std::make_unique<Client>(path);
     EXPECT_TRUE(runUntil([&] { return !clients[2]->connected(); }) && clients[0]->connected());
     const auto answered = [](Client& one) {
-        return !one.connected() || (!one.lines.empty() && Value(one.lines.back(), HasSubstr(std::string(GateEmptyLine))));
+        return !one.connected() ||
+               (!one.lines.empty() && Value(one.lines.back(), HasSubstr(std::string(GateEmptyLine))));
     };
     second.says("\n");
     for (auto& client : clients) client->says("\n");

@@ -31,7 +31,8 @@ void ChannelView::fillMenu(QMenu& menu, Menu& model) {
         addEntry(menu, *check, true);
     }
     menu.addSeparator();
-    for (Menu* entry : {&window_.mnuScripts, &window_.mnuPart, &window_.mnuClose, &window_.mnuHide}) addEntry(menu, *entry);
+    for (Menu* entry : {&window_.mnuScripts, &window_.mnuPart, &window_.mnuClose, &window_.mnuHide})
+        addEntry(menu, *entry);
 }
 
 }  // namespace talvora
