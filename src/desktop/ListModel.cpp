@@ -108,7 +108,7 @@ QString ListModel::nameOf(const ListItem& row) const {
 
 bool ListModel::before(const ListItem& one, const QString& other, const ListItem& otherRow) const {
     const QString& own = names_.at(&one);
-    if (own == other) return one.Number() < otherRow.Number();
+    if (own == other) return one.StandsBefore(otherRow);
     const bool falls = list_.Sorted && list_.SortOrder == SortOrder::Descending;
     return falls ? other < own : own < other;
 }

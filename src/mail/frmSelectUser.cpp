@@ -7,7 +7,7 @@ namespace talvora {
 
 frmSelectUser::frmSelectUser(Platform& platform, GlobError& globError, modNickDecode& nicks,
                              const MailPeople& people)
-    : UserList1(globError, nicks),
+    : UserList1(platform, globError, nicks),
       Timer1(platform, Ending, 1),
       platform_(platform),
       globError_(globError),

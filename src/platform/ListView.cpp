@@ -28,9 +28,8 @@ void become(ListItem& item, const ListRow& row) {
 
 }  // namespace
 
-ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot,
-                   std::uint64_t number)
-    : owner_(owner), slot_(slot), number_(number), key_(std::move(key)), text_(std::move(text)) {}
+ListItem::ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot)
+    : owner_(owner), slot_(slot), key_(std::move(key)), text_(std::move(text)) {}
 
 const std::string& ListItem::SubItems(std::size_t column) const {
     static const std::string none;
@@ -91,8 +90,7 @@ void ListItem::SetSortText(std::size_t column, std::string text) {
 }
 
 ListItem& ListItems::Add(std::string key, std::string text) {
-    ListItem& row = *slots_.emplace_back(
-        new ListItem(*this, std::move(key), std::move(text), slots_.size(), ++lastNumber_));
+    ListItem& row = *slots_.emplace_back(new ListItem(*this, std::move(key), std::move(text), slots_.size()));
     order_.append();
     RowInserted.raise(Count());
     return row;

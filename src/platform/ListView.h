@@ -35,8 +35,8 @@ class ListItem {
     std::size_t Columns() const { return subItems_.size(); }
     // Which row of the list this is, counted from 1.
     int Index() const;
-    // Greater than that of every row that stands in front of it.
-    std::uint64_t Number() const { return number_; }
+    // Whether this row stands in front of another one of its list.
+    bool StandsBefore(const ListItem& other) const { return slot_ < other.slot_; }
 
     // Neither is shown.
     void SetKey(std::string key) { key_ = std::move(key); }
@@ -55,12 +55,11 @@ class ListItem {
   private:
     friend class ListItems;
     friend class ListView;
-    ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot, std::uint64_t number);
+    ListItem(ListItems& owner, std::string key, std::string text, std::size_t slot);
     void changed();
 
     ListItems& owner_;
     std::size_t slot_;
-    std::uint64_t number_;
     std::string key_;
     std::string text_;
     std::string tag_;
@@ -112,7 +111,6 @@ class ListItems {
     std::vector<std::unique_ptr<ListItem>> slots_;  // in order, with holes where rows went
     RankTree order_;
     int images_ = std::numeric_limits<int>::max();
-    std::uint64_t lastNumber_ = 0;
 };
 
 enum class SortOrder { Ascending, Descending };

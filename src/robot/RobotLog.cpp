@@ -6,7 +6,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t LongestLine = 500;
+constexpr std::size_t LongestLogLine = 500;
 
 // Those of 0x80 to 0x9F that the code page leaves free come out as control characters, which steer a
 // terminal, too.
@@ -20,7 +20,7 @@ bool isUnprintable(char c) {
 std::string LogLine(std::string_view text) {
     constexpr const char* digits = "0123456789ABCDEF";
     std::string line;
-    for (const char c : text.substr(0, LongestLine)) {
+    for (const char c : text.substr(0, LongestLogLine)) {
         if (!isUnprintable(c)) {
             line += c;
             continue;
