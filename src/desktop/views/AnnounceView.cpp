@@ -9,7 +9,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "announce/Announcement.h"
+#include "announce/StoredAnnouncement.h"
 #include "desktop/Binding.h"
 #include "desktop/Theme.h"
 #include "desktop/views/Pictures.h"
