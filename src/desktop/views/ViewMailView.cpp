@@ -119,7 +119,7 @@ void ViewMailView::print() {
     auto* dialog = new QPrintDialog(printer, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QObject::destroyed, dialog, [printer] { delete printer; });
-    connect(dialog, &QPrintDialog::accepted, this, [this, printer] {
+    connect(dialog, &QDialog::accepted, this, [this, printer] {
         printDocument(form_.RichTextBox1.Document(),
                       oneLine(form_.Text2.Text.get() + "\n" + form_.Caption.get(), 4 * longestJob), *printer);
     });
