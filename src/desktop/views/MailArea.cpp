@@ -166,7 +166,7 @@ void MailArea::widths() {
     const auto set = [&](int column, int letters) { head.resizeSection(column, letters * letter + 12); };
     set(MailColumn::Mark, 5);
     set(MailColumn::Person, 13);
-    set(MailColumn::Last, outgoing ? 26 : 7);
+    set(MailColumn::Last, outgoing ? 34 : 7);
     set(MailColumn::Size, 8);
     set(MailColumn::Received, outgoing ? 9 : 20);
     set(MailColumn::Sent, outgoing ? 6 : 20);

@@ -190,7 +190,10 @@ void takeMails(DesktopWorld& desktop, Photographer& photographer) {
     desktop.settle();
     photographer.take(desktop.viewOf(mails.Expire.Get()), "expire");
     mails.Expire.Get()->Unload();
-    desktop.says(":srv 353 Maria = #thessaloniki :@Maria Nikos[DND] Anna Eleni");
+    for (const char* nick : {"Anna", "Nikos[DND]", "Eleni", "Giorgos[LUNCH]"}) {
+        desktop.client.server.says(":srv 352 Maria * u h srv " + std::string(nick) + " H :0 UL:Home");
+    }
+    desktop.says(":srv 315 Maria * :End of WHO");
     mails.SelectUser.Load().Display(*composer);
     QApplication::processEvents();
     photographer.take(desktop.viewOf(mails.SelectUser.Get()), "select-user");
