@@ -164,7 +164,7 @@ void MailArea::widths() {
     const int letter = list_->fontMetrics().averageCharWidth();
     QHeaderView& head = *list_->header();
     const auto set = [&](int column, int letters) { head.resizeSection(column, letters * letter + 12); };
-    set(MailColumn::Mark, 5);
+    set(MailColumn::Mark, 4);
     set(MailColumn::Person, 13);
     set(MailColumn::Last, outgoing ? 34 : 7);
     set(MailColumn::Size, 8);
@@ -173,12 +173,13 @@ void MailArea::widths() {
     fitSubject();
 }
 
-// The subject has what the others leave, so that in a narrow window the dates go out of sight first.
+// The subject has what the others leave; in a narrow window, what those in front of the dates leave.
 void MailArea::fitSubject() {
     QHeaderView& head = *list_->header();
+    const int room = list_->viewport()->width() - head.length() + head.sectionSize(MailColumn::Subject);
+    const int dates = head.sectionSize(MailColumn::Received) + head.sectionSize(MailColumn::Sent);
     head.resizeSection(MailColumn::Subject,
-                       std::max(narrowestSubject, list_->viewport()->width() - head.length() +
-                                                      head.sectionSize(MailColumn::Subject)));
+                       room >= narrowestSubject ? room : std::max(narrowestSubject, room + dates));
 }
 
 bool MailArea::eventFilter(QObject* watched, QEvent* event) {
@@ -198,7 +199,7 @@ void MailArea::connectKeys() {
     key(QKeySequence(Qt::CTRL | Qt::Key_R), this, [this] { panel_.mnuReply.Click.raise(); });
     key(QKeySequence(QKeySequence::Find), this, [this] { filter_->setFocus(); });
     key(QKeySequence(Qt::Key_Escape), filter_, [this] { list_->setFocus(); });
-    auto* write = new QShortcut(QKeySequence(QKeySequence::New), this);
+    auto* write = new QShortcut(QKeySequence(QKeySequence::New), window());
     connect(write, &QShortcut::activated, this, [this] { panel_.mnuNew.Click.raise(); });
 }
 

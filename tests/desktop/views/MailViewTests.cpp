@@ -33,6 +33,11 @@ class MailViewsTest : public WindowsTest {
         settle();
     }
     void robot(const std::string& text) { says(":OrreryServ!o@h PRIVMSG Maria :\001MAIL " + text + "\001"); }
+    void toList() {
+        main->activateWindow();
+        messages->setFocus();
+        settle();
+    }
     std::string told() {
         std::string all;
         for (const std::string& line : client.server.heard()) all += line + "\n";
@@ -105,8 +110,7 @@ TEST_F(MailViewsTest, WrittenSentReceivedReadAnsweredAndErasedByKeyboard) {
     EXPECT_THAT(column(0), ElementsAre("!")) << "urgent by more than colour";
     EXPECT_TRUE(messages->model()->index(0, 0).data(Qt::FontRole).value<QFont>().bold());
 
-    main->activateWindow();
-    messages->setFocus();
+    toList();
     key(messages, Qt::Key_Down);
     key(messages, Qt::Key_Return);
     ASSERT_EQ(mails.Viewers.Forms().size(), 1u);
@@ -129,8 +133,7 @@ TEST_F(MailViewsTest, WrittenSentReceivedReadAnsweredAndErasedByKeyboard) {
     settle();
 
     client.around.questions.willAnswer(Answer::Yes);
-    main->activateWindow();
-    messages->setFocus();
+    toList();
     key(messages, Qt::Key_Delete);
     EXPECT_THAT(column(4), IsEmpty());
     EXPECT_FALSE(client.around.disk.content("Mail/i1.qrm"));
