@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "announce/Announcement.h"
+#include "announce/StoredAnnouncement.h"
 #include "platform/Text.h"
 
 namespace talvora {

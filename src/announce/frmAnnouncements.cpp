@@ -97,7 +97,7 @@ ListRow frmAnnouncements::rowOf(int number, const std::string& line) {
     row.Key = line;
     row.Tag = CStr(number);
     try {
-        readParts(row, Announcement::Read(line));
+        readParts(row, StoredAnnouncement::Read(line));
     } catch (const RuntimeError& fault) {
         if (!fault_) fault_ = fault;
         if (row.SubItems.empty()) {
@@ -109,7 +109,7 @@ ListRow frmAnnouncements::rowOf(int number, const std::string& line) {
 }
 
 // Shows what can be read before it reads what may fault.
-void frmAnnouncements::readParts(ListRow& row, const Announcement& told) {
+void frmAnnouncements::readParts(ListRow& row, const StoredAnnouncement& told) {
     row.Text = told.Poster;
     row.SubItems = {told.Date, "(Unknown)", told.ShownText(), "unknown"};
     row.ToolTipText = told.Date;
@@ -129,7 +129,7 @@ void frmAnnouncements::readParts(ListRow& row, const Announcement& told) {
 }
 
 // Among equal ages the last of the list.
-void frmAnnouncements::noteLatest(const Announcement& told, std::int64_t age) {
+void frmAnnouncements::noteLatest(const StoredAnnouncement& told, std::int64_t age) {
     if (latest_.Age && age > *latest_.Age) return;
     latest_ = {age, told.Poster + " at " + told.Date + " posted:", told.ShownText()};
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "announce/Announcement.h"
+#include "announce/StoredAnnouncement.h"
 #include "announce/modAnnounceManager.h"
 #include "announce/picAnn.h"
 #include "platform/Form.h"
@@ -56,8 +56,8 @@ class frmAnnouncements final : public Form {
 
     // The row of a line. What can't be read is said in plain words, and its fault kept for one report.
     ListRow rowOf(int number, const std::string& line);
-    void readParts(ListRow& row, const Announcement& told);
-    void noteLatest(const Announcement& told, std::int64_t age);
+    void readParts(ListRow& row, const StoredAnnouncement& told);
+    void noteLatest(const StoredAnnouncement& told, std::int64_t age);
     void add(int number, const std::string& line);
     void reportFault(Trap& step);
     void showLatest();

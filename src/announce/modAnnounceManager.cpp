@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "announce/Announcement.h"
+#include "announce/StoredAnnouncement.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -15,7 +15,7 @@ constexpr std::int32_t NoticePicture = 4;  // of the image list of states
 
 bool isExpired(const std::string& line, const DateTime& now) {
     try {
-        const Announcement told = Announcement::Read(line);
+        const StoredAnnouncement told = StoredAnnouncement::Read(line);
         return told.Remaining(told.Age(now)) < 0;
     } catch (const RuntimeError&) {
         return false;  // nobody knows until when it holds
@@ -87,10 +87,10 @@ bool modAnnounceManager::WriteAnnouncement(const std::string& Line) {
     trapped(globError_, "WriteAnnouncement", [&](Trap& step) {
         kept = step([&] { append(Line); });
         if (!kept || settings_.Get(Section::Settings, "ReceiveAnn", "T") == "F") return;
-        const auto fields = Split(Line, " ", Announcement::Fields);
-        if (fields.size() < Announcement::Fields && !ReportsUnreadable()) return;
+        const auto fields = Split(Line, " ", StoredAnnouncement::Fields);
+        if (fields.size() < StoredAnnouncement::Fields && !ReportsUnreadable()) return;
         const bool silent = step.test([&] { return isSilent(fields); });
-        if (!silent) step([&] { tellHost(elementOf(fields, Announcement::Fields - 1)); });
+        if (!silent) step([&] { tellHost(elementOf(fields, StoredAnnouncement::Fields - 1)); });
     });
     return kept;
 }

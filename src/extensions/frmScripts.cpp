@@ -1,6 +1,7 @@
 #include "extensions/frmScripts.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -57,7 +58,9 @@ void frmScripts::Form_Load() {
 
 ScriptEntry* frmScripts::chosen() {
     const int index = List1.ListIndex;
-    return index >= 0 ? &tab().Good[static_cast<std::size_t>(index)] : nullptr;
+    auto& entries = tab().Good;
+    return index >= 0 && std::cmp_less(index, entries.size()) ? &entries[static_cast<std::size_t>(index)]
+                                                              : nullptr;
 }
 
 void frmScripts::showTab() {

@@ -56,12 +56,19 @@ std::string withoutHourMark(std::string subject) {
     return subject;
 }
 
+// Where the next line end or NUL stands; the size if there is none.
+std::size_t breakFrom(std::string_view text, std::size_t at) {
+    const auto isBreak = [](char c) { return c == '\r' || c == '\n' || c == '\0'; };
+    const auto begin = text.begin() + static_cast<std::ptrdiff_t>(at);
+    return static_cast<std::size_t>(std::find_if(begin, text.end(), isBreak) - text.begin());
+}
+
 // Line ends become marks, so that the text is one line; NUL has no way over the network.
 std::string marked(std::string_view text, bool isRTF) {
     std::string line(isRTF ? RTFMark : "");
     line.reserve(line.size() + text.size() + text.size() / 16);
     while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of(std::string_view("\r\n\0", 3)), text.size());
+        const std::size_t end = breakFrom(text, 0);
         line.append(text.substr(0, end));
         text.remove_prefix(end);
         if (text.empty()) break;
@@ -211,7 +218,7 @@ std::string OutgoingFile(const Letter& letter) {
 
 std::size_t PieceCount(std::string_view text, bool isRTF) {
     std::size_t length = text.size() + (isRTF ? RTFMark.size() : 0);
-    for (std::size_t at = 0; (at = text.find_first_of(std::string_view("\r\n\0", 3), at)) != text.npos;) {
+    for (std::size_t at = 0; (at = breakFrom(text, at)) != text.size();) {
         const std::size_t taken = text.substr(at).starts_with("\r\n") ? 2 : 1;
         length += (text[at] == '\0' ? 0 : LineEndMark.size()) - taken;
         at += taken;

@@ -126,6 +126,7 @@ class WindowsTest : public testing::Test, public ChatSession {
     modNickDecode nicks{globError, virtuals.files};
     PluginFactories factories;
     modPluginManager plugins{virtuals.files, globError};
+    modCommands commands{virtuals.platform, globError, {}};
     ChatColors colours;
     SingleForm<frmEmoticons> picker{
         virtuals.platform,
@@ -136,8 +137,8 @@ class WindowsTest : public testing::Test, public ChatSession {
     Texts sent;
     Texts shownAtSend;  // in the first private window
     int refreshes = 0;
-    ChatSurroundings around{virtuals.platform, globError, settings, gate,  emotions, nicks,
-                            factories,         plugins,   colours,  *this, picker};
+    ChatSurroundings around{virtuals.platform, globError, settings, gate,    emotions, nicks,
+                            factories,         plugins,   commands, colours, *this,    picker};
     modChanWinManager channels{around};
     modWinManager privates{around};
 };

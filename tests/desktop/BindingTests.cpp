@@ -152,7 +152,7 @@ TEST_F(BindingTest, AListSortsByAHeadingAndKeepsItsPlaceOverARefresh) {
     list.ColumnHeaders = {"From", "Subject"};
     const auto mail = [](int i) {
         const std::string number = std::to_string(1000 + i);
-        return ListRow{"key" + number, number, {std::to_string(i % 2)}, 0, {}, i == 3, "tip"};
+        return ListRow{"key" + number, number, {std::to_string(i % 2)}, 0, {}, i == 3, "tip", {}};
     };
     std::vector<ListRow> rows;
     for (int i = 0; i < 100; ++i) rows.push_back(mail(i));

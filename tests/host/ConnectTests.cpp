@@ -88,24 +88,6 @@ TEST(Connect, DamagedListsCostTheirContentAndAReportButNotTheLogOn) {
     }
 }
 
-TEST(Connect, DamagedListsCostTheirContentAndAReportButNotTheLogOn) {
-    for (const char* list : {"System/emoticons.dat", "System/perflix.lst", "System/plugin.lst"}) {
-        World world;
-        Client& maria = world.client("Maria");
-        maria.around.disk.remove(list);
-        maria.around.questions.answerFaults(Answer::Abort);
-        maria.host.send(HostMsg::Start);
-        world.time.settle();
-        EXPECT_TRUE(maria.server.connected()) << list;
-        const std::size_t reports = maria.around.questions.asked.size();
-        EXPECT_LE(reports, 2U);
-        maria.server.says(":Nikos!n@h PRIVMSG Maria :hello");
-        maria.server.says(":Nikos!n@h PRIVMSG Maria :hello again");
-        world.time.run(2s);
-        EXPECT_EQ(maria.around.questions.asked.size(), reports) << list;
-    }
-}
-
 TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {
     World world;
     Client& maria = world.loggedIn("Maria");

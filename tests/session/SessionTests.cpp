@@ -57,7 +57,10 @@ TEST(Session, TheRefreshAsksEachMinuteAndProbesTheRobot) {
     EXPECT_FALSE(session.imgMailOK.Visible);
     EXPECT_TRUE(session.imgMailErr.Visible);
     world.time.run(60s);
-    EXPECT_THAT(maria.server.heard(), ElementsAre("WHO", "LUSERS", "PRIVMSG OrreryServ :. . ."));
+    EXPECT_THAT(maria.server.heard(), ElementsAre("WHO", "LUSERS", "PRIVMSG OrreryServ :. . .",
+                                                  "PRIVMSG OrreryServ :\x01MAIL 0 0\x01",
+                                                  "PRIVMSG OrreryServ :\x01"
+                                                  "ANN HAS 0\x01"));
     EXPECT_TRUE(session.imgMailOK.Visible);
     says(world, maria, ":srv 266 Maria :Current global users: 12  Max: 30");
     EXPECT_EQ(session.Label20.Caption.get(), "Global users: 12");

@@ -1,4 +1,4 @@
-#include "announce/Announcement.h"
+#include "announce/StoredAnnouncement.h"
 
 #include <vector>
 
@@ -17,29 +17,29 @@ std::string counted(std::int64_t number, const char* unit) {
 
 }  // namespace
 
-Announcement Announcement::Read(std::string_view line) {
+StoredAnnouncement StoredAnnouncement::Read(std::string_view line) {
     std::vector<std::string_view> fields;
     splitInto(fields, line, " ", Fields);
     const auto field = [&](std::size_t index) { return std::string(elementOf(fields, index)); };
-    Announcement read{field(0), field(1), field(2), field(3), field(4), field(5)};
+    StoredAnnouncement read{field(0), field(1), field(2), field(3), field(4), field(5)};
     read.Date = Replace(read.Date, "_", " ");
     return read;
 }
 
-std::int64_t Announcement::Age(const DateTime& now) const {
+std::int64_t StoredAnnouncement::Age(const DateTime& now) const {
     return DateDiffHours(CDate(Date), now);
 }
 
-std::int64_t Announcement::Remaining(std::int64_t age) const {
+std::int64_t StoredAnnouncement::Remaining(std::int64_t age) const {
     return CLng(Val(Lifetime)) - age;
 }
 
-int Announcement::TheCategory() const {
+int StoredAnnouncement::TheCategory() const {
     const std::int32_t number = CLng(Val(Kind));
     return number >= 0 && number < Category::Count ? number : -1;
 }
 
-std::string Announcement::ShownText() const {
+std::string StoredAnnouncement::ShownText() const {
     return Replace(Text, AnnouncementLineEnd, "\r\n");
 }
 

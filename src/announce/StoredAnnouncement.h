@@ -38,11 +38,11 @@ inline constexpr std::array<const char*, Count> Names = {
 // Stands for a line end in an announcement's text.
 inline constexpr std::string_view AnnouncementLineEnd = "[#n]";
 
-struct Announcement {
+struct StoredAnnouncement {
     static constexpr int Fields = 6;
 
     // Fault 9 if there are fewer than six fields.
-    static Announcement Read(std::string_view line);
+    static StoredAnnouncement Read(std::string_view line);
 
     std::string Number;
     std::string Poster;
