@@ -35,6 +35,7 @@ frmViewMail::frmViewMail(const MailSurroundings& around, MailWindows& windows)
       windows_(windows) {
     pic[ReplyButton].Caption = "Reply";
     pic[EraseButton].Caption = "Erase";
+    Label3.FontBold = true;
     Text1.Locked = true;
     Text2.Locked = true;
     for (const int index : {ReplyButton, EraseButton}) {

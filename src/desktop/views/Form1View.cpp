@@ -25,7 +25,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize mainSize{320, 600};
+constexpr QSize mainSize{380, 640};
 constexpr int windowColumn = 175;  // pixels
 constexpr int channelColumn = 130;
 constexpr int windowsHeight = 190;
@@ -213,6 +213,8 @@ QWidget* Form1View::makeWindows() {
 QTabWidget* Form1View::makePeople() {
     auto* tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideRight);
     tabs->addTab(makeChannels(), theme::icon(QStringLiteral("channel")), tr("Channels"));
     ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
     users->setEmptyText(tr("Nobody is in your channels."));

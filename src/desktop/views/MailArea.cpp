@@ -27,10 +27,12 @@ namespace talvora {
 namespace {
 
 // The columns as the list has them; on the screen what tells most stands first.
-enum Column { Mark, Person, Received, Sent, Subject, Size, Last };
+namespace MailColumn {
+enum { Mark, Person, Received, Sent, Subject, Size, Last };
 constexpr int fromLeft[] = {Mark, Person, Subject, Last, Size, Received, Sent};
-constexpr int narrowest = 108;  // pixels of the subject
-constexpr int progressWidth = 72;
+}  // namespace MailColumn
+constexpr int narrowestSubject = 108;  // pixels of the subject
+constexpr int mailProgressWidth = 72;
 
 void letShrinkInArea(QLabel& label) {
     label.setMinimumWidth(1);
@@ -120,13 +122,14 @@ QBoxLayout* MailArea::makeTools() {
 
 void MailArea::makeList() {
     ListModel::Look look;
-    for (int i = 0; i <= Last; ++i) look.Columns += QString();
+    for (int i = 0; i <= MailColumn::Last; ++i) look.Columns += QString();
     look.Icon = picturesOf(Pictures::Mails);
     look.ClickableHeads = true;
     list_ = new ListTree(panel_.ListView3, look, tr("Messages"), pages_);
     QHeaderView& head = *list_->header();
     head.setStretchLastSection(false);
-    for (int place = 0; place <= Last; ++place) head.moveSection(head.visualIndex(fromLeft[place]), place);
+    for (int place = 0; place <= MailColumn::Last; ++place)
+        head.moveSection(head.visualIndex(MailColumn::fromLeft[place]), place);
     follow(on_, panel_.lblEmpty.Caption,
            [list = list_](const std::string& text) { list->setEmptyText(toQString(text)); });
     // Whoever waits in the other tab is told by words, and of a time nothing is known.
@@ -146,7 +149,7 @@ QBoxLayout* MailArea::makeStatus() {
     row->addWidget(doing, 1);
     auto* bar = new QProgressBar(this);
     bar->setAccessibleName(tr("How far the message is"));
-    bar->setFixedSize(progressWidth, theme::medium);
+    bar->setFixedSize(mailProgressWidth, theme::medium);
     bar->setTextVisible(false);
     attach(on_, status.Picture2, *bar);
     attachVisible(on_, status.Image8.Visible, *bar);
@@ -161,20 +164,22 @@ void MailArea::widths() {
     const int letter = list_->fontMetrics().averageCharWidth();
     QHeaderView& head = *list_->header();
     const auto set = [&](int column, int letters) { head.resizeSection(column, letters * letter + 12); };
-    set(Mark, 5);
-    set(Person, 13);
-    set(Last, outgoing ? 26 : 7);
-    set(Size, 8);
-    set(Received, outgoing ? 9 : 20);
-    set(Sent, outgoing ? 6 : 20);
+    set(MailColumn::Mark, 4);
+    set(MailColumn::Person, 13);
+    set(MailColumn::Last, outgoing ? 34 : 7);
+    set(MailColumn::Size, 8);
+    set(MailColumn::Received, outgoing ? 9 : 20);
+    set(MailColumn::Sent, outgoing ? 6 : 20);
     fitSubject();
 }
 
-// The subject has what the others leave, so that in a narrow window the dates go out of sight first.
+// The subject has what the others leave; in a narrow window, what those in front of the dates leave.
 void MailArea::fitSubject() {
     QHeaderView& head = *list_->header();
-    head.resizeSection(
-        Subject, std::max(narrowest, list_->viewport()->width() - head.length() + head.sectionSize(Subject)));
+    const int room = list_->viewport()->width() - head.length() + head.sectionSize(MailColumn::Subject);
+    const int dates = head.sectionSize(MailColumn::Received) + head.sectionSize(MailColumn::Sent);
+    head.resizeSection(MailColumn::Subject,
+                       room >= narrowestSubject ? room : std::max(narrowestSubject, room + dates));
 }
 
 bool MailArea::eventFilter(QObject* watched, QEvent* event) {
@@ -194,7 +199,7 @@ void MailArea::connectKeys() {
     key(QKeySequence(Qt::CTRL | Qt::Key_R), this, [this] { panel_.mnuReply.Click.raise(); });
     key(QKeySequence(QKeySequence::Find), this, [this] { filter_->setFocus(); });
     key(QKeySequence(Qt::Key_Escape), filter_, [this] { list_->setFocus(); });
-    auto* write = new QShortcut(QKeySequence(QKeySequence::New), this);
+    auto* write = new QShortcut(QKeySequence(QKeySequence::New), window());
     connect(write, &QShortcut::activated, this, [this] { panel_.mnuNew.Click.raise(); });
 }
 

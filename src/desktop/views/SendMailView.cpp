@@ -75,7 +75,8 @@ SendMailView::SendMailView(frmSendMail& form, const ViewSite& site)
     rows->addLayout(makeHead());
     rows->addWidget(text, 1);
     rows->addLayout(makeFoot());
-    setTabOrder({to_, subject_, text});
+    setTabOrder(to_, subject_);
+    setTabOrder(subject_, text);
     on_ += form_.Shown.connect([this, text] {
         QWidget* first = to_->text().isEmpty() ? to_ : subject_->text().isEmpty() ? subject_ : nullptr;
         (first != nullptr ? first : text)->setFocus();

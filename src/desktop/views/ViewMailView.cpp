@@ -26,8 +26,9 @@ constexpr QSize mailSize{560, 440};
 constexpr std::size_t longestJob = 80;  // letters of a title
 
 // What stands in the head is read, marked and copied, and looks like text.
-QLineEdit* headLine(QWidget* parent) {
+QLineEdit* headLine(Subscriptions& on, TextBox& model, QWidget* parent) {
     auto* line = new QLineEdit(parent);
+    attach(on, model, *line);
     line->setFrame(false);
     line->setCursor(Qt::IBeamCursor);
     QPalette palette = line->palette();
@@ -83,17 +84,15 @@ QBoxLayout* ViewMailView::makeButtons() {
 QBoxLayout* ViewMailView::makeHead() {
     auto* head = new QVBoxLayout;
     head->setSpacing(0);
-    QLineEdit* subject = headLine(this);
+    QLineEdit* subject = headLine(on_, form_.Text2, this);
     subject->setFont(theme::titleFont());
     subject->setAccessibleName(tr("Subject"));
-    attach(on_, form_.Text2, *subject);
     head->addWidget(subject);
 
     auto* row = new QHBoxLayout;
     row->setSpacing(theme::small);
-    QLineEdit* sender = headLine(this);
+    QLineEdit* sender = headLine(on_, form_.Text1, this);
     sender->setAccessibleName(tr("From"));
-    attach(on_, form_.Text1, *sender);
     auto* from = new QLabel(tr("From"), this);
     from->setIndent(theme::small);
     from->setForegroundRole(QPalette::PlaceholderText);
@@ -103,9 +102,6 @@ QBoxLayout* ViewMailView::makeHead() {
     attach(on_, form_.Image1, *mark, [](int) { return theme::icon(QStringLiteral("urgent")); });
     row->addWidget(mark);
     auto* urgent = new QLabel(this);
-    QFont bold = urgent->font();
-    bold.setBold(true);
-    urgent->setFont(bold);
     attach(on_, form_.Label3, *urgent);
     row->addWidget(urgent);
     head->addLayout(row);
@@ -119,7 +115,7 @@ void ViewMailView::print() {
     auto* dialog = new QPrintDialog(printer, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QObject::destroyed, dialog, [printer] { delete printer; });
-    connect(dialog, &QPrintDialog::accepted, this, [this, printer] {
+    connect(dialog, &QDialog::accepted, this, [this, printer] {
         printDocument(form_.RichTextBox1.Document(),
                       oneLine(form_.Text2.Text.get() + "\n" + form_.Caption.get(), 4 * longestJob), *printer);
     });

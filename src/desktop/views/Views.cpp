@@ -76,6 +76,7 @@ void Views::openNotice(const HostValue& window) {
         show(*chat);
     } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
         component_.Mails().OpenMail(*name);
+        component_.Mails().Panel.RefreshMailList();  // it is read now
     } else if (Form1* main = component_.MainWindow()) {
         main->Show();
         site_.ThePlatform.Screen.SetForegroundWindow(*main);
