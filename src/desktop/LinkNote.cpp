@@ -1,9 +1,12 @@
 #include "desktop/LinkNote.h"
 
+#include <QEvent>
 #include <QTextCursor>
+#include <algorithm>
 
 #include "chat/Links.h"
 #include "desktop/QtText.h"
+#include "desktop/Theme.h"
 #include "platform/Text.h"
 
 namespace talvora {
@@ -30,6 +33,7 @@ LinkNote::LinkNote(QWidget* parent) : QTextBrowser(parent) {
 }
 
 void LinkNote::setNote(const std::string& text) {
+    text_ = text;
     links_.clear();
     clear();
     QTextCursor at(document());
@@ -44,13 +48,19 @@ void LinkNote::setNote(const std::string& text) {
     moveCursor(QTextCursor::Start);
 }
 
+// The colour of links is the desktop's.
+void LinkNote::changeEvent(QEvent* event) {
+    QTextBrowser::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) setNote(std::string(text_));
+}
+
 void LinkNote::addWord(QTextCursor& at, const std::string& word) {
     QTextCharFormat format;
     const std::string link = LinkIn(word, {0, word.size()});
     if (!link.empty()) {
         format.setAnchor(true);
         format.setAnchorHref(QString::number(links_.size()));
-        format.setForeground(palette().link());
+        format.setForeground(theme::newsColor(palette()));
         format.setFontUnderline(true);
         links_.push_back(link);
     }

@@ -23,10 +23,12 @@ class LinkNote final : public QTextBrowser {
   protected:
     // Nothing that a text names is ever fetched.
     QVariant loadResource(int, const QUrl&) override { return {}; }
+    void changeEvent(QEvent* event) override;
 
   private:
     void addWord(QTextCursor& at, const std::string& word);
 
+    std::string text_;
     std::vector<std::string> links_;
 };
 

@@ -23,7 +23,7 @@ namespace talvora {
 namespace {
 
 constexpr QSize announcementsSize{680, 480};
-constexpr int announcementsHeight = 260;
+constexpr int announcementsHeight = 290;
 constexpr std::array<int, 5> announcementColumns = {130, 150, 90, 200, 70};
 
 }  // namespace
@@ -43,7 +43,7 @@ AnnouncementsView::AnnouncementsView(frmAnnouncements& form, const ViewSite& sit
     parts->addWidget(makeText());
     parts->setChildrenCollapsible(false);
     parts->setStretchFactor(0, 1);
-    parts->setSizes({announcementsHeight, height() - announcementsHeight});
+    parts->setSizes({announcementsHeight, announcementsSize.height() - announcementsHeight});
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
     rows->setSpacing(theme::medium);

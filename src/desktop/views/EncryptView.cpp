@@ -45,15 +45,14 @@ QBoxLayout* EncryptView::makeKey() {
     caption->setBuddy(key);
     auto* show = new QToolButton(this);
     show->setAutoRaise(true);
+    show->setFont(theme::smallFont());
     follow(on_, plugin_.ShowKey.Caption, [show](const std::string& text) { show->setText(toQString(text)); });
     connect(show, &QToolButton::clicked, this, [this] { plugin_.ShowKey.Click.raise(); });
     follow(on_, plugin_.KeyShown,
            [key](bool shown) { key->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password); });
-    auto* top = new QHBoxLayout;
-    top->addWidget(caption, 1);
-    top->addWidget(show);
-    rows->addLayout(top);
+    rows->addWidget(caption);
     rows->addWidget(key);
+    rows->addWidget(show, 0, Qt::AlignRight);
     return rows;
 }
 

@@ -255,6 +255,15 @@ void takeAnnouncements(DesktopWorld& desktop, Photographer& photographer) {
     announcements.Viewer.Get()->Filter.Text = "nothing like this";
     desktop.settle();
     photographer.take(desktop.viewOf(announcements.Viewer.Get()), "announcements-none");
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    auto* tabs = main->findChild<QTabWidget*>();
+    const int before = tabs->currentIndex();
+    tabs->setCurrentIndex(tabs->count() - 1);
+    desktop.client.component->Mails().Panel.MailBtn.userClicks(MailPanel::Announcements);
+    desktop.settle();
+    photographer.take(main, "main-announcements");
+    desktop.client.component->Mails().Panel.MailBtn.userClicks(MailPanel::Incoming);
+    tabs->setCurrentIndex(before);
 }
 
 void takeScripts(DesktopWorld& desktop, Photographer& photographer) {
