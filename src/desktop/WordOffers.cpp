@@ -41,6 +41,8 @@ void WordOffers::edited() {
     at.setWidth(completer_.popup()->sizeHintForColumn(0) +
                 completer_.popup()->verticalScrollBar()->sizeHint().width());
     completer_.complete(at);
+    // The toolkit has walked to the first.
+    completer_.popup()->setCurrentIndex({});
 }
 
 bool WordOffers::wants(const QKeyEvent& event) const {

@@ -63,15 +63,15 @@ TEST_F(SecretViews, AKeyIsTypedAndWhileItIsUsedTheTitleSaysSo) {
     const auto icon = [&] { return window->windowIcon().pixmap(16).toImage(); };
     const QImage open = icon();
     button(window, "Enable Encryption")->click();
-    EXPECT_EQ(window->windowTitle(), "Encrypted: Private chat with Nikos");
+    EXPECT_EQ(window->windowTitle(), "Encrypted: Chat - Nikos");
     EXPECT_NE(icon(), open);
     EXPECT_FALSE(key->isEnabled());
     client.server.heard();
     type(window, "at nine");
     press(window, Qt::Key_Return);
-    EXPECT_THAT(client.server.heard(), ElementsAre(HasSubstr("PRIVMSG Nikos :$PM ^")));
+    EXPECT_THAT(client.server.heard(), ElementsAre(HasSubstr("PRIVMSG Nikos :\001PM ^")));
     button(window, "Disable Encryption")->click();
-    EXPECT_EQ(window->windowTitle(), "Private chat with Nikos");
+    EXPECT_EQ(window->windowTitle(), "Chat - Nikos");
     EXPECT_EQ(icon(), open);
 }
 
