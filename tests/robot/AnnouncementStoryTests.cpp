@@ -126,8 +126,8 @@ TEST_F(AnnouncementStory, EachCategoryHasItsPictureItsLimitAndItsSilence) {
     posts(nikos, Category::Owner, "1", "Not mine");
     for (int i = 0; i < 2; ++i) posts(maria, Category::Administrator, "1", "Many");
     EXPECT_THAT(list(eva), SizeIs(9));
-    EXPECT_THAT(refusals(), ElementsAre(HasSubstr("0 to 168 hours"), HasSubstr("may not post"),
-                                        HasSubstr("2 a day")));
+    EXPECT_THAT(refusals(),
+                ElementsAre(HasSubstr("0 to 168 hours"), HasSubstr("may not post"), HasSubstr("2 a day")));
 }
 
 // What the composer says is left is what the robot leaves, to a byte.
