@@ -39,14 +39,14 @@ class FormView : public QWidget {
     ~FormView() override;
 
     Form& TheForm() { return form_; }
+    // An entry that looks as its model does now, and clicks it.
+    static QAction* addEntry(QMenu& menu, Menu& model, bool checkable = false);
 
   protected:
     // Fills an empty menu with the entries that the form means by `model`.
     virtual void fillMenu(QMenu& menu, Menu& model);
     // What the close box does; by default it asks the form.
     virtual void closeBox();
-    // An entry that looks as its model does now, and clicks it.
-    QAction* addEntry(QMenu& menu, Menu& model, bool checkable = false);
     // A view of rich text whose zoom is remembered.
     RichTextView* addRichText(RichTextBox& model);
     // Shows the menu of `model` at a point of the screen.

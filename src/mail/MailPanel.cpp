@@ -59,7 +59,7 @@ void MailPanel::connectHands() {
     on_ += mnuDelAll.Click.connect([this] { mnuDelAll_Click(); });
     on_ += mnuNew.Click.connect([this] { windows_.Write("", "", false, ""); });
     on_ += txtFilter.Text.Changed.connect([this](const std::string&) { RefreshMailList(); });
-    on_ += ListView3.ColumnClick.connect([this](int column) { chooseColumn(column); });
+    on_ += ListView3.ColumnClick.connect([this](int head) { chooseColumn(head); });
     on_ += drafts_.Changed.connect([this] { refreshDrafts(); });
     on_ += Status.Label7.Caption.Changed.connect([this](const std::string&) { outgoingChanged(); });
 }
@@ -75,6 +75,7 @@ void MailPanel::RefreshMailList() {
     trapped(globError_, "RefreshMailList", [&](Trap& step) {
         if (MailFolder == Announcements) return ListView3.ListItems.Clear();
         ListView3.ColumnHeaders = headings();
+        mnuReply.Visible = MailFolder == Incoming;
         std::vector<const MailHeader*> headers;
         if (!step([&] { headers = headers_.Read(MailFolder == Incoming ? 'i' : 'o'); })) return;
         const Count count = MailFolder == Incoming ? countOf(headers) : Count{};
@@ -186,11 +187,13 @@ void MailPanel::sortBy(std::vector<const MailHeader*>& headers) const {
     });
 }
 
-void MailPanel::chooseColumn(int column) {
+void MailPanel::chooseColumn(int head) {
+    const int column = head - 1;
     descending_ = column == sortColumn_ && !descending_;
     sortColumn_ = column;
     ListView3.SortKey = column;
     ListView3.SortOrder = descending_ ? SortOrder::Descending : SortOrder::Ascending;
+    ListView3.InOrder = true;
     RefreshMailList();
 }
 

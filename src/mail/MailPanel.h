@@ -91,7 +91,7 @@ class MailPanel {
     void tellOfNew(const Count& count);
     void countUnread();
     void outgoingChanged();
-    void chooseColumn(int column);
+    void chooseColumn(int head);
     void refreshDrafts();
     std::vector<std::string> headings() const;
     bool sure(const std::string& text, const std::string& title);

@@ -33,7 +33,7 @@ ABOVE = {
                            "platform"},
     "platform_qt": {"platform_qt", "platform"},
     "desktop": {"desktop", "chat", "common", "platform_qt", "platform/rich", "platform"},
-    "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "extensions",
+    "desktop/views": {"desktop/views", "desktop", "host", "settings", "session", "notify", "chat", "mail", "extensions",
                       "common", "platform/rich", "platform"},
     "desktop/plugin": {"desktop/views"},
     "gate": {"gate", "common", "platform_qt", "platform"},

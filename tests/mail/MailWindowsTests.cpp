@@ -55,7 +55,7 @@ TEST(MailList, ShowsCountsSortsFiltersAndTellsOnlyOfAChangedCount) {
     panel.RefreshMailList();
     EXPECT_THAT(maria.host.take(), IsEmpty());
     EXPECT_EQ(panel.ListView3.SelectedItem->Key(), "i10.qrm");
-    panel.ListView3.ColumnClick.raise(1);
+    panel.ListView3.ColumnClick.raise(2);
     EXPECT_THAT(column(panel.ListView3, 1), ElementsAre("Anna", "Nikos", "Zoe"));
     EXPECT_EQ(panel.ListView3.SelectedItem->Key(), "i10.qrm");
     panel.txtFilter.Text = "DINN";

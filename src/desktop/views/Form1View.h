@@ -5,10 +5,13 @@
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
+class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
 
 namespace talvora {
+
+class MailArea;
 
 class Form1View final : public FormView {
   public:
@@ -25,12 +28,16 @@ class Form1View final : public FormView {
     QWidget* makeWindows();
     QTabWidget* makePeople();
     QWidget* makeChannels();
+    void addMail();
+    QPushButton* makeUnread();
     QWidget* makeFooter();
     void fillStates(QMenu& menu);
     void fillUsers(QMenu& menu);
     void fillMain(QMenu& menu);
 
     Form1& form_;
+    QTabWidget* tabs_ = nullptr;
+    MailArea* mail_ = nullptr;  // none without mail
 };
 
 }  // namespace talvora

@@ -4,11 +4,15 @@
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/ChannelView.h"
 #include "desktop/views/EmoticonsView.h"
+#include "desktop/views/ExpireView.h"
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PrivateView.h"
+#include "desktop/views/SelectUserView.h"
+#include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
+#include "desktop/views/ViewMailView.h"
 
 namespace talvora {
 
@@ -22,6 +26,11 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<ChanKeyView>(chats.ChanKey.Loaded);
     viewEach<MsgBoxView>(chats.MsgBox.Loaded);
     viewEach<MOTDView>(chats.MOTD.Loaded);
+    MailDesk& mails = component_.Mails();
+    viewEach<ViewMailView>(mails.Viewers.Loaded);
+    viewEach<SendMailView>(mails.Composers.Loaded);
+    viewEach<ExpireView>(mails.Expire.Loaded);
+    viewEach<SelectUserView>(mails.SelectUser.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
@@ -53,6 +62,9 @@ void Views::openNotice(const HostValue& window) {
         show(*channel);
     } else if (frmPM* chat = chats.Privates.Window(*name)) {
         show(*chat);
+    } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
+        component_.Mails().OpenMail(*name);
+        component_.Mails().Panel.RefreshMailList();  // it is read now
     } else if (Form1* main = component_.MainWindow()) {
         main->Show();
         site_.ThePlatform.Screen.SetForegroundWindow(*main);

@@ -130,6 +130,75 @@ void takeChats(DesktopWorld& desktop, Photographer& photographer) {
     photographer.take(desktop.viewOf(&desktop.client.window()), "main-trouble");
 }
 
+std::string incomingMail(const char* from, const char* subject, const char* received, const char* text,
+                         bool read) {
+    const std::string content = MailFile::IncomingHead(greek(from), received, received, greek(subject)) +
+                                greek(text) + "\r\n" + std::string(MailFile::Tail);
+    return read ? MailFile::Open(content)->Copy : content;
+}
+
+void putMails(DesktopWorld& desktop) {
+    auto& disk = desktop.client.around.disk;
+    disk.put("Mail/i1.qrm",
+             incomingMail("Nikos", "Photos of the trip", "02/01/2026 21:14:00", "Hello", true));
+    disk.put("Mail/i2.qrm",
+             incomingMail("Giorgos", "The rehearsal moves to Friday", "12/03/2026 09:05:00", "Hello", true));
+    disk.put("Mail/i3.qrm", incomingMail("Παναγιώτα_Παπαδοπούλου", "Urgent:Έλα απόψε στις εννιά",
+                                         "14/03/2026 07:40:00", "Hello", false));
+    disk.put(
+        "Mail/i4.qrm",
+        incomingMail("Anna", "Dinner on Saturday", "14/03/2026 08:55:00",
+                     "Dear Maria,[#n][#n]we cook for everybody who was at the beach last week, and for you. "
+                     "Come at eight, and bring nothing but your guitar.[#n][#n]The way is told at "
+                     "http://www.example.org/way and Nikos has a car.[#n][#n]Anna",
+                     false));
+    disk.put("Mail/o1.qrm", "Eleni 3 The books\r\na\r\nb\r\nc\r\n\r\n");
+    disk.put("Mail/o2.qrm", "Kostas 1 Urgent:Keys\r\na\r\n\r\n");
+}
+
+void takeMails(DesktopWorld& desktop, Photographer& photographer) {
+    MailDesk& mails = desktop.client.component->Mails();
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    auto* tabs = main->findChild<QTabWidget*>();
+    tabs->setCurrentIndex(tabs->count() - 1);
+    mails.Panel.RefreshMailList();
+    desktop.settle();
+    photographer.take(main, "main-mail");
+    const QSize usual = main->size();
+    main->resize(usual.width() * 2, usual.height());
+    mails.Panel.MailBtn.userClicks(MailPanel::Outgoing);
+    mails.Status.MailRCVUpdate(60);
+    desktop.settle();
+    photographer.take(main, "main-mail-outgoing");
+    mails.Panel.MailBtn.userClicks(MailPanel::Incoming);
+    mails.Status.MailRCVDone();
+    main->resize(usual);
+    mails.OpenMail("Mail\\i3.qrm");
+    mails.OpenMail("Mail\\i4.qrm");
+    desktop.settle();
+    for (frmViewMail* viewer : mails.Viewers.Forms()) {
+        photographer.take(desktop.viewOf(viewer), viewer->Image1.Visible ? "mail-urgent" : "mail");
+    }
+    mails.Viewers.Forms().back()->pic_Click(frmViewMail::ReplyButton);
+    desktop.settle();
+    frmSendMail* composer = mails.Composers.Forms().front();
+    composer->RichTextBox1.userTypes("I will be there at eight!");
+    composer->Toolbar1.userPresses(composer->Toolbar1.Buttons(ComposerButton::Priority));
+    desktop.settle();
+    photographer.take(desktop.viewOf(composer), "compose");
+    mails.Expire.Load().Display(48);
+    desktop.settle();
+    photographer.take(desktop.viewOf(mails.Expire.Get()), "expire");
+    mails.Expire.Get()->Unload();
+    for (const char* nick : {"Anna", "Nikos[DND]", "Eleni", "Giorgos[LUNCH]"}) {
+        desktop.client.server.says(":srv 352 Maria * u h srv " + std::string(nick) + " H :0 UL:Home");
+    }
+    desktop.says(":srv 315 Maria * :End of WHO");
+    mails.SelectUser.Load().Display(*composer);
+    QApplication::processEvents();
+    photographer.take(desktop.viewOf(mails.SelectUser.Get()), "select-user");
+}
+
 void takeSmall(DesktopWorld& desktop, Photographer& photographer) {
     ChatDesk& chats = desktop.chats();
     chats.MsgBox.Load().Display("You cannot join channel #vip because it accepts only users with invitation!",
@@ -197,9 +266,11 @@ int run(const QString& folder, bool dark) {
                                                                  large ? QStringLiteral("@2x") : QString()));
     DesktopWorld desktop;
     furnish(desktop);
+    putMails(desktop);
     desktop.logOn();
     desktop.says(":srv 266 Maria :Current global users: 5007  Max: 5100");
     fillChannel(desktop);
+    takeMails(desktop, photographer);
     takeSmall(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
