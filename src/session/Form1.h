@@ -83,7 +83,7 @@ class Form1 final : public Form {
   private:
     void connectMenus();
     void connectUserList(UserList& list);
-    void startPM(std::string nick);
+    void startPM(const std::string& nick);
     void placeAtRightEdge();
 
     Platform& platform_;
