@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/Binding.h"
 #include "desktop/Follow.h"
@@ -187,6 +188,16 @@ bool MailArea::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+// As mails come they stand below each other.
+void MailArea::showNewest() {
+    if (!panel_.ListView3.InOrder) list_->scrollToBottom();
+}
+
+void MailArea::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!std::exchange(seen_, true)) showNewest();
+}
+
 // ---- Keys and menus
 
 void MailArea::connectKeys() {
@@ -234,6 +245,7 @@ void MailArea::fillDrafts(QMenu& menu) {
 
 void MailArea::showIncoming() {
     panel_.MailBtn.userClicks(MailPanel::Incoming);
+    showNewest();
     list_->setFocus();
 }
 
