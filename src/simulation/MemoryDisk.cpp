@@ -58,6 +58,7 @@ void MemoryDisk::call() {
 
 void MemoryDisk::change() {
     call();
+    if (refusal_ != 0) throw DiskFault(refusal_);
     if (changesToDeath_ < 0 || changesToDeath_-- > 0) return;
     died_ = true;
     throw DiskFault(EIO);

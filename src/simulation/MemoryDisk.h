@@ -41,6 +41,8 @@ class MemoryDisk final : public DiskDriver {
     // change.
     void dieAtWrite(int change);
     bool died() const { return died_; }
+    // From now on each change faults with this errno, as on a full or a read-only disk; 0 ends that.
+    void refuseChanges(int errorNumber) { refusal_ = errorNumber; }
     void restart(Survived survived = Survived::Flushed);
 
     std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
@@ -90,6 +92,7 @@ class MemoryDisk final : public DiskDriver {
     int callsToFault_ = -1;
     int faultNumber_ = 0;
     bool failed_ = false;
+    int refusal_ = 0;
     int changesToDeath_ = -1;
     bool died_ = false;
 };

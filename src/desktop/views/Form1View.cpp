@@ -16,6 +16,7 @@
 #include "desktop/IconLabel.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "desktop/views/AnnouncementPanel.h"
 #include "desktop/views/MailArea.h"
 #include "desktop/views/Pictures.h"
 #include "desktop/views/UserListTree.h"
@@ -44,8 +45,8 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 
 }  // namespace
 
-Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", mainSize), form_(form) {
+Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
+    : FormView(form, site, "Main", mainSize), form_(form), announcement_(announcement) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
@@ -228,6 +229,7 @@ QTabWidget* Form1View::makePeople() {
 
 void Form1View::addMail() {
     mail_ = new MailArea(*form_.Mail, tabs_);
+    mail_->setAnnouncements(new AnnouncementPanel(announcement_, Site().ThePlatform, mail_));
     tabs_->addTab(mail_, theme::icon(QStringLiteral("mail")), QString());
     follow(on_, form_.Mail->UnreadCount, [this](int count) {
         tabs_->setTabText(tabs_->indexOf(mail_), count > 0 ? tr("Mail (%1)").arg(count) : tr("Mail"));
@@ -294,7 +296,12 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.popULRefresh);
     menu.addSeparator();
     if (mail_ != nullptr) mail_->fillMain(menu);
+    for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {
+        QAction* entry = menu.addAction(caption(link->Caption.get()));
+        connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
+    }
     menu.addSeparator();
+    addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });
     QAction* about = menu.addAction(tr("&About..."));

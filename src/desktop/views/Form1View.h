@@ -2,6 +2,7 @@
 // The main window: who I am and in what state, how the session stands, what is open and what is new, the
 // channels and the users.
 
+#include "announce/picAnn.h"
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
@@ -15,7 +16,8 @@ class MailArea;
 
 class Form1View final : public FormView {
   public:
-    Form1View(Form1& form, const ViewSite& site);
+    // The panel of the latest announcement outlives the view.
+    Form1View(Form1& form, picAnn& announcement, const ViewSite& site);
 
   protected:
     void fillMenu(QMenu& menu, Menu& model) override;
@@ -36,6 +38,7 @@ class Form1View final : public FormView {
     void fillMain(QMenu& menu);
 
     Form1& form_;
+    picAnn& announcement_;
     QTabWidget* tabs_ = nullptr;
     MailArea* mail_ = nullptr;  // none without mail
 };

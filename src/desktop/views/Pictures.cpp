@@ -63,6 +63,8 @@ QIcon pictureOf(Pictures list, int number) {
             return theme::icon(QString::fromLatin1(windowName(number)));
         case Pictures::Channels:
             return theme::icon(QString::fromLatin1(channelName(number)));
+        case Pictures::Announcements:
+            return theme::icon(QStringLiteral("announcement-%1").arg(number));
         case Pictures::Mails:
             return theme::icon(QString::fromLatin1(mailName(number)));
     }

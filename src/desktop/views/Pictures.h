@@ -12,6 +12,7 @@ enum class Pictures {
     Sessions,  // of the connection
     Windows,   // of open chat windows
     Channels,
+    Announcements,  // their categories
     Mails  // of the list of messages, and of a message's window
 };
 

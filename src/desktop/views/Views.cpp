@@ -1,14 +1,18 @@
 #include "desktop/views/Views.h"
 
 #include "desktop/Theme.h"
+#include "desktop/views/AnnounceView.h"
+#include "desktop/views/AnnouncementsView.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/ChannelView.h"
 #include "desktop/views/EmoticonsView.h"
+#include "desktop/views/EncryptView.h"
 #include "desktop/views/ExpireView.h"
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PrivateView.h"
+#include "desktop/views/ScriptsView.h"
 #include "desktop/views/SelectUserView.h"
 #include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
@@ -19,13 +23,21 @@ namespace talvora {
 Views::Views(Connect& component, Platform& platform, HostFace& face)
     : component_(component), memory_(platform.Settings), site_{face, platform, memory_, plugins_} {
     ChatDesk& chats = component_.Chats();
-    viewEach<Form1View>(component_.MainWindowLoaded);
+    AnnounceDesk& announcements = component_.Announcements();
+    plugins_.Register([](ChatPlugin& plugin, QWidget* parent) -> QWidget* {
+        auto* encrypt = dynamic_cast<plg_Encrypt*>(&plugin);
+        return encrypt != nullptr ? new EncryptView(*encrypt, parent) : nullptr;
+    });
+    viewEach<Form1View>(component_.MainWindowLoaded, announcements.Panel);
     viewEach<ChannelView>(chats.Channels.Loaded);
     viewEach<PrivateView>(chats.Privates.Loaded);
     viewEach<EmoticonsView>(chats.Picker.Loaded);
     viewEach<ChanKeyView>(chats.ChanKey.Loaded);
     viewEach<MsgBoxView>(chats.MsgBox.Loaded);
     viewEach<MOTDView>(chats.MOTD.Loaded);
+    viewEach<ScriptsView>(chats.Scripts.Loaded);
+    viewEach<AnnouncementsView>(announcements.Viewer.Loaded);
+    viewEach<AnnounceView>(announcements.Composer.Loaded);
     MailDesk& mails = component_.Mails();
     viewEach<ViewMailView>(mails.Viewers.Loaded);
     viewEach<SendMailView>(mails.Composers.Loaded);
@@ -46,11 +58,11 @@ Views::~Views() {
 }
 
 // A view deletes itself with its form.
-template <class View, class TheForm>
-void Views::viewEach(Event<TheForm&>& loaded) {
-    on_ += loaded.connect([this](TheForm& form) {
+template <class View, class TheForm, class... More>
+void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
+    on_ += loaded.connect([this, &more...](TheForm& form) {
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        open_.emplace_back(new View(form, site_));
+        open_.emplace_back(new View(form, more..., site_));
     });
 }
 

@@ -19,6 +19,7 @@
 #include "orrery/face/SettingsWindow.h"
 #include "orrery/face/Welcome.h"
 #include "platform/CodePage1253.h"
+#include "platform/Text.h"
 #include "simulation/windows/DesktopWorld.h"
 
 namespace talvora::test {
@@ -67,7 +68,12 @@ class Photographer {
 void furnish(DesktopWorld& desktop) {
     desktop.client.around.disk.put("System/emoticons.dat", fileOf("emoticons.dat"));
     desktop.client.around.disk.put("System/perflix.lst", fileOf("perflix.lst"));
-    desktop.client.around.disk.put("System/plugin.lst", "Shout.Plugin T T F F Say it loud\r\n");
+    desktop.client.around.disk.put("System/plugin.lst",
+                                   "Shout.Plugin F T F F Say it loud\r\n"
+                                   "<SYS>.plg_Encrypt T F 0 0 Encryption\r\n");
+    desktop.client.around.disk.put("System/script_cmd.dat",
+                                   "part\x01PART #thessaloniki\r\nbrb\x01NICK %0 Maria[AWAY]\x02"
+                                   "ECHO Back soon\r\n");
     desktop.client.around.questions.answerFaults(Answer::Ignore);
 }
 
@@ -212,6 +218,80 @@ void takeSmall(DesktopWorld& desktop, Photographer& photographer) {
     photographer.take(desktop.viewOf(chats.MOTD.Get()), "motd");
 }
 
+void takeAnnouncements(DesktopWorld& desktop, Photographer& photographer) {
+    AnnounceDesk& announcements = desktop.client.component->Announcements();
+    const DateTime now = desktop.client.around.platform.WallClock.Now();
+    const std::string today = Replace(GeneralDate(now), " ", "_");
+    const auto posted = [&](const char* who, int hours, int category, const std::string& text) {
+        desktop.says(":OrreryServ!o@h PRIVMSG Maria :\001ANN ANN " + CStr(announcements.Manager.gAnnID + 1) +
+                     " " + who + " " + CStr(hours) + " " + today + " " + CStr(category) + " " + text +
+                     "\001");
+    };
+    posted("Anna", 48, Category::Simple, greek("Πωλείται ποδήλατο, σχεδόν καινούργιο"));
+    posted("Giorgos", 200, Category::Urgent,
+           "The server moves tonight at ten.[#n]Please save what you are writing.");
+    posted("Eleni", 168, Category::Moderator, "Be kind in #music: no repeated lines.");
+    posted("Nikos", 150, Category::Administrator,
+           "New address from Monday on: http://www.example.org/connect");
+    posted("Stavros", 72, Category::Owner, "The quiz of the AP is on Friday.");
+    posted("Panagiota", 300, Category::Meeting, "We meet at the White Tower on Saturday, at eight.");
+    posted("Maria", 0, Category::Query, "Who has a spare network card?");
+    posted(
+        "Kostas", 5, Category::Information,
+        "How to reach us: http://www.example.org/help[#n][#n]Ask in #help at any time; somebody is there.");
+    picAnn& panel = announcements.Panel;
+    panel.Label15.Click.raise();
+    panel.PostNew.Click.raise();
+    desktop.settle();
+    ListView& list = announcements.Viewer.Get()->ListView1;
+    if (list.ListItems.Count() > 3) list.userClicks(list.ListItems(4));
+    frmAnnounce* composer = announcements.Composer.Get();
+    composer->Combo1.ListIndex = Category::Meeting;
+    composer->Text2.Text = "48";
+    composer->Text1.Text = "We meet on Saturday at eight.\r\nBring what there is.";
+    desktop.settle();
+    photographer.take(desktop.viewOf(announcements.Viewer.Get()), "announcements");
+    photographer.take(desktop.viewOf(composer), "announce");
+    announcements.Viewer.Get()->Filter.Text = "nothing like this";
+    desktop.settle();
+    photographer.take(desktop.viewOf(announcements.Viewer.Get()), "announcements-none");
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    auto* tabs = main->findChild<QTabWidget*>();
+    const int before = tabs->currentIndex();
+    tabs->setCurrentIndex(tabs->count() - 1);
+    desktop.client.component->Mails().Panel.MailBtn.userClicks(MailPanel::Announcements);
+    desktop.settle();
+    photographer.take(main, "main-announcements");
+    desktop.client.component->Mails().Panel.MailBtn.userClicks(MailPanel::Incoming);
+    tabs->setCurrentIndex(before);
+}
+
+void takeScripts(DesktopWorld& desktop, Photographer& photographer) {
+    desktop.client.window().mnuScripts.Click.raise();
+    frmScripts* scripts = desktop.chats().Scripts.Get();
+    desktop.settle();
+    photographer.take(desktop.viewOf(scripts), "scripts");
+    scripts->Add.Click.raise();
+    scripts->EntryName.Text = "say it";
+    desktop.settle();
+    photographer.take(desktop.viewOf(scripts), "scripts-problem");
+    scripts->Unload();
+
+    desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we talk in secret?");
+    frmPM* chat = desktop.chats().Privates.Window("Nikos");
+    auto* plugin = dynamic_cast<plg_Encrypt*>(chat->Slots.plugins(0).Client().get());
+    chat->Slots.plugins(0).Label1.Click.raise();
+    if (plugin != nullptr) plugin->Text1.Text = greek("το μυστικό μας");
+    desktop.settle();
+    photographer.take(desktop.viewOf(chat), "private-key");
+    if (plugin != nullptr) plugin->Label1.Click.raise();
+    chat->Text1.Text = "Now only you can read this.";
+    chat->Text1.userPresses(Key::Return);
+    chat->Text1.Text = "\\b";
+    desktop.settle();
+    photographer.take(desktop.viewOf(chat), "private-encrypted");
+}
+
 void takeHost(DesktopWorld& desktop, Photographer& photographer) {
     std::vector<SettingsWindow::Page> pages;
     pages.push_back({QStringLiteral("Talvora IRC"), desktop.face.icons["IRC"],
@@ -272,6 +352,8 @@ int run(const QString& folder, bool dark) {
     fillChannel(desktop);
     takeMails(desktop, photographer);
     takeSmall(desktop, photographer);
+    takeAnnouncements(desktop, photographer);
+    takeScripts(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
     return photographer.Complete() ? 0 : 1;
