@@ -167,7 +167,7 @@ void MailArea::widths() {
     const auto set = [&](int column, int letters) { head.resizeSection(column, letters * letter + 12); };
     set(MailColumn::Mark, 4);
     set(MailColumn::Person, 13);
-    set(MailColumn::Last, outgoing ? 34 : 7);
+    set(MailColumn::Last, outgoing ? 38 : 7);
     set(MailColumn::Size, 8);
     set(MailColumn::Received, outgoing ? 9 : 20);
     set(MailColumn::Sent, outgoing ? 6 : 20);

@@ -13,7 +13,7 @@ enum class Pictures {
     Windows,   // of open chat windows
     Channels,
     Announcements,  // their categories
-    Mails  // of the list of messages, and of a message's window
+    Mails           // of the list of messages, and of a message's window
 };
 
 QIcon pictureOf(Pictures list, int number);
