@@ -32,6 +32,7 @@ const char* wordsFor(OutgoingState state) {
 MailPanel::MailPanel(const MailSurroundings& around, MailStatus& status, modMailManager& manager,
                      MailDrafts& drafts, MailWindows& windows)
     : Status(status),
+      tmrAges(around.ThePlatform, 60000),
       globError_(around.Reporter),
       settings_(around.Settings),
       gate_(around.Gate),
@@ -60,6 +61,7 @@ void MailPanel::connectHands() {
     on_ += mnuNew.Click.connect([this] { windows_.Write("", "", false, ""); });
     on_ += txtFilter.Text.Changed.connect([this](const std::string&) { RefreshMailList(); });
     on_ += ListView3.ColumnClick.connect([this](int head) { chooseColumn(head); });
+    on_ += tmrAges.Tick.connect([this] { showAges(); });
     on_ += drafts_.Changed.connect([this] { refreshDrafts(); });
     on_ += Status.Label7.Caption.Changed.connect([this](const std::string&) { outgoingChanged(); });
 }
@@ -67,6 +69,7 @@ void MailPanel::connectHands() {
 void MailPanel::Load() {
     RefreshMailList();
     refreshDrafts();
+    tmrAges.Enabled = true;
 }
 
 // ---- The list
@@ -214,6 +217,16 @@ void MailPanel::outgoingChanged() {
     for (int i = 1; i <= ListView3.ListItems.Count(); ++i) {
         ListItem& row = ListView3.ListItems(i);
         row.SetSubItem(6, wordsFor(manager_.StateOf(row.Tag())));
+    }
+}
+
+void MailPanel::showAges() {
+    if (MailFolder != Incoming) return;
+    const DateTime now = clock_.Now();
+    for (int i = 1; i <= ListView3.ListItems.Count(); ++i) {
+        ListItem& row = ListView3.ListItems(i);
+        const MailHeader* header = headers_.Known(row.Tag());
+        if (header != nullptr && header->ReceivedAt) row.SetSubItem(6, AgeText(*header->ReceivedAt, now));
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/Binding.h"
 #include "desktop/Follow.h"
@@ -166,7 +167,7 @@ void MailArea::widths() {
     const auto set = [&](int column, int letters) { head.resizeSection(column, letters * letter + 12); };
     set(MailColumn::Mark, 4);
     set(MailColumn::Person, 13);
-    set(MailColumn::Last, outgoing ? 34 : 7);
+    set(MailColumn::Last, outgoing ? 38 : 7);
     set(MailColumn::Size, 8);
     set(MailColumn::Received, outgoing ? 9 : 20);
     set(MailColumn::Sent, outgoing ? 6 : 20);
@@ -185,6 +186,16 @@ void MailArea::fitSubject() {
 bool MailArea::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Resize) fitSubject();
     return QWidget::eventFilter(watched, event);
+}
+
+// As mails come they stand below each other.
+void MailArea::showNewest() {
+    if (!panel_.ListView3.InOrder) list_->scrollToBottom();
+}
+
+void MailArea::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!std::exchange(seen_, true)) showNewest();
 }
 
 // ---- Keys and menus
@@ -234,6 +245,7 @@ void MailArea::fillDrafts(QMenu& menu) {
 
 void MailArea::showIncoming() {
     panel_.MailBtn.userClicks(MailPanel::Incoming);
+    showNewest();
     list_->setFocus();
 }
 

@@ -31,6 +31,7 @@ class MailArea final : public QWidget {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     QBoxLayout* makeTools();
@@ -41,11 +42,13 @@ class MailArea final : public QWidget {
     void fillDrafts(QMenu& menu);
     void widths();
     void fitSubject();
+    void showNewest();
 
     MailPanel& panel_;
     QStackedWidget* pages_;
     ListTree* list_ = nullptr;
     QLineEdit* filter_ = nullptr;
+    bool seen_ = false;
     Subscriptions on_;
 };
 

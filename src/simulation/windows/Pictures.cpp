@@ -203,6 +203,7 @@ void takeMails(DesktopWorld& desktop, Photographer& photographer) {
     mails.SelectUser.Load().Display(*composer);
     QApplication::processEvents();
     photographer.take(desktop.viewOf(mails.SelectUser.Get()), "select-user");
+    tabs->setCurrentIndex(0);
 }
 
 void takeSmall(DesktopWorld& desktop, Photographer& photographer) {

@@ -24,17 +24,21 @@ class MailViewsTest : public WindowsTest {
   protected:
     MailViewsTest() {
         client.around.disk.put("Mail/.keep", "");
-        main->activateWindow();
-        settle();
+        front(main);
     }
 
+    // The manager of windows takes its time.
+    void front(QWidget* window) {
+        window->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window, 60'000));
+    }
     void key(QWidget* where, int which, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(where, static_cast<Qt::Key>(which), modifiers);
         settle();
     }
     void robot(const std::string& text) { says(":OrreryServ!o@h PRIVMSG Maria :\001MAIL " + text + "\001"); }
     void toList() {
-        main->activateWindow();
+        front(main);
         messages->setFocus();
         settle();
     }
@@ -64,6 +68,7 @@ TEST_F(MailViewsTest, WrittenSentReceivedReadAnsweredAndErasedByKeyboard) {
     key(main, Qt::Key_N, Qt::ControlModifier);
     QPointer<FormView> window = composer();
     ASSERT_FALSE(window.isNull());
+    front(window);
     auto* to = named<QLineEdit>(window, "Send To");
     says(":srv 352 Maria * u h srv Nikos[DND] H :0 UL:Home");
     says(":srv 315 Maria * :End of WHO");
@@ -121,7 +126,7 @@ TEST_F(MailViewsTest, WrittenSentReceivedReadAnsweredAndErasedByKeyboard) {
     EXPECT_FALSE(messages->model()->index(0, 0).data(Qt::FontRole).value<QFont>().bold());
     EXPECT_TRUE(messages->selectionModel()->isRowSelected(0)) << "the list keeps its place";
     client.around.questions.willChoose({"/home/maria/dinner.TXT"});
-    viewer->activateWindow();
+    front(viewer);
     key(viewer, Qt::Key_S, Qt::ControlModifier);
     EXPECT_THAT(client.around.disk.created("/home/maria/dinner.TXT").value_or(""),
                 HasSubstr("Gladly!\r\nIs it"));
