@@ -9,7 +9,7 @@ namespace talvora {
 namespace {
 
 // The marks of a names reply that say what a user is on a channel.
-constexpr std::string_view statusMarks = "~+@.&";
+constexpr std::string_view StatusMarks = "~+@.&";
 
 }  // namespace
 
@@ -128,7 +128,7 @@ void UserList::Add(Text Nick, Text Channel) {
 
 void UserList::addNow(Text Nick, Text Channel) {
     trapped(globError_, "Add", [&](Trap& step) {
-        const bool marked = !Nick.empty() && statusMarks.find(Nick.front()) != std::string_view::npos;
+        const bool marked = !Nick.empty() && StatusMarks.find(Nick.front()) != std::string_view::npos;
         const std::string nick = Nick.substr(marked ? 1 : 0);
         const std::string entry = Channel + "|";
         if (appended(nick, entry)) return;

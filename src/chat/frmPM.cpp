@@ -7,7 +7,7 @@ namespace talvora {
 
 namespace {
 
-constexpr auto section = Section::PMSettings;
+constexpr auto PMSection = Section::PMSettings;
 constexpr char CommandPrefix = '\\';
 
 }  // namespace
@@ -24,10 +24,10 @@ frmPM::frmPM(ChatSurroundings& around, modWinManager& manager)
     mnuTimeStamp.Caption = "Timestamp";
     mnuStopPM.Caption = "&Stop Private chat";
     mnuHide.Caption = "&Hide";
-    keepCheck(mnuPopup, section, "Popup_");
+    keepCheck(mnuPopup, PMSection, "Popup_");
     // Written under one key and read under another: each new window starts with the check set.
-    keepCheck(mnuNoFocus, section, "NoFocus_");
-    keepCheck(mnuTimeStamp, section, "TimeStamp_");
+    keepCheck(mnuNoFocus, PMSection, "NoFocus_");
+    keepCheck(mnuTimeStamp, PMSection, "TimeStamp_");
     on_ += mnuStopPM.Click.connect([this] { stop(); });
 }
 
@@ -54,9 +54,9 @@ void frmPM::Start(const std::string& nick) {
 }
 
 void frmPM::loadSettings() {
-    loadCheck(mnuPopup, section, "Popup_", true);
-    loadCheck(mnuNoFocus, section, "Focus_", true);
-    loadCheck(mnuTimeStamp, section, "Timestamp_", true);
+    loadCheck(mnuPopup, PMSection, "Popup_", true);
+    loadCheck(mnuNoFocus, PMSection, "Focus_", true);
+    loadCheck(mnuTimeStamp, PMSection, "Timestamp_", true);
 }
 
 void frmPM::stop() {

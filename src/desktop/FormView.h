@@ -31,7 +31,7 @@ struct ViewSite {
 };
 
 // The system's unit of length, 1440 to the inch.
-inline constexpr int twipsPerPixel = 15;
+inline constexpr int TwipsPerPixel = 15;
 
 class FormView : public QWidget {
   public:

@@ -13,7 +13,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view betweenWords = " \t\r\n";
+constexpr std::string_view BetweenWords = " \t\r\n";
 
 }  // namespace
 
@@ -39,9 +39,9 @@ void LinkNote::setNote(const std::string& text) {
     QTextCursor at(document());
     const std::string plain = Replace(text, "\r\n", "\n");
     for (std::size_t begin = 0; begin < plain.size();) {
-        const std::size_t word = std::min(plain.find_first_of(betweenWords, begin), plain.size());
+        const std::size_t word = std::min(plain.find_first_of(BetweenWords, begin), plain.size());
         addWord(at, plain.substr(begin, word - begin));
-        const std::size_t next = std::min(plain.find_first_not_of(betweenWords, word), plain.size());
+        const std::size_t next = std::min(plain.find_first_not_of(BetweenWords, word), plain.size());
         at.insertText(toQString(plain.substr(word, next - word)), QTextCharFormat());
         begin = next;
     }

@@ -12,7 +12,7 @@ namespace talvora {
 
 namespace {
 
-constexpr double printZoom = 0.87;  // a document's points are those of paper, and not enlarged as on a screen
+constexpr double PrintZoom = 0.87;  // a document's points are those of paper, and not enlarged as on a screen
 
 class Press {
   public:
@@ -23,7 +23,7 @@ class Press {
         if (!painter_.begin(&device_)) return false;
         width_ = painter_.viewport().width();
         height_ = painter_.viewport().height();
-        page_.setScale(printZoom, device_.logicalDpiY());
+        page_.setScale(PrintZoom, device_.logicalDpiY());
         page_.setWidth(width_);
         putTitle(title);
         for (std::uint64_t row = document_.FirstNumber(); row < document_.EndNumber(); ++row) {

@@ -12,7 +12,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int mostOffers = 8;  // in sight
+constexpr int MostOffers = 8;  // in sight
 
 }  // namespace
 
@@ -20,7 +20,7 @@ WordOffers::WordOffers(QPlainTextEdit& box, Source source)
     : box_(box), source_(std::move(source)), completer_(&words_) {
     completer_.setWidget(&box_);
     completer_.setCompletionMode(QCompleter::UnfilteredPopupCompletion);
-    completer_.setMaxVisibleItems(mostOffers);
+    completer_.setMaxVisibleItems(MostOffers);
     QObject::connect(&completer_, qOverload<const QString&>(&QCompleter::activated), &completer_,
                      [this](const QString& word) { take(word); });
 }

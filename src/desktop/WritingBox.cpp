@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int mostLines = 5;
+constexpr int MostLinesShown = 5;
 
 }  // namespace
 
@@ -47,7 +47,7 @@ int WritingBox::linesWanted() const {
 }
 
 QSize WritingBox::sizeHint() const {
-    const int lines = std::clamp(linesWanted(), 1, mostLines);
+    const int lines = std::clamp(linesWanted(), 1, MostLinesShown);
     const int margins = 2 * static_cast<int>(document()->documentMargin()) + 2 * frameWidth();
     return {QPlainTextEdit::sizeHint().width(), fontMetrics().lineSpacing() * lines + margins};
 }
@@ -57,7 +57,8 @@ QSize WritingBox::minimumSizeHint() const {
 }
 
 void WritingBox::textEdited() {
-    setVerticalScrollBarPolicy(linesWanted() > mostLines ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(linesWanted() > MostLinesShown ? Qt::ScrollBarAsNeeded
+                                                              : Qt::ScrollBarAlwaysOff);
     updateGeometry();
     if (offers_) offers_->edited();
     if (passing_) return;
@@ -113,7 +114,7 @@ void WritingBox::focusInEvent(QFocusEvent* event) {
 // Within what a person could mean; the toolkit would lay out any amount.
 void WritingBox::insertFromMimeData(const QMimeData* source) {
     if (!source->hasText() || source->hasUrls()) return;
-    QString text = source->text().left(RichTextBox::kMaxTextByHand);
+    QString text = source->text().left(RichTextBox::MaxTextByHand);
     // Lines that are pasted are meant to be sent; what a hand lets fall here is still to be looked at.
     if (dropping_) text.replace(QRegularExpression(QStringLiteral("[\\r\\n]+")), QStringLiteral(" "));
     insertPlainText(text);

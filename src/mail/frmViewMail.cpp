@@ -12,12 +12,12 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestName = 60;
+constexpr std::size_t LongestName = 60;
 
 // The subject, as far as a file can be called so.
 std::string fileNameOf(const std::string& subject) {
     std::string name;
-    for (const char letter : subject.substr(0, longestName)) {
+    for (const char letter : subject.substr(0, LongestName)) {
         const bool fits =
             static_cast<unsigned char>(letter) >= 32 && std::strchr("\\/:*?\"<>|.", letter) == nullptr;
         name += fits ? letter : '_';

@@ -18,17 +18,17 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize announceSize{460, 320};
-constexpr int hoursLetters = 8;
+constexpr QSize AnnounceSize{460, 320};
+constexpr int HoursLetters = 8;
 
 }  // namespace
 
 AnnounceView::AnnounceView(frmAnnounce& form, const ViewSite& site)
-    : FormView(form, site, "Announce", announceSize), form_(form) {
+    : FormView(form, site, "Announce", AnnounceSize), form_(form) {
     setWindowIcon(pictureOf(Pictures::Announcements, Category::Simple + 1));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::large, theme::large, theme::large, theme::large);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Large, theme::Large, theme::Large, theme::Large);
+    rows->setSpacing(theme::Medium);
     rows->addLayout(makeHead());
     rows->addWidget(makeText(), 1);
     rows->addLayout(makeButtons());
@@ -45,7 +45,7 @@ QFormLayout* AnnounceView::makeHead() {
     head->addRow(tr("&Category:"), category);
 
     auto* hours = new QLineEdit(this);
-    hours->setFixedWidth(fontMetrics().averageCharWidth() * hoursLetters + 2 * theme::large);
+    hours->setFixedWidth(fontMetrics().averageCharWidth() * HoursLetters + 2 * theme::Large);
     hours->setAccessibleName(tr("Expires in hours"));
     attach(on_, form_.Text2, *hours);
     auto* allowed = new QLabel(this);
@@ -53,10 +53,10 @@ QFormLayout* AnnounceView::makeHead() {
     allowed->setMinimumWidth(1);
     attach(on_, form_.Allowed, *allowed);
     auto* line = new QHBoxLayout;
-    line->setSpacing(theme::medium);
+    line->setSpacing(theme::Medium);
     line->addWidget(hours);
     line->addWidget(new QLabel(tr("hours"), this));
-    line->addSpacing(theme::medium);
+    line->addSpacing(theme::Medium);
     line->addWidget(allowed, 1);
     auto* expires = new QLabel(tr("&Expires in:"), this);
     expires->setBuddy(hours);

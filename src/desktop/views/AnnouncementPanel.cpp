@@ -32,13 +32,13 @@ AnnouncementPanel::AnnouncementPanel(picAnn& model, Platform& platform, QWidget*
     on_ += text->LinkClicked.connect([&platform](const std::string& link) { OpenLink(platform, link); });
 
     auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme::small);
+    buttons->setSpacing(theme::Small);
     buttons->addWidget(makeButton(model.Label15));
     buttons->addWidget(makeButton(model.PostNew));
     buttons->addStretch(1);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::small);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Small);
     rows->addWidget(title);
     rows->addWidget(whoAndWhen);
     rows->addWidget(text, 1);

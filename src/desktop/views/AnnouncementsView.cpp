@@ -22,14 +22,14 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize announcementsSize{680, 480};
-constexpr int announcementsHeight = 290;
-constexpr std::array<int, 5> announcementColumns = {130, 150, 90, 200, 70};
+constexpr QSize AnnouncementsSize{680, 480};
+constexpr int AnnouncementsHeight = 290;
+constexpr std::array<int, 5> AnnouncementColumns = {130, 150, 90, 200, 70};
 
 }  // namespace
 
 AnnouncementsView::AnnouncementsView(frmAnnouncements& form, const ViewSite& site)
-    : FormView(form, site, "Announcements", announcementsSize), form_(form) {
+    : FormView(form, site, "Announcements", AnnouncementsSize), form_(form) {
     setWindowIcon(pictureOf(Pictures::Announcements, Category::Simple + 1));
     auto* filter = new QLineEdit(this);
     filter->setPlaceholderText(tr("Show only what holds this text"));
@@ -43,10 +43,10 @@ AnnouncementsView::AnnouncementsView(frmAnnouncements& form, const ViewSite& sit
     parts->addWidget(makeText());
     parts->setChildrenCollapsible(false);
     parts->setStretchFactor(0, 1);
-    parts->setSizes({announcementsHeight, announcementsSize.height() - announcementsHeight});
+    parts->setSizes({AnnouncementsHeight, AnnouncementsSize.height() - AnnouncementsHeight});
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(filter);
     rows->addWidget(parts, 1);
     rows->addLayout(makeButtons());
@@ -61,7 +61,7 @@ QWidget* AnnouncementsView::makeList() {
     look.ClickableHeads = true;
     auto* list = new ListTree(form_.ListView1, look, tr("Announcements"), this);
     for (int column = 0; column < list->header()->count(); ++column)
-        list->header()->resizeSection(column, announcementColumns[static_cast<std::size_t>(column)]);
+        list->header()->resizeSection(column, AnnouncementColumns[static_cast<std::size_t>(column)]);
     list->header()->moveSection(static_cast<int>(frmAnnouncements::WordsColumn),
                                 static_cast<int>(frmAnnouncements::TextColumn));
     follow(on_, form_.Nothing.Caption, [list](const std::string& text) {

@@ -24,7 +24,7 @@ EncryptView::EncryptView(plg_Encrypt& plugin, QWidget* parent) : QWidget(parent)
 
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(theme::small);
+    rows->setSpacing(theme::Small);
     rows->addLayout(userLine);
     rows->addLayout(makeKey());
     rows->addWidget(makeNote(plugin_.Problem));
@@ -36,7 +36,7 @@ EncryptView::EncryptView(plg_Encrypt& plugin, QWidget* parent) : QWidget(parent)
 
 QBoxLayout* EncryptView::makeKey() {
     auto* rows = new QVBoxLayout;
-    rows->setSpacing(theme::small);
+    rows->setSpacing(theme::Small);
     auto* caption = new QLabel(tr("Encryption &key:"), this);
     auto* key = new QLineEdit(this);
     key->setMinimumWidth(1);

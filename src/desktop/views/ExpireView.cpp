@@ -40,15 +40,15 @@ ExpireView::ExpireView(frmExpire& form, const ViewSite& site) : FormView(form, s
     });
 
     auto* time = new QHBoxLayout;
-    time->setSpacing(theme::medium);
+    time->setSpacing(theme::Medium);
     for (QWidget* widget :
          {static_cast<QWidget*>(label), static_cast<QWidget*>(count), static_cast<QWidget*>(unit)}) {
         time->addWidget(widget);
     }
     time->addStretch(1);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2 * theme::medium, 2 * theme::medium, 2 * theme::medium, theme::large);
-    rows->setSpacing(theme::large);
+    rows->setContentsMargins(2 * theme::Medium, 2 * theme::Medium, 2 * theme::Medium, theme::Large);
+    rows->setSpacing(theme::Large);
     rows->addWidget(check);
     rows->addLayout(time);
     rows->addWidget(close, 0, Qt::AlignRight);

@@ -25,11 +25,11 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize mainSize{380, 640};
-constexpr int windowColumn = 175;  // pixels
-constexpr int channelColumn = 130;
-constexpr int windowsHeight = 190;
-constexpr int usersColumn = 50;
+constexpr QSize MainSize{380, 640};
+constexpr int WindowColumn = 175;  // pixels
+constexpr int ChannelColumn = 130;
+constexpr int WindowsHeight = 190;
+constexpr int UsersColumn = 50;
 
 // What a stranger writes does not decide how wide the window is.
 void letShrink(QLabel& label) {
@@ -39,18 +39,18 @@ void letShrink(QLabel& label) {
 QVBoxLayout* rowsIn(QWidget* widget) {
     auto* rows = new QVBoxLayout(widget);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(theme::small);
+    rows->setSpacing(theme::Small);
     return rows;
 }
 
 }  // namespace
 
 Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
-    : FormView(form, site, "Main", mainSize), form_(form), announcement_(announcement) {
+    : FormView(form, site, "Main", MainSize), form_(form), announcement_(announcement) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(makeHeader());
     rows->addWidget(makeTrouble());
     if (form_.Mail != nullptr) rows->addWidget(makeUnread());
@@ -59,7 +59,7 @@ Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
     lists->addWidget(makePeople());
     lists->setChildrenCollapsible(false);
     lists->setStretchFactor(lists->count() - 1, 1);
-    lists->setSizes({windowsHeight, height() - windowsHeight});
+    lists->setSizes({WindowsHeight, height() - WindowsHeight});
     rows->addWidget(lists, 1);
     rows->addWidget(makeFooter());
 }
@@ -70,7 +70,7 @@ QWidget* Form1View::makeHeader() {
     auto* header = new QWidget(this);
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::medium);
+    row->setSpacing(theme::Medium);
 
     QToolButton* state = theme::iconButton(QStringLiteral("state-3"), tr("Change your state"), header);
     state->setIconSize({32, 32});
@@ -81,7 +81,7 @@ QWidget* Form1View::makeHeader() {
     names->setSpacing(0);
     auto* nick = new QLabel(header);
     nick->setFont(theme::titleFont());
-    nick->setIndent(theme::small);
+    nick->setIndent(theme::Small);
     letShrink(*nick);
     attach(on_, form_.Presence.lblNick, *nick);
     auto* stateName = new QToolButton(header);
@@ -113,9 +113,9 @@ QWidget* Form1View::makeSession() {
     auto* line = new QWidget(this);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     const auto picture = [&](Image& model, const QString& name, const PictureOf& of) {
-        auto* label = new IconLabel(theme::smallIcon, line);
+        auto* label = new IconLabel(theme::SmallIcon, line);
         label->setToolTip(name);
         label->setAccessibleName(name);
         attach(on_, model, *label, of);
@@ -139,8 +139,8 @@ QWidget* Form1View::makeTrouble() {
     auto* line = new QWidget(this);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::medium);
-    auto* picture = new IconLabel(theme::smallIcon, line);
+    row->setSpacing(theme::Medium);
+    auto* picture = new IconLabel(theme::SmallIcon, line);
     picture->setIcon(theme::icon(QStringLiteral("warning")));
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* label = new QLabel(line);
@@ -201,7 +201,7 @@ QWidget* Form1View::makeWindows() {
     look.Columns = {tr("Open windows"), tr("Last text")};
     look.Icon = picturesOf(Pictures::Windows);
     auto* list = new ListTree(form_.Windows->ListView1, look, tr("Open windows"), part);
-    list->header()->resizeSection(0, windowColumn);
+    list->header()->resizeSection(0, WindowColumn);
     list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
     rows->addWidget(list, 1);
     auto* hide = new QCheckBox(part);
@@ -244,10 +244,10 @@ QWidget* Form1View::makeChannels() {
     look.Icon = picturesOf(Pictures::Channels);
     look.Checkable = true;
     auto* list = new ListTree(form_.Channels.ListView2, look, tr("Channels"), part);
-    list->header()->resizeSection(0, channelColumn);
-    list->header()->resizeSection(1, usersColumn);
+    list->header()->resizeSection(0, ChannelColumn);
+    list->header()->resizeSection(1, UsersColumn);
     // The stretched last column asks for its own width too before it is cut.
-    list->header()->resizeSection(2, usersColumn);
+    list->header()->resizeSection(2, UsersColumn);
     list->setEmptyText(tr("No channels yet."));
     rows->addWidget(list, 1);
     return part;

@@ -32,8 +32,8 @@ namespace MailColumn {
 enum { Mark, Person, Received, Sent, Subject, Size, Last };
 constexpr int fromLeft[] = {Mark, Person, Subject, Last, Size, Received, Sent};
 }  // namespace MailColumn
-constexpr int narrowestSubject = 108;  // pixels of the subject
-constexpr int mailProgressWidth = 72;
+constexpr int NarrowestSubject = 108;  // pixels of the subject
+constexpr int MailProgressWidth = 72;
 
 void letShrinkInArea(QLabel& label) {
     label.setMinimumWidth(1);
@@ -55,8 +55,8 @@ MailArea::MailArea(MailPanel& panel, QWidget* parent)
     follow(on_, panel_.picAnnVisible, [this](bool shown) { pages_->setCurrentIndex(shown ? 1 : 0); });
 
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(0, theme::small, 0, 0);
-    rows->setSpacing(theme::small);
+    rows->setContentsMargins(0, theme::Small, 0, 0);
+    rows->setSpacing(theme::Small);
     rows->addWidget(tabs);
     rows->addWidget(pages_, 1);
     rows->addLayout(makeStatus());
@@ -74,13 +74,13 @@ void MailArea::setAnnouncements(QWidget* page) {
 QWidget* MailArea::makeMails() {
     auto* part = new QWidget(pages_);
     auto* summary = new QLabel(part);
-    summary->setIndent(theme::small);
+    summary->setIndent(theme::Small);
     letShrinkInArea(*summary);
     attach(on_, panel_.Label9, *summary);
     makeList();
     auto* rows = new QVBoxLayout(part);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(theme::small);
+    rows->setSpacing(theme::Small);
     rows->addLayout(makeTools());
     rows->addWidget(summary);
     rows->addWidget(list_, 1);
@@ -90,7 +90,7 @@ QWidget* MailArea::makeMails() {
 
 QBoxLayout* MailArea::makeTools() {
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     filter_ = new QLineEdit(this);
     filter_->setPlaceholderText(tr("Find in the list"));
     filter_->setAccessibleName(tr("Find in the list"));
@@ -140,17 +140,17 @@ void MailArea::makeList() {
 
 QBoxLayout* MailArea::makeStatus() {
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::medium);
+    row->setSpacing(theme::Medium);
     MailStatus& status = panel_.Status;
     auto* doing = new QLabel(this);
     doing->setFont(theme::smallFont());
-    doing->setIndent(theme::small);
+    doing->setIndent(theme::Small);
     letShrinkInArea(*doing);
     attach(on_, status.Label7, *doing);
     row->addWidget(doing, 1);
     auto* bar = new QProgressBar(this);
     bar->setAccessibleName(tr("How far the message is"));
-    bar->setFixedSize(mailProgressWidth, theme::medium);
+    bar->setFixedSize(MailProgressWidth, theme::Medium);
     bar->setTextVisible(false);
     attach(on_, status.Picture2, *bar);
     attachVisible(on_, status.Image8.Visible, *bar);
@@ -180,7 +180,7 @@ void MailArea::fitSubject() {
     const int room = list_->viewport()->width() - head.length() + head.sectionSize(MailColumn::Subject);
     const int dates = head.sectionSize(MailColumn::Received) + head.sectionSize(MailColumn::Sent);
     head.resizeSection(MailColumn::Subject,
-                       room >= narrowestSubject ? room : std::max(narrowestSubject, room + dates));
+                       room >= NarrowestSubject ? room : std::max(NarrowestSubject, room + dates));
 }
 
 bool MailArea::eventFilter(QObject* watched, QEvent* event) {

@@ -19,12 +19,12 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize scriptsSize{600, 440};
+constexpr QSize ScriptsSize{600, 440};
 
 }  // namespace
 
 ScriptsView::ScriptsView(frmScripts& form, const ViewSite& site)
-    : FormView(form, site, "Scripts", scriptsSize), form_(form) {
+    : FormView(form, site, "Scripts", ScriptsSize), form_(form) {
     setWindowIcon(theme::icon(QStringLiteral("script")));
     auto* what = new QLabel(this);
     what->setWordWrap(true);
@@ -37,12 +37,12 @@ ScriptsView::ScriptsView(frmScripts& form, const ViewSite& site)
     attach(on_, form_.TabStrip1, *tabs);
 
     auto* columns = new QHBoxLayout;
-    columns->setSpacing(theme::large);
+    columns->setSpacing(theme::Large);
     columns->addLayout(makeEntries(), 1);
     columns->addLayout(makeEntry(), 2);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::large, theme::large, theme::large, theme::large);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Large, theme::Large, theme::Large, theme::Large);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(what);
     rows->addWidget(tabs);
     rows->addLayout(columns, 1);
@@ -52,7 +52,7 @@ ScriptsView::ScriptsView(frmScripts& form, const ViewSite& site)
 
 QBoxLayout* ScriptsView::makeEntries() {
     auto* column = new QVBoxLayout;
-    column->setSpacing(theme::small);
+    column->setSpacing(theme::Small);
     auto* caption = new QLabel(this);
     attach(on_, form_.Label1, *caption);
     column->addWidget(caption);
@@ -62,7 +62,7 @@ QBoxLayout* ScriptsView::makeEntries() {
     caption->setBuddy(list);
     column->addWidget(list, 1);
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     for (CommandButton* model : {&form_.Add, &form_.Remove}) {
         auto* button = new QPushButton(this);
         attach(on_, *model, *button);
@@ -74,7 +74,7 @@ QBoxLayout* ScriptsView::makeEntries() {
 
 QBoxLayout* ScriptsView::makeEntry() {
     auto* column = new QVBoxLayout;
-    column->setSpacing(theme::small);
+    column->setSpacing(theme::Small);
     auto* nameCaption = new QLabel(tr("&Name:"), this);
     column->addWidget(nameCaption);
     auto* name = new QLineEdit(this);
@@ -82,7 +82,7 @@ QBoxLayout* ScriptsView::makeEntry() {
     attach(on_, form_.EntryName, *name);
     nameCaption->setBuddy(name);
     column->addWidget(name);
-    column->addSpacing(theme::small);
+    column->addSpacing(theme::Small);
     auto* caption = new QLabel(this);
     attach(on_, form_.Label2, *caption);
     column->addWidget(caption);
@@ -101,8 +101,8 @@ QWidget* ScriptsView::makeProblem() {
     auto* line = new QWidget(this);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::small);
-    auto* picture = new IconLabel(theme::smallIcon, line);
+    row->setSpacing(theme::Small);
+    auto* picture = new IconLabel(theme::SmallIcon, line);
     picture->setIcon(theme::icon(QStringLiteral("warning")));
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* problem = new QLabel(line);

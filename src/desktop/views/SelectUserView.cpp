@@ -31,8 +31,8 @@ SelectUserView::SelectUserView(frmSelectUser& form, const ViewSite& site)
     buttons->addWidget(choose);
     buttons->addWidget(cancel);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(label);
     rows->addWidget(users, 1);
     rows->addLayout(buttons);

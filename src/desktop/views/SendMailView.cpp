@@ -19,7 +19,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize composerSize{600, 460};
+constexpr QSize ComposerSize{600, 460};
 
 QIcon toolPicture(int index) {
     switch (index) {
@@ -64,13 +64,13 @@ QKeySequence toolKeys(int index) {
 }  // namespace
 
 SendMailView::SendMailView(frmSendMail& form, const ViewSite& site)
-    : FormView(form, site, "Composer", composerSize), form_(form) {
+    : FormView(form, site, "Composer", ComposerSize), form_(form) {
     setWindowIcon(theme::icon(QStringLiteral("mail-new")));
     RichTextView* text = addRichText(form_.RichTextBox1);
     text->setAccessibleName(tr("Text"));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::small, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Small, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(makeTools());
     rows->addLayout(makeHead());
     rows->addWidget(text, 1);
@@ -87,7 +87,7 @@ SendMailView::SendMailView(frmSendMail& form, const ViewSite& site)
 
 QToolBar* SendMailView::makeTools() {
     auto* tools = new QToolBar(this);
-    tools->setIconSize({theme::buttonIcon, theme::buttonIcon});
+    tools->setIconSize({theme::ButtonIcon, theme::ButtonIcon});
     attach(on_, form_.Toolbar1, *tools, toolPicture);
     const QList<QAction*> actions = tools->actions();
     for (int index = 1; index <= form_.Toolbar1.Count(); ++index) {
@@ -120,7 +120,7 @@ QFormLayout* SendMailView::makeHead() {
     QToolButton* browse = theme::iconButton(QStringLiteral("person"), tr("Browse user..."), this);
     attach(on_, form_.Image1, *browse);
     auto* recipients = new QHBoxLayout;
-    recipients->setSpacing(theme::small);
+    recipients->setSpacing(theme::Small);
     recipients->addWidget(to_, 1);
     recipients->addWidget(browse);
     subject_ = new QLineEdit(this);
@@ -128,7 +128,7 @@ QFormLayout* SendMailView::makeHead() {
     attach(on_, form_.Text2, *subject_);
 
     auto* head = new QFormLayout;
-    head->setSpacing(theme::small);
+    head->setSpacing(theme::Small);
     head->addRow(tr("Send To:"), recipients);
     head->addRow(tr("Subject:"), subject_);
     return head;

@@ -22,8 +22,8 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize mailSize{560, 440};
-constexpr std::size_t longestJob = 80;  // letters of a title
+constexpr QSize MailSize{560, 440};
+constexpr std::size_t LongestJob = 80;  // letters of a title
 
 // What stands in the head is read, marked and copied, and looks like text.
 QLineEdit* headLine(Subscriptions& on, TextBox& model, QWidget* parent) {
@@ -40,7 +40,7 @@ QLineEdit* headLine(Subscriptions& on, TextBox& model, QWidget* parent) {
 }  // namespace
 
 ViewMailView::ViewMailView(frmViewMail& form, const ViewSite& site)
-    : FormView(form, site, "Mail", mailSize), form_(form) {
+    : FormView(form, site, "Mail", MailSize), form_(form) {
     follow(on_, form_.Icon, [this](int icon) {
         const bool read = icon == frmViewMail::ReadIcon;
         setWindowIcon(pictureOf(Pictures::Mails, read ? MailPicture::Read : MailPicture::Unread));
@@ -48,8 +48,8 @@ ViewMailView::ViewMailView(frmViewMail& form, const ViewSite& site)
     RichTextView* text = addRichText(form_.RichTextBox1);
     text->setAccessibleName(tr("Message"));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addLayout(makeButtons());
     rows->addLayout(makeHead());
     rows->addWidget(text, 1);
@@ -68,7 +68,7 @@ QPushButton* ViewMailView::add(QBoxLayout& row, const char* icon, const QString&
 
 QBoxLayout* ViewMailView::makeButtons() {
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     attach(on_, form_.pic[frmViewMail::ReplyButton],
            *add(*row, "reply", tr("Ctrl+R"), QKeySequence(Qt::CTRL | Qt::Key_R)));
     attach(on_, form_.pic[frmViewMail::EraseButton],
@@ -90,15 +90,15 @@ QBoxLayout* ViewMailView::makeHead() {
     head->addWidget(subject);
 
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     QLineEdit* sender = headLine(on_, form_.Text1, this);
     sender->setAccessibleName(tr("From"));
     auto* from = new QLabel(tr("From"), this);
-    from->setIndent(theme::small);
+    from->setIndent(theme::Small);
     from->setForegroundRole(QPalette::PlaceholderText);
     row->addWidget(from);
     row->addWidget(sender, 1);
-    auto* mark = new IconLabel(theme::smallIcon, this);
+    auto* mark = new IconLabel(theme::SmallIcon, this);
     attach(on_, form_.Image1, *mark, [](int) { return theme::icon(QStringLiteral("urgent")); });
     row->addWidget(mark);
     auto* urgent = new QLabel(this);
@@ -111,13 +111,13 @@ QBoxLayout* ViewMailView::makeHead() {
 // The box goes with the window, and the message may go before it.
 void ViewMailView::print() {
     auto* printer = new QPrinter(QPrinter::HighResolution);
-    printer->setDocName(oneLine(form_.Text2.Text.get(), longestJob));
+    printer->setDocName(oneLine(form_.Text2.Text.get(), LongestJob));
     auto* dialog = new QPrintDialog(printer, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QObject::destroyed, dialog, [printer] { delete printer; });
     connect(dialog, &QDialog::accepted, this, [this, printer] {
         printDocument(form_.RichTextBox1.Document(),
-                      oneLine(form_.Text2.Text.get() + "\n" + form_.Caption.get(), 4 * longestJob), *printer);
+                      oneLine(form_.Text2.Text.get() + "\n" + form_.Caption.get(), 4 * LongestJob), *printer);
     });
     dialog->open();
 }

@@ -227,7 +227,7 @@ void Face::ShowAbout() {
 QMessageBox* Face::quietBox(const QString& title, const QString& text) {
     auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
-    box->setIconPixmap(theme::icon(QStringLiteral("app")).pixmap(theme::boxIcon));
+    box->setIconPixmap(theme::icon(QStringLiteral("app")).pixmap(theme::BoxIcon));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     return box;

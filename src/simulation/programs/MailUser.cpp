@@ -4,7 +4,7 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr const char* systemChannel = "#orrery";
+constexpr const char* SystemChannel = "#orrery";
 
 std::string trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(' ');
@@ -28,7 +28,7 @@ MailUser::MailUser(int port, std::string nick) : nick_(std::move(nick)), lines_(
     lines_.filter = [this](const std::string& line) { return handle(line); };
     lines_.send("NICK " + nick_);
     lines_.send("USER " + nick_ + " 0 * :Mail user");
-    lines_.send(std::string("JOIN ") + systemChannel + " sesame");
+    lines_.send(std::string("JOIN ") + SystemChannel + " sesame");
     const Deadline deadline(Patience);
     while (!welcome_) {
         if (deadline.passed() || gone()) throw Missing(nick_ + " cannot log on:\n" + lines_.transcript);

@@ -35,8 +35,8 @@ TEST(RtfReader, TakesTablesFromTheDocument) {
     // Tables that are too long, unfinished or not there at all.
     std::string fonts = "{\\rtf1{\\fonttbl";
     for (int i = 0; i < 3000; ++i) fonts += "{\\f" + std::to_string(i * 40 - 9) + " x;}";
-    EXPECT_EQ(readRtfHead(fonts).Fonts.size(), kMaxFonts);
-    EXPECT_EQ(readRtfHead("{\\rtf{\\colortbl" + std::string(9999, ';')).Colors.size(), kMaxColors);
+    EXPECT_EQ(readRtfHead(fonts).Fonts.size(), MaxFonts);
+    EXPECT_EQ(readRtfHead("{\\rtf{\\colortbl" + std::string(9999, ';')).Colors.size(), MaxColors);
     EXPECT_EQ(readRtfHead("{\\rtf{\\fonttbl{\\f-1 x;}{\\f0 Unfinished}}{\\colortbl}").Fonts,
               RichHead().Fonts);
     EXPECT_EQ(readRtfHead("{\\rtf{\\fonttbl}{\\colortbl}").Colors, RichHead().Colors);
