@@ -1,5 +1,4 @@
-// Mail: what a received line costs beside the two durable writes that it needs, the list of a folder with ten
-// thousand mails, and the encoding of a text.
+// Mail: the list of a folder with ten thousand mails, and the encoding of a text.
 
 #include <benchmark/benchmark.h>
 
@@ -17,34 +16,6 @@ double secondsOf(const auto& call) {
     const auto begin = Clock::now();
     call();
     return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-// The dialogue's share, without the network: lines a second, each durable, divided by a bare loop of the same
-// two durable writes, turn by turn.
-void lineShare(benchmark::State& state) {
-    constexpr int lines = 300;
-    MailFolder mails;
-    const std::string line(200, 'x');
-    double share = 0;
-    for (auto _ : state) {
-        mails.manager.HandleMailCmd("START Nikos 14/03/2026 " + std::to_string(lines) + " 17 Subject");
-        const double ours = secondsOf([&] {
-            for (int i = 0; i < lines; ++i) mails.manager.HandleMailCmd("DUMP " + line);
-        });
-        mails.manager.HandleMailCmd("DONE");
-        File bare = mails.files.Open("bare.txt", FileMode::Output);
-        bare.Flush();
-        share = secondsOf([&] {
-                    for (int i = 0; i < lines; ++i) {
-                        bare.WriteLine(line);
-                        bare.Flush();
-                        mails.settings.Save(Section::Incompleted, "Bare", std::to_string(i));
-                    }
-                }) /
-                ours;
-    }
-    state.counters["value"] = share;
-    state.SetLabel("ratio");
 }
 
 constexpr int manyMails = 10'000;
@@ -75,7 +46,6 @@ void encode(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(lineShare)->Name("mail.line_share")->Iterations(1);
 BENCHMARK(list)->Name("mail.list_10000_ms")->Iterations(3);
 BENCHMARK(encode)->Name("mail.encode_mib_per_s");
 

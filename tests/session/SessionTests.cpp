@@ -464,20 +464,21 @@ TEST_F(ChannelPanelTest, AKeyIsAskedForAndClearedOnlyAfterYes) {
 }
 
 TEST_F(ChannelPanelTest, AServerCannotMakeTheListGrowWithoutEnd) {
+    panel.MostListed = 1'000;
     int redrawn = 0;
     const auto counting = list.ListItems.Cleared.connect([&] { ++redrawn; });
-    for (int i = 0; i < 1200; ++i) server.says(":me!u@h JOIN :#" + std::string(60, 'x') + std::to_string(i));
+    for (int i = 0; i < 140; ++i) server.says(":me!u@h JOIN :#" + std::string(500, 'x') + std::to_string(i));
     time.run(2s);
     EXPECT_GT(panel.Joined().size(), 65000U);
     EXPECT_LE(panel.Joined().size(), 65536U);
     EXPECT_EQ(rows().size(), Split(panel.Joined(), "|").size() - 1);
     EXPECT_EQ(redrawn, 0) << "a channel costs its own row";
     server.says(":s 322 me #late 1 :" + std::string(200'000, 'x'));
-    for (int i = 0; i < 70'000; ++i) server.says(":s 322 me #l" + std::to_string(i) + " 1 :");
-    time.run(80s);
+    for (int i = 0; i < 1'100; ++i) server.says(":s 322 me #l" + std::to_string(i) + " 1 :");
+    time.run(5s);
     says(":s 323 me :End");
     const auto joined = static_cast<int>(Split(panel.Joined(), "|").size() - 1);
-    EXPECT_EQ(list.ListItems.Count(), joined + (1 << 16));
+    EXPECT_EQ(list.ListItems.Count(), joined + 1'000);
     server.closes();
     time.run(50ms);
     EXPECT_EQ(list.ListItems.Count(), joined) << "what was listed goes with the server";
