@@ -140,7 +140,8 @@ void FloodServer::handle(std::string_view line) {
         say(front + "266 " + nick_ + " :Current global users: 12  Max: 20");
     }
     if (line.starts_with("JOIN ")) answerJoin(wordBehind(line, 5));
-    if (line.starts_with("PRIVMSG OrreryServ ")) say(front + "401 " + nick_ + " OrreryServ :No such nick");
+    if (!HasRobot && line.starts_with("PRIVMSG OrreryServ "))
+        say(front + "401 " + nick_ + " OrreryServ :No such nick");
 }
 
 void FloodServer::answerJoin(std::string_view channel) {

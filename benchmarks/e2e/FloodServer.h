@@ -17,6 +17,8 @@ class FloodServer {
     FloodServer();
 
     int port() const { return port_.number(); }
+    // Whether somebody is called OrreryServ; what is said to it is answered by the measurement then.
+    bool HasRobot = false;
     // Waits for a client. A client that is there is given up.
     void accept();
     // Waits for the first byte of the client.

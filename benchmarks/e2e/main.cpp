@@ -14,6 +14,9 @@
 #include <vector>
 
 #include "e2e/FloodServer.h"
+#include "platform/Files.h"
+#include "platform_qt/PosixDisk.h"
+#include "platform_qt/SqliteSettings.h"
 #include "simulation/programs/OrreryProcess.h"
 
 namespace talvora::bench {
@@ -24,6 +27,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int startRuns = 9;
 constexpr int floodRuns = 5;
+constexpr int mailRuns = 5;
+constexpr int mailLines = 300;
 constexpr int idleRuns = 3;
 constexpr int floodLines = 400000;
 constexpr programs::Milliseconds idleTime{10000};
@@ -105,6 +110,53 @@ void measureFlood(FloodServer& server, const Host& host) {
     print("e2e.lines_per_s", median(values), "lines/s");
 }
 
+// Lines a second of a mail that the robot gives, each answered as soon as it is durable.
+double mailRate(FloodServer& server, const std::string& text) {
+    const auto tell = [&](const std::string& words) {
+        server.flood(":OrreryServ!s@127.0.0.1 PRIVMSG Nikos :\1MAIL " + words + "\1\r\n",
+                     "PRIVMSG OrreryServ :\1MAIL OK");
+    };
+    tell("START maria 14/03/2026 " + std::to_string(mailLines) + " 17 Subject");
+    const auto start = Clock::now();
+    for (int line = 0; line < mailLines; ++line) tell("DUMP " + text);
+    const double rate = mailLines / secondsSince(start);
+    tell("DONE");
+    return rate;
+}
+
+// The same two durable writes alone.
+double bareRate(Files& files, SqliteSettings& settings, const std::string& text) {
+    File file = files.Open("bare.txt", FileMode::Output);
+    file.Flush();
+    const auto start = Clock::now();
+    for (int line = 0; line < mailLines; ++line) {
+        file.WriteLine(text);
+        file.Flush();
+        settings.SaveSetting("Talvora", "Incompleted", "IncomingLine", std::to_string(line));
+    }
+    return mailLines / secondsSince(start);
+}
+
+void measureMail(FloodServer& server, const Host& host) {
+    const std::string text(200, 'x');
+    const programs::Folder folder;
+    PosixDisk disk(folder / "data");
+    Files files(disk);
+    SqliteSettings settings(folder / "settings.db");
+    server.HasRobot = true;
+    const auto process = host.start();
+    server.accept();
+    server.logOn();
+    std::vector<double> values;
+    for (int run = 0; run < mailRuns; ++run) {
+        const double rate = mailRate(server, text);
+        values.push_back(rate / bareRate(files, settings, text));
+    }
+    print("mail.line_share", median(values), "ratio");
+    server.HasRobot = false;
+    end(*process);
+}
+
 // Processor time of a process so far, in seconds. The count in /proc, in ticks of 10 ms, is too coarse for a
 // program that sleeps.
 double processorTime(pid_t id) {
@@ -149,6 +201,7 @@ int run(bool windows) {
     const Host host(server, windows);
     measureStart(server, host);
     if (!windows) measureFlood(server, host);
+    if (!windows) measureMail(server, host);
     measureIdle(server, host);
     return 0;
 }

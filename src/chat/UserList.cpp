@@ -54,7 +54,7 @@ bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second)
 
 void UserList::wait(Waiting entry) {
     entry.cost = sizeof entry + entry.first.size() + entry.second.size();
-    for (const std::string& name : entry.names) entry.cost += sizeof name + name.size();
+    for (const std::string& name : entry.names) entry.cost += sizeof(std::string) + name.size();
     if (!take(entry.cost)) return;
     waiting_.push_back(std::move(entry));
     tmrNames_.Enabled = true;

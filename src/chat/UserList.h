@@ -31,8 +31,8 @@ class UserList {
     static constexpr int StateImages = 8;
 
     // So many names are entered at once, and so many a turn from then on.
-    static constexpr std::size_t AtOnce = 10'000;
-    static constexpr std::size_t ATurn = 3'000;
+    std::size_t AtOnce = 10'000;
+    std::size_t ATurn = 3'000;
 
     UserList(Platform& platform, GlobError& globError, modNickDecode& nickDecode);
     UserList(const UserList&) = delete;

@@ -8,6 +8,7 @@ namespace talvora {
 namespace {
 
 constexpr auto section = Section::PMSettings;
+constexpr char CommandPrefix = '\\';
 
 }  // namespace
 
@@ -130,9 +131,17 @@ void frmPM::ShowPluginLine(const std::string& text) {
 }
 
 // A text that begins with "\" is a script command: it is neither shown nor sent.
+std::vector<std::string> frmPM::CommandsLike(const std::string& typed) const {
+    std::vector<std::string> commands;
+    if (!typed.starts_with(CommandPrefix) || typed.find(' ') != std::string::npos) return commands;
+    for (const std::string& name : around_.Commands.NamesLike(typed.substr(1)))
+        commands.push_back(CommandPrefix + name);
+    return commands;
+}
+
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (data.starts_with('\\')) {
+        if (data.starts_with(CommandPrefix)) {
             around_.Commands.RunScriptCommand(data.substr(1), std::string(UserName), *this);
         } else {
             sendOn(step, std::string(UserName), data);

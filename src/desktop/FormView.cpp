@@ -58,8 +58,23 @@ void FormView::followForm() {
 
 // A caption may hold what a stranger calls himself. The toolkit takes "[*]" for a mark of its own.
 void FormView::showTitle() {
-    setWindowTitle(
-        oneLine(form_.Caption.get(), longestTitle).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    const QString title =
+        oneLine(form_.Caption.get(), longestTitle).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(mark_.isEmpty() ? title : mark_ + QStringLiteral(": ") + title);
+}
+
+void FormView::Mark(const QString& word, const QIcon& icon) {
+    if (mark_.isEmpty()) unmarked_ = windowIcon();
+    mark_ = word;
+    setWindowIcon(icon);
+    showTitle();
+}
+
+void FormView::Unmark() {
+    if (mark_.isEmpty()) return;
+    mark_.clear();
+    setWindowIcon(unmarked_);
+    showTitle();
 }
 
 // A window that the user has asked for takes the keyboard; one that comes by itself stays out of his way.

@@ -37,6 +37,10 @@ WritingBox::WritingBox(TextBox& model, QWidget* parent) : QPlainTextEdit(parent)
     showText();
 }
 
+void WritingBox::setOffers(WordOffers::Source source) {
+    offers_ = std::make_unique<WordOffers>(*this, std::move(source));
+}
+
 // The document of this widget counts its height in lines.
 int WritingBox::linesWanted() const {
     return static_cast<int>(document()->size().height());
@@ -55,6 +59,7 @@ QSize WritingBox::minimumSizeHint() const {
 void WritingBox::textEdited() {
     setVerticalScrollBarPolicy(linesWanted() > mostLines ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     updateGeometry();
+    if (offers_) offers_->edited();
     if (passing_) return;
     passing_ = true;
     // As what is in front of the caret will be sent.
@@ -88,6 +93,10 @@ void WritingBox::showCaret() {
 }
 
 void WritingBox::keyPressEvent(QKeyEvent* event) {
+    if (offers_ && offers_->wants(*event)) {
+        event->ignore();
+        return;
+    }
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
         QPlainTextEdit::keyPressEvent(event);
         return;

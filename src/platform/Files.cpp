@@ -84,6 +84,10 @@ File Files::OpenPicked(const std::string& nativePath) {
     return file;
 }
 
+File Files::CreatePicked(const std::string& nativePath) {
+    return adopt(disk_.createPicked(nativePath), FileMode::Output, std::string());
+}
+
 File Files::adopt(DiskDriver::Handle handle, FileMode mode, const std::string& path) {
     auto opened = std::make_unique<OpenFile>(disk_, *this, handle, mode, path);
     opened_.push_back(opened.get());

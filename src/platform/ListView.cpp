@@ -136,8 +136,9 @@ void ListItems::Remove(const ListItem& row) {
     const int index = row.Index();
     const std::unique_ptr<ListItem> removed = std::move(slots_[row.slot_]);
     order_.vacate(row.slot_);
-    if (slots_.size() > 2 * order_.taken() + 16) closeHoles();
+    // Who listens may still ask before which rows it stood, so the places change only behind that.
     RowRemoved.raise(index, *removed);
+    if (slots_.size() > 2 * order_.taken() + 16) closeHoles();
 }
 
 // Done once in as many removals as there are rows, so that it costs none of them.

@@ -138,6 +138,15 @@ DiskDriver::Handle PosixDisk::openPicked(const std::string& nativePath) {
     return file.release();
 }
 
+DiskDriver::Handle PosixDisk::createPicked(const std::string& nativePath) {
+    constexpr int flags = O_RDWR | O_CREAT | (fileFlags & ~O_NOFOLLOW);
+    constexpr mode_t everybody = 0666;  // but for what the user's mask takes away
+    Descriptor file(check([&] { return ::open(nativePath.c_str(), flags, everybody); }));
+    plainMode(file);
+    check([&] { return ::ftruncate(file.get(), 0); });
+    return file.release();
+}
+
 std::size_t PosixDisk::read(Handle file, std::int64_t at, char* to, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {

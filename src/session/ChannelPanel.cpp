@@ -15,8 +15,7 @@ constexpr int KeyedChannelIcon = 7;
 constexpr int JoinErrorIcon = 1;
 // A server cannot make the flat lists of channels longer than this.
 constexpr std::size_t MaxListText = 1 << 16;
-// Nor its list of all channels, of which each is kept.
-constexpr std::size_t MaxListed = 1 << 16;
+// Nor the text of its list of all channels.
 constexpr std::size_t MaxListedText = 8 << 20;
 
 // Whether there was room.
@@ -27,10 +26,10 @@ bool appendEntry(std::string& list, const std::string& entry) {
 }
 
 // As many lines as there is room for.
-StringArray bounded(const StringArray& lines) {
+StringArray bounded(const StringArray& lines, std::size_t most) {
     std::size_t bytes = 0;
     const auto fits = [&](const std::string& line) { return (bytes += line.size()) <= MaxListedText; };
-    const auto end = lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), MaxListed));
+    const auto end = lines.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), most));
     return {lines.begin(), std::find_if_not(lines.begin(), end, fits)};
 }
 
@@ -206,7 +205,7 @@ void ChannelPanel::tmrDisplayKeyChans_Timer() {
 
 void ChannelPanel::IRCServ1_ChannelListReply(const StringArray& channels) {
     trapped(globError_, "IRCServ1_ChannelListReply", [&](Trap&) {
-        ChanCache = bounded(channels);
+        ChanCache = bounded(channels, MostListed);
         redraw();
     });
 }

@@ -2,6 +2,7 @@
 // The channels in the main window: the list with its check boxes, joining and leaving, keys, and what the
 // server says to a join.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,6 +37,7 @@ class ChannelPanel {
     Menu popChanList;  // asks the server for its channels
     Timer tmrRefreshUsers;
     Timer tmrDisplayKeyChans;
+    std::size_t MostListed = 1 << 16;  // channels of the server's list that are kept
 
     // Joins the channels of `list` (each followed by "|"), leaves the others and saves the list.
     void CreateChannelList(std::string list);

@@ -195,6 +195,16 @@ MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
     return handleOf(node);
 }
 
+MemoryDisk::Handle MemoryDisk::createPicked(const std::string& nativePath) {
+    call();
+    return handleOf(created_[nativePath] = std::make_shared<Node>(Kind::File));
+}
+
+std::optional<std::string> MemoryDisk::created(const std::string& nativePath) const {
+    const auto found = created_.find(nativePath);
+    return found == created_.end() ? std::nullopt : std::optional(found->second->content);
+}
+
 MemoryDisk::Node& MemoryDisk::at(Handle file) {
     const auto found = handles_.find(file);
     if (found == handles_.end()) throw DiskFault(EBADF);

@@ -269,7 +269,7 @@ TEST(SavedSettings, SurviveAKilledProcess) {
     std::cout << "seed " << seed << std::endl;
     std::mt19937 random(seed);
     const TemporaryFolder folder;
-    for (int round = 1; round <= 200; ++round) {
+    for (int round = 1; round <= 20; ++round) {
         const auto told = toldBeforeTheKill(folder.path("settings.db"), round, random);
         ASSERT_FALSE(told.empty());
         const Store store(folder.path("settings.db"));

@@ -82,6 +82,10 @@ void ChatView::addBeside(QWidget* widget, int width) {
     across_->setSizes({this->width() - width, width});
 }
 
+void ChatView::offerWords(WordOffers::Source source) {
+    writing_->setOffers(std::move(source));
+}
+
 void ChatView::showEvent(QShowEvent* event) {
     FormView::showEvent(event);
     if (!std::exchange(seen_, true)) writing_->setFocus();

@@ -5,15 +5,19 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "desktop/Binding.h"
+#include "desktop/Follow.h"
 #include "desktop/IconLabel.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "desktop/views/AnnouncementPanel.h"
+#include "desktop/views/MailArea.h"
 #include "desktop/views/Pictures.h"
 #include "desktop/views/UserListTree.h"
 
@@ -21,7 +25,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize mainSize{320, 600};
+constexpr QSize mainSize{380, 640};
 constexpr int windowColumn = 175;  // pixels
 constexpr int channelColumn = 130;
 constexpr int windowsHeight = 190;
@@ -41,14 +45,15 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 
 }  // namespace
 
-Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", mainSize), form_(form) {
+Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
+    : FormView(form, site, "Main", mainSize), form_(form), announcement_(announcement) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
     rows->setSpacing(theme::medium);
     rows->addWidget(makeHeader());
     rows->addWidget(makeTrouble());
+    if (form_.Mail != nullptr) rows->addWidget(makeUnread());
     auto* lists = new QSplitter(Qt::Vertical, this);
     if (form_.Windows) lists->addWidget(makeWindows());
     lists->addWidget(makePeople());
@@ -152,6 +157,24 @@ QWidget* Form1View::makeTrouble() {
     return line;
 }
 
+// What has come while nobody looked stands where trouble would, and leads to the mails.
+QPushButton* Form1View::makeUnread() {
+    auto* line = new QPushButton(this);
+    line->setFlat(true);
+    line->setIcon(theme::icon(QStringLiteral("mail-unread")));
+    line->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    follow(on_, form_.Mail->UnreadCount, [this, line](int count) {
+        line->setText(count == 1 ? tr("1 unread message") : tr("%1 unread messages").arg(count));
+        line->setVisible(count > 0);
+        Site().Face.ShowUnread(count);
+    });
+    connect(line, &QPushButton::clicked, this, [this] {
+        tabs_->setCurrentWidget(mail_);
+        mail_->showIncoming();
+    });
+    return line;
+}
+
 QWidget* Form1View::makeFooter() {
     auto* footer = new QWidget(this);
     QVBoxLayout* rows = rowsIn(footer);
@@ -190,6 +213,8 @@ QWidget* Form1View::makeWindows() {
 QTabWidget* Form1View::makePeople() {
     auto* tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideRight);
     tabs->addTab(makeChannels(), theme::icon(QStringLiteral("channel")), tr("Channels"));
     ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
     users->setEmptyText(tr("Nobody is in your channels."));
@@ -197,7 +222,18 @@ QTabWidget* Form1View::makePeople() {
     ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
     ignored->setEmptyText(tr("You ignore nobody."));
     tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
+    tabs_ = tabs;
+    if (form_.Mail != nullptr) addMail();
     return tabs;
+}
+
+void Form1View::addMail() {
+    mail_ = new MailArea(*form_.Mail, tabs_);
+    mail_->setAnnouncements(new AnnouncementPanel(announcement_, Site().ThePlatform, mail_));
+    tabs_->addTab(mail_, theme::icon(QStringLiteral("mail")), QString());
+    follow(on_, form_.Mail->UnreadCount, [this](int count) {
+        tabs_->setTabText(tabs_->indexOf(mail_), count > 0 ? tr("Mail (%1)").arg(count) : tr("Mail"));
+    });
 }
 
 QWidget* Form1View::makeChannels() {
@@ -222,6 +258,7 @@ QWidget* Form1View::makeChannels() {
 void Form1View::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &form_.Presence.popState) fillStates(menu);
     if (&model == &form_.popUserList) fillUsers(menu);
+    if (mail_ != nullptr) mail_->fillMenu(menu, model);
     if (&model != &form_.Channels.popChannel) return;
     for (Menu* entry :
          {&form_.Channels.popChanJoin, &form_.Channels.popChanPart, &form_.Channels.popChanKey}) {
@@ -258,6 +295,13 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
     menu.addSeparator();
+    if (mail_ != nullptr) mail_->fillMain(menu);
+    for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {
+        QAction* entry = menu.addAction(caption(link->Caption.get()));
+        connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
+    }
+    menu.addSeparator();
+    addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });
     QAction* about = menu.addAction(tr("&About..."));

@@ -13,6 +13,7 @@ constexpr QSize privateSize{560, 400};
 PrivateView::PrivateView(frmPM& window, const ViewSite& site)
     : ChatView(window, site, "Private", privateSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("private")));
+    offerWords([&window](const std::string& typed) { return window.CommandsLike(typed); });
 }
 
 void PrivateView::fillMenu(QMenu& menu, Menu&) {

@@ -249,6 +249,10 @@ void Face::ShowOnLine(bool onLine) {
     if (tray_ != nullptr) tray_->ShowLine(onLine ? Tray::Line::On : Tray::Line::Off);
 }
 
+void Face::ShowUnread(int count) {
+    if (tray_ != nullptr) tray_->ShowUnread(count);
+}
+
 void Face::ShowSettings() {
     if (tray_ == nullptr) return;  // not yet begun, or closed already
     if (settings_ != nullptr) {

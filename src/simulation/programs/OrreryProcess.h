@@ -11,6 +11,8 @@
 
 namespace talvora::programs {
 
+class IrcServer;
+
 struct OrreryOptions {
     std::string nick = "Nikos";
     std::string channels{};  // the setting ChanList: each name followed by "|"

@@ -114,6 +114,9 @@ TEST(RtfReader, OfDocumentsThatEndEarlyOrLate) {
          "[b]xy[]z"},
     };
     for (const auto& [rtf, dump] : cases) EXPECT_EQ(dumpOfRtf(rtf), dump) << rtf.substr(0, 40);
+    // The 256th group still ends what it began; the next one is flattened.
+    EXPECT_EQ(dumpOfRtf("{\\rtf1 " + std::string(254, '{') + "a{\\b b}c"), "a[b]b[]c");
+    EXPECT_EQ(dumpOfRtf("{\\rtf1 " + std::string(255, '{') + "a{\\b b}c"), "a[b]bc");
 }
 
 // ---- Pictures
