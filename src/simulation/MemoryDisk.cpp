@@ -58,7 +58,10 @@ void MemoryDisk::call() {
 
 void MemoryDisk::change() {
     call();
-    if (refusal_ != 0) throw DiskFault(refusal_);
+    if (refusal_ != 0 && --changesToRefusal_ < 0) {
+        changesToRefusal_ = -1;
+        throw DiskFault(refusal_);
+    }
     if (changesToDeath_ < 0 || changesToDeath_-- > 0) return;
     died_ = true;
     throw DiskFault(EIO);
@@ -68,6 +71,11 @@ void MemoryDisk::failAt(int callNumber, int errorNumber) {
     callsToFault_ = callNumber;
     faultNumber_ = errorNumber;
     failed_ = false;
+}
+
+void MemoryDisk::refuseChanges(int errorNumber, int changeNumber) {
+    refusal_ = errorNumber;
+    changesToRefusal_ = changeNumber;
 }
 
 void MemoryDisk::dieAtWrite(int changeNumber) {

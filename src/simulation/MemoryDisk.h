@@ -41,8 +41,10 @@ class MemoryDisk final : public DiskDriver {
     // change.
     void dieAtWrite(int change);
     bool died() const { return died_; }
-    // From now on each change faults with this errno, as on a full or a read-only disk; 0 ends that.
-    void refuseChanges(int errorNumber) { refusal_ = errorNumber; }
+    // From the n-th change on, counted from 0, each one faults with this errno, as on a full or a read-only
+    // disk; 0 ends that.
+    void refuseChanges(int errorNumber, int change = 0);
+    bool refuses() const { return refusal_ != 0 && changesToRefusal_ < 0; }
     void restart(Survived survived = Survived::Flushed);
 
     std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
@@ -93,6 +95,7 @@ class MemoryDisk final : public DiskDriver {
     int faultNumber_ = 0;
     bool failed_ = false;
     int refusal_ = 0;
+    int changesToRefusal_ = 0;
     int changesToDeath_ = -1;
     bool died_ = false;
 };

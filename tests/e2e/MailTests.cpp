@@ -1,13 +1,9 @@
 // Mail between real programs: a messenger sends what a composer has left in its folder, the robot keeps it,
 // and another messenger finds it when it comes.
 
-#include <algorithm>
-#include <fstream>
-
 #include "e2e/EachServer.h"
-#include "mail/MailFile.h"
+#include "e2e/MailFolder.h"
 #include "platform/CodePage1253.h"
-#include "simulation/programs/MailUser.h"
 #include "simulation/programs/Network.h"
 
 namespace talvora::programs {
@@ -20,16 +16,6 @@ using MailFile::OutgoingFile;
 // A mail waits for the next look at the queue, five seconds behind the one before it.
 constexpr Milliseconds untilTheQueueIsEmpty{60000};
 
-// The whole mails of a kind in a user's folder.
-std::vector<std::filesystem::path> mailsOf(const OrreryProcess& user, char kind) {
-    std::vector<std::filesystem::path> found;
-    for (const auto& entry : std::filesystem::directory_iterator(user.folder() / "data/Mail")) {
-        const std::string name = entry.path().filename().string();
-        if (name.front() == kind && name.ends_with(".qrm")) found.push_back(entry.path());
-    }
-    return found;
-}
-
 void waitForMails(OrreryProcess& user, char kind, std::size_t count) {
     const Deadline deadline(untilTheQueueIsEmpty);
     while (mailsOf(user, kind).size() != count) {
@@ -41,17 +27,11 @@ void waitForMails(OrreryProcess& user, char kind, std::size_t count) {
     }
 }
 
-std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // As a reader sees it.
 std::string shown(const std::filesystem::path& path) {
-    const auto mail = MailFile::Open(contentOf(path));
-    if (!mail) return "no mail";
-    return mail->Head.From + (mail->Head.Urgent ? "! " : ": ") + mail->Head.Subject +
-           (mail->IsRTF ? " {" : " [") + mail->Text;
+    const MailFile::Opened mail = opened(path);
+    return mail.Head.From + (mail.Head.Urgent ? "! " : ": ") + mail.Head.Subject +
+           (mail.IsRTF ? " {" : " [") + mail.Text;
 }
 
 class Mails : public EachServer {};

@@ -41,7 +41,10 @@ bool MailUser::handle(const std::string& line) {
     const bool ofRobot = words[0].starts_with(":OrreryServ!");
     if (words[0] == "PING") lines_.send("PONG " + line.substr(5));
     if (words[1] == "353" && line.find("OrreryServ") != line.npos) robotIsThere_ = true;
-    if (words[1] == "366") welcome_ = true;
+    if (words[1] == "366") {
+        welcome_ = true;
+        if (robotIsThere_) begin();
+    }
     if (ofRobot && (words[1] == "JOIN" || words[1] == "QUIT")) robotCame(words[1] == "JOIN");
     if (ofRobot && words[1] == "PRIVMSG" && words[2] == nick_ && words[3].starts_with(":\1")) {
         const std::vector<std::string> text =
