@@ -1,5 +1,6 @@
 // Figures of the chat view on a display: lines shown per second of processor time, painting included; the
-// longest turn of the loop meanwhile; and the memory of a line. Prints name, tab, value, tab, unit.
+// longest turn of the loop meanwhile; and the memory of a line. Then those of the announcements' windows.
+// Prints name, tab, value, tab, unit.
 
 #include <malloc.h>
 
@@ -12,6 +13,7 @@
 #include <string>
 
 #include "chat/IRCWin.h"
+#include "desktop/Announcements.h"
 #include "desktop/RichTextView.h"
 #include "simulation/VirtualPlatform.h"
 
@@ -122,5 +124,7 @@ int main(int argc, char** argv) {
     print("chat.view_lines_per_s", lines, "1/s");
     print("chat.view_longest_block_ms", longest, "ms");
     print("chat.bytes_per_line", bytesPerLine(), "B");
+    print("announce.load_10000_ms", median(bench::loadAnnouncements), "ms");
+    print("announce.arrive_us", median(bench::announcementArrives), "us");
     return 0;
 }

@@ -113,6 +113,7 @@ void frmAnnounce::showAllowed() {
 
 void frmAnnounce::showRoom() {
     const std::ptrdiff_t left = room_.Left(nick_(), Trim(Text2.Text.get()), OneLine(onOneLine()));
+    Room.FontBold = left < 0;
     Room.Caption = left >= 0 ? CStr(left) + " bytes left" : CStr(-left) + " bytes too long for one line";
 }
 

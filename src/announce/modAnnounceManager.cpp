@@ -65,8 +65,8 @@ void modAnnounceManager::HandleAnnData(const std::string& Text) {
         const std::string verb = pieces.empty() ? std::string() : pieces[0];
         if (verb == "ANNID") step([&] { gAnnID = NumberOf(elementOf(pieces, 1)); });
         if (verb == "ANN") {
-            const auto line = step.value(std::string(), [&] { return elementOf(pieces, 1); });
-            if (!line.empty()) take(step, line);
+            std::string line;
+            if (step([&] { line = elementOf(pieces, 1); })) take(step, line);
         }
         step([&] { settings_.Save(Section::Information, "AnnID", CStr(gAnnID)); });
     });
@@ -78,7 +78,8 @@ void modAnnounceManager::take(Trap& step, const std::string& line) {
         missed_ = true;
         return;
     }
-    step([&] { gAnnID = NumberOf(line); });
+    // A line with nothing in it is kept as it came, and has no number.
+    if (!line.empty()) step([&] { gAnnID = NumberOf(line); });
     step([&] { Stored.raise(line); });
 }
 
@@ -103,7 +104,7 @@ void modAnnounceManager::append(const std::string& line) {
 // A crash between the line and the number: the line stands already, and the robot tells it again.
 bool modAnnounceManager::isLeftOver(const std::string& line) {
     const auto last = std::exchange(lastAtStart_, std::nullopt);
-    return last == line && NumberOf(line) > gAnnID;
+    return last == line && !line.empty() && NumberOf(line) > gAnnID;
 }
 
 bool modAnnounceManager::isSilent(const std::vector<std::string>& fields) const {

@@ -8,8 +8,8 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view actionMark = "$ACTION ";
-constexpr int lookPeriod = 500;  // milliseconds
+constexpr std::string_view ActionMark = "$ACTION ";
+constexpr int LookPeriod = 500;  // milliseconds
 
 }  // namespace
 
@@ -18,7 +18,7 @@ ChatWindow::ChatWindow(ChatSurroundings& around)
       Slots(*this, around.Factories, around.Reporter, around.ThePlatform.TheLoop),
       FoldPlugins(">>"),
       around_(around),
-      focusTimer_(around.ThePlatform, Ending, lookPeriod, true) {
+      focusTimer_(around.ThePlatform, Ending, LookPeriod, true) {
     connectHands();
     on_ += focusTimer_.Tick.connect([this] { look(); });
     // Between two changes of the foreground a look would find nothing new.
@@ -73,7 +73,7 @@ bool ChatWindow::isShown(const std::string& command) {
 }
 
 std::string ChatWindow::withoutActionMark(const std::string& payload) {
-    return payload.starts_with(actionMark) ? payload.substr(actionMark.size()) : payload;
+    return payload.starts_with(ActionMark) ? payload.substr(ActionMark.size()) : payload;
 }
 
 // ---- Typing
@@ -134,7 +134,7 @@ void ChatWindow::Image1_MouseUp(int x, int y) {
 void ChatWindow::sendOn(Trap& step, const std::string& to, const std::string& data) {
     const ChatColors& colors = around_.Colors;
     const bool special = data.starts_with('$');
-    if (!special || data.starts_with(actionMark)) {
+    if (!special || data.starts_with(ActionMark)) {
         showSaid(around_.Session.Nickname(), data, colors.OwnForeColor, colors.OwnBackColor,
                  colors.OwnForeColor, colors.OwnBackColor);
     }
@@ -146,8 +146,8 @@ void ChatWindow::sendOn(Trap& step, const std::string& to, const std::string& da
 void ChatWindow::showSaid(const std::string& nick, std::string_view payload, std::uint8_t fore,
                           std::uint8_t back, std::uint8_t actionFore, std::uint8_t actionBack) {
     std::string line;
-    if (payload.starts_with(actionMark)) {
-        line.append("* ").append(nick).append(" ").append(payload.substr(actionMark.size()));
+    if (payload.starts_with(ActionMark)) {
+        line.append("* ").append(nick).append(" ").append(payload.substr(ActionMark.size()));
         IRCWin1.AddIRCLine(line, actionFore, actionBack);
     } else {
         line.append("<").append(nick).append("> ").append(payload);
@@ -192,7 +192,7 @@ void ChatWindow::look() {
 
 void ChatWindow::foldPlugins() {
     const bool open = PluginsAreFolded();
-    PluginsWidth = open ? kPluginsOpen : kPluginsFolded;
+    PluginsWidth = open ? PluginsOpen : PluginsFolded;
     FoldPlugins.Caption = open ? ">>" : "<<";
 }
 

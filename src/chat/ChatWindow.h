@@ -32,8 +32,8 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow, publi
     Image Image3;       // "Send Action Text (Ctrl+Enter)"
     Image Image4;       // opens mnuCheck
     Label FoldPlugins;  // folds the panel of the plug-ins: ">>" while it is open
-    Property<int> PluginsWidth{kPluginsOpen};
-    bool PluginsAreFolded() const { return PluginsWidth < kPluginsNarrow; }
+    Property<int> PluginsWidth{PluginsOpen};
+    bool PluginsAreFolded() const { return PluginsWidth < PluginsNarrow; }
     Menu mnuCheck;    // the menu of the window's own settings
     Menu mnuPopup;    // checked: tell the host of what the user doesn't see
     Menu mnuNoFocus;  // checked: stay behind
@@ -54,9 +54,9 @@ class ChatWindow : public Form, public EmotionTarget, public PluginWindow, publi
     // The popup of the emoticons beside Image1, in twips on the screen.
     void Image1_MouseUp(int x, int y);
 
-    static constexpr int kPluginsOpen = 2355;  // widths in twips
-    static constexpr int kPluginsFolded = 1;
-    static constexpr int kPluginsNarrow = 120;  // what is narrower counts as folded
+    static constexpr int PluginsOpen = 2355;  // widths in twips
+    static constexpr int PluginsFolded = 1;
+    static constexpr int PluginsNarrow = 120;  // what is narrower counts as folded
 
   protected:
     // Offers a line to all plug-ins but the one at `exclude`; -1 excludes none. False if the window has been

@@ -9,7 +9,7 @@ namespace talvora {
 namespace {
 
 // The marks of a names reply that say what a user is on a channel.
-constexpr std::string_view statusMarks = "~+@.&";
+constexpr std::string_view StatusMarks = "~+@.&";
 
 }  // namespace
 
@@ -54,7 +54,7 @@ bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second)
 
 void UserList::wait(Waiting entry) {
     entry.cost = sizeof entry + entry.first.size() + entry.second.size();
-    for (const std::string& name : entry.names) entry.cost += sizeof name + name.size();
+    for (const std::string& name : entry.names) entry.cost += sizeof(std::string) + name.size();
     if (!take(entry.cost)) return;
     waiting_.push_back(std::move(entry));
     tmrNames_.Enabled = true;
@@ -128,7 +128,7 @@ void UserList::Add(Text Nick, Text Channel) {
 
 void UserList::addNow(Text Nick, Text Channel) {
     trapped(globError_, "Add", [&](Trap& step) {
-        const bool marked = !Nick.empty() && statusMarks.find(Nick.front()) != std::string_view::npos;
+        const bool marked = !Nick.empty() && StatusMarks.find(Nick.front()) != std::string_view::npos;
         const std::string nick = Nick.substr(marked ? 1 : 0);
         const std::string entry = Channel + "|";
         if (appended(nick, entry)) return;

@@ -7,7 +7,8 @@ namespace talvora {
 
 namespace {
 
-constexpr auto section = Section::PMSettings;
+constexpr auto PMSection = Section::PMSettings;
+constexpr char CommandPrefix = '\\';
 
 }  // namespace
 
@@ -23,10 +24,10 @@ frmPM::frmPM(ChatSurroundings& around, modWinManager& manager)
     mnuTimeStamp.Caption = "Timestamp";
     mnuStopPM.Caption = "&Stop Private chat";
     mnuHide.Caption = "&Hide";
-    keepCheck(mnuPopup, section, "Popup_");
+    keepCheck(mnuPopup, PMSection, "Popup_");
     // Written under one key and read under another: each new window starts with the check set.
-    keepCheck(mnuNoFocus, section, "NoFocus_");
-    keepCheck(mnuTimeStamp, section, "TimeStamp_");
+    keepCheck(mnuNoFocus, PMSection, "NoFocus_");
+    keepCheck(mnuTimeStamp, PMSection, "TimeStamp_");
     on_ += mnuStopPM.Click.connect([this] { stop(); });
 }
 
@@ -53,9 +54,9 @@ void frmPM::Start(const std::string& nick) {
 }
 
 void frmPM::loadSettings() {
-    loadCheck(mnuPopup, section, "Popup_", true);
-    loadCheck(mnuNoFocus, section, "Focus_", true);
-    loadCheck(mnuTimeStamp, section, "Timestamp_", true);
+    loadCheck(mnuPopup, PMSection, "Popup_", true);
+    loadCheck(mnuNoFocus, PMSection, "Focus_", true);
+    loadCheck(mnuTimeStamp, PMSection, "Timestamp_", true);
 }
 
 void frmPM::stop() {
@@ -130,9 +131,17 @@ void frmPM::ShowPluginLine(const std::string& text) {
 }
 
 // A text that begins with "\" is a script command: it is neither shown nor sent.
+std::vector<std::string> frmPM::CommandsLike(const std::string& typed) const {
+    std::vector<std::string> commands;
+    if (!typed.starts_with(CommandPrefix) || typed.find(' ') != std::string::npos) return commands;
+    for (const std::string& name : around_.Commands.NamesLike(typed.substr(1)))
+        commands.push_back(CommandPrefix + name);
+    return commands;
+}
+
 void frmPM::SendData(const std::string& data) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
-        if (data.starts_with('\\')) {
+        if (data.starts_with(CommandPrefix)) {
             around_.Commands.RunScriptCommand(data.substr(1), std::string(UserName), *this);
         } else {
             sendOn(step, std::string(UserName), data);

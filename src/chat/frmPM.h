@@ -3,6 +3,7 @@
 // and never flashes.
 
 #include <string>
+#include <vector>
 
 #include "chat/ChatWindow.h"
 #include "chat/CommandMenu.h"
@@ -29,6 +30,8 @@ class frmPM final : public ChatWindow {
     void Rename(const std::string& newNick);
     void UserQuit();
     void UserEnter();
+    // The commands that what is typed may become: "\" and a name. None once a parameter has begun.
+    std::vector<std::string> CommandsLike(const std::string& typed) const;
     // The user has seen what was new.
     void unNotice();
 

@@ -16,13 +16,13 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestLine = 300;  // that a list shows
-constexpr int progressSteps = 10'000;     // the toolkit counts in 32 bits, a file's bytes need more
+constexpr std::size_t LongestLine = 300;  // that a list shows
+constexpr int ProgressSteps = 10'000;     // the toolkit counts in 32 bits, a file's bytes need more
 
 void showProgress(const ProgressBar& model, QProgressBar& widget) {
     const double span = static_cast<double>(model.Max()) - static_cast<double>(model.Min());
     const double done = static_cast<double>(model.Value()) - static_cast<double>(model.Min());
-    widget.setValue(span > 0 ? static_cast<int>(done / span * progressSteps) : 0);
+    widget.setValue(span > 0 ? static_cast<int>(done / span * ProgressSteps) : 0);
 }
 
 QString toolTipOf(const ToolbarButton& button) {
@@ -65,12 +65,12 @@ void attach(Subscriptions& on, EditCombo& model, QComboBox& widget) {
 
 void attach(Subscriptions& on, ListBox& model, QListWidget& widget) {
     const auto add = [&model, &widget](int index) {
-        widget.addItem(oneLine(model.List(index), longestLine));
+        widget.addItem(oneLine(model.List(index), LongestLine));
     };
     for (int i = 0; i < model.ListCount(); ++i) add(i);
     on += model.LineAdded.connect(add);
     on += model.LineChanged.connect([&model, &widget](int index) {
-        widget.item(index)->setText(oneLine(model.List(index), longestLine));
+        widget.item(index)->setText(oneLine(model.List(index), LongestLine));
     });
     on += model.LineRemoved.connect([&widget](int index) {
         const QSignalBlocker byCode(widget);  // the toolkit selects a neighbour; the model does not
@@ -86,7 +86,7 @@ void attach(Subscriptions& on, ListBox& model, QListWidget& widget) {
 }
 
 void attach(Subscriptions& on, ProgressBar& model, QProgressBar& widget) {
-    widget.setRange(0, progressSteps);
+    widget.setRange(0, ProgressSteps);
     showProgress(model, widget);
     on += model.Changed.connect([&model, &widget] { showProgress(model, widget); });
 }

@@ -12,7 +12,7 @@ namespace {
 enum class Kind { Blank, Word, Sign };
 
 Kind kindOf(char c) {
-    if (c == ' ' || c == '\t' || c == kLineBreak) return Kind::Blank;
+    if (c == ' ' || c == '\t' || c == LineBreak) return Kind::Blank;
     const QChar letter(codePointOf(static_cast<unsigned char>(c)));
     if (letter.isSpace()) return Kind::Blank;
     return letter.isLetterOrNumber() || c == '_' ? Kind::Word : Kind::Sign;

@@ -25,7 +25,7 @@ constexpr std::pair<const char*, Colour> named[] = {
 };
 
 QIcon patch(Colour colour) {
-    QPixmap square(theme::smallIcon, theme::smallIcon);
+    QPixmap square(theme::SmallIcon, theme::SmallIcon);
     square.fill(QColor(static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
                        static_cast<int>(colour >> 16 & 0xFF)));
     return square;

@@ -18,8 +18,8 @@ namespace talvora {
 
 namespace {
 
-constexpr int longestTitle = 200;
-constexpr double zoomStep = 1.1;
+constexpr int LongestTitle = 200;
+constexpr double ZoomStep = 1.1;
 
 }  // namespace
 
@@ -28,8 +28,8 @@ FormView::FormView(Form& form, const ViewSite& site, std::string kind, QSize sta
     setWindowFlag(Qt::Window);
     resize(site_.Memory.size(kind_, standardSize).boundedTo(screen()->availableSize()));
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, [this] { close(); });
-    form_.Width = width() * twipsPerPixel;
-    form_.Height = height() * twipsPerPixel;
+    form_.Width = width() * TwipsPerPixel;
+    form_.Height = height() * TwipsPerPixel;
     site_.Face.Register(form_, *this);
     followForm();
 }
@@ -58,8 +58,23 @@ void FormView::followForm() {
 
 // A caption may hold what a stranger calls himself. The toolkit takes "[*]" for a mark of its own.
 void FormView::showTitle() {
-    setWindowTitle(
-        oneLine(form_.Caption.get(), longestTitle).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    const QString title =
+        oneLine(form_.Caption.get(), LongestTitle).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(mark_.isEmpty() ? title : mark_ + QStringLiteral(": ") + title);
+}
+
+void FormView::Mark(const QString& word, const QIcon& icon) {
+    if (mark_.isEmpty()) unmarked_ = windowIcon();
+    mark_ = word;
+    setWindowIcon(icon);
+    showTitle();
+}
+
+void FormView::Unmark() {
+    if (mark_.isEmpty()) return;
+    mark_.clear();
+    setWindowIcon(unmarked_);
+    showTitle();
 }
 
 // A window that the user has asked for takes the keyboard; one that comes by itself stays out of his way.
@@ -79,8 +94,8 @@ void FormView::comeForward() {
 void FormView::place() {
     if (placing_) return;
     placing_ = true;
-    move(std::max(form_.Left / twipsPerPixel, 0), std::max(form_.Top / twipsPerPixel, 0));
-    resize(form_.Width / twipsPerPixel, form_.Height / twipsPerPixel);
+    move(std::max(form_.Left / TwipsPerPixel, 0), std::max(form_.Top / TwipsPerPixel, 0));
+    resize(form_.Width / TwipsPerPixel, form_.Height / TwipsPerPixel);
     placing_ = false;
 }
 
@@ -130,8 +145,8 @@ void FormView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (placing_ || ended_) return;
     placing_ = true;
-    form_.Width = width() * twipsPerPixel;
-    form_.Height = height() * twipsPerPixel;
+    form_.Width = width() * TwipsPerPixel;
+    form_.Height = height() * TwipsPerPixel;
     placing_ = false;
     if (isVisible() && !isMaximized() && !isFullScreen()) site_.Memory.keepSize(kind_, size());
 }
@@ -140,8 +155,8 @@ void FormView::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
     if (placing_ || ended_) return;
     placing_ = true;
-    form_.Left = x() * twipsPerPixel;
-    form_.Top = y() * twipsPerPixel;
+    form_.Left = x() * TwipsPerPixel;
+    form_.Top = y() * TwipsPerPixel;
     placing_ = false;
 }
 
@@ -189,9 +204,9 @@ RichTextView* FormView::addRichText(RichTextBox& model) {
         auto* shortcut = new QShortcut(keys, this);
         connect(shortcut, &QShortcut::activated, view, act);
     };
-    key(QKeySequence(Qt::CTRL | Qt::Key_Plus), [view] { view->setZoom(view->Zoom() * zoomStep); });
-    key(QKeySequence(Qt::CTRL | Qt::Key_Equal), [view] { view->setZoom(view->Zoom() * zoomStep); });
-    key(QKeySequence(Qt::CTRL | Qt::Key_Minus), [view] { view->setZoom(view->Zoom() / zoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_Plus), [view] { view->setZoom(view->Zoom() * ZoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_Equal), [view] { view->setZoom(view->Zoom() * ZoomStep); });
+    key(QKeySequence(Qt::CTRL | Qt::Key_Minus), [view] { view->setZoom(view->Zoom() / ZoomStep); });
     key(QKeySequence(Qt::CTRL | Qt::Key_0), [view] { view->setZoom(1); });
     return view;
 }

@@ -5,6 +5,7 @@
 // A view goes with its form: as soon as the form is unloaded it is hidden, and once no handler is on the
 // stack any more it lets go of everything of the form and is deleted.
 
+#include <QIcon>
 #include <QMenu>
 #include <QWidget>
 #include <string>
@@ -30,7 +31,7 @@ struct ViewSite {
 };
 
 // The system's unit of length, 1440 to the inch.
-inline constexpr int twipsPerPixel = 15;
+inline constexpr int TwipsPerPixel = 15;
 
 class FormView : public QWidget {
   public:
@@ -39,14 +40,18 @@ class FormView : public QWidget {
     ~FormView() override;
 
     Form& TheForm() { return form_; }
+    // A word in front of the title, and an icon in place of the window's, for as long as something is so that
+    // the user should not forget.
+    void Mark(const QString& word, const QIcon& icon);
+    void Unmark();
+    // An entry that looks as its model does now, and clicks it.
+    static QAction* addEntry(QMenu& menu, Menu& model, bool checkable = false);
 
   protected:
     // Fills an empty menu with the entries that the form means by `model`.
     virtual void fillMenu(QMenu& menu, Menu& model);
     // What the close box does; by default it asks the form.
     virtual void closeBox();
-    // An entry that looks as its model does now, and clicks it.
-    QAction* addEntry(QMenu& menu, Menu& model, bool checkable = false);
     // A view of rich text whose zoom is remembered.
     RichTextView* addRichText(RichTextBox& model);
     // Shows the menu of `model` at a point of the screen.
@@ -74,6 +79,8 @@ class FormView : public QWidget {
     Form& form_;
     const ViewSite& site_;
     std::string kind_;
+    QString mark_;    // empty while there is none
+    QIcon unmarked_;  // the window's icon when there is none
     bool placing_ = false;
     bool ended_ = false;
     std::shared_ptr<FormView*> self_;  // null once the view is gone

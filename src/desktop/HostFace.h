@@ -57,6 +57,8 @@ class HostFace {
     virtual bool UserActs() const = 0;
     // Whether the session is logged on, for those who see no window.
     virtual void ShowOnLine(bool onLine) = 0;
+    // How many messages nobody has read, likewise.
+    virtual void ShowUnread(int count) = 0;
 
     virtual void ShowSettings() = 0;
     virtual void ShowAbout() = 0;

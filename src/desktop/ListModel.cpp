@@ -11,7 +11,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestText = 300;  // that a row shows
+constexpr std::size_t LongestText = 300;  // that a row shows
 
 }  // namespace
 
@@ -183,7 +183,7 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant ListModel::shown(const ListItem& row, int column) const {
     const std::string& text = column == 0 ? row.Text() : row.SubItems(static_cast<std::size_t>(column));
-    return oneLine(text, longestText);
+    return oneLine(text, LongestText);
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
@@ -195,7 +195,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
             return shown(*row, index.column());
         case Qt::ToolTipRole:
             return theme::plainToolTip(row->ToolTipText().empty() ? shown(*row, index.column()).toString()
-                                                                  : oneLine(row->ToolTipText(), longestText));
+                                                                  : oneLine(row->ToolTipText(), LongestText));
         case Qt::AccessibleTextRole:
             if (!first || !row->Bold()) return {};
             return QString(shown(*row, 0).toString() + QStringLiteral(", new"));

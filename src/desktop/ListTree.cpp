@@ -40,12 +40,13 @@ void ListTree::followHeads(bool clickable) {
             [this](int head) { list_.ColumnClick.raise(head + 1); });
     showSorting();
     on_ += list_.Sorted.Changed.connect([this](bool) { showSorting(); });
+    on_ += list_.InOrder.Changed.connect([this](bool) { showSorting(); });
     on_ += list_.SortKey.Changed.connect([this](int) { showSorting(); });
     on_ += list_.SortOrder.Changed.connect([this](SortOrder) { showSorting(); });
 }
 
 void ListTree::showSorting() {
-    header()->setSortIndicatorShown(list_.Sorted);
+    header()->setSortIndicatorShown(list_.Sorted || list_.InOrder);
     header()->setSortIndicator(
         list_.SortKey, list_.SortOrder == SortOrder::Ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }

@@ -14,7 +14,10 @@ class ListTree final : public QTreeView {
              QWidget* parent = nullptr);
 
     // What stands in the list while it has no rows.
-    void setEmptyText(const QString& text) { emptyText_ = text; }
+    void setEmptyText(const QString& text) {
+        emptyText_ = text;
+        viewport()->update();
+    }
     // Where a menu that the keyboard opens belongs, on the screen.
     QPoint menuPlace() const;
 

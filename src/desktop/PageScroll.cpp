@@ -7,7 +7,7 @@ namespace talvora {
 void PageScroll::toBegin() {
     follows_ = false;
     top_ = page_.Rows().FirstNumber();
-    offset_ = -kMargin;
+    offset_ = -Margin;
 }
 
 void PageScroll::scrollBy(std::int64_t pixels) {
@@ -22,8 +22,8 @@ void PageScroll::scrollTo(std::int64_t position) {
     if (position == Position()) return;
     const bool down = position > Position();
     follows_ = false;
-    top_ = page_.Rows().RowAt(position - kMargin);
-    offset_ = position - kMargin - page_.Rows().TopOf(top_);
+    top_ = page_.Rows().RowAt(position - Margin);
+    offset_ = position - Margin - page_.Rows().TopOf(top_);
     settle();
     follows_ = AtEnd() && down;
 }
@@ -35,22 +35,22 @@ void PageScroll::reveal(Place place) {
     const std::optional<QRectF> seen = caretRect(place);
     if (seen && seen->top() >= 0 && seen->bottom() <= height_) return;
     // What doesn't fit is shown by its lower edge, where the caret's letter is.
-    const bool tooTall = bottom - top + kMargin > height_;
+    const bool tooTall = bottom - top + Margin > height_;
     if (seen && tooTall && seen->bottom() >= 0 && seen->bottom() <= height_) return;
     const bool above = tooTall ? false : seen ? seen->top() < 0 : place.Paragraph <= top_;
     follows_ = false;
     top_ = place.Paragraph;
-    offset_ = above ? top - kMargin : bottom + kMargin - height_;
+    offset_ = above ? top - Margin : bottom + Margin - height_;
     settle();
 }
 
 std::int64_t PageScroll::Position() const {
     const RowCache& rows = page_.Rows();
-    return kMargin + rows.TopOf(std::clamp(top_, rows.FirstNumber(), rows.EndNumber())) + offset_;
+    return Margin + rows.TopOf(std::clamp(top_, rows.FirstNumber(), rows.EndNumber())) + offset_;
 }
 
 std::int64_t PageScroll::MaxPosition() const {
-    return std::max<std::int64_t>(0, page_.Rows().Total() + 2LL * kMargin - height_);
+    return std::max<std::int64_t>(0, page_.Rows().Total() + 2LL * Margin - height_);
 }
 
 // Brings the hidden part of the top row between 0 and its height, laying out what is passed over.
@@ -65,7 +65,7 @@ void PageScroll::normalize() {
         offset_ = 0;
     }
     while (offset_ < 0 && top_ > rows.FirstNumber()) offset_ += page_.height(--top_);
-    if (top_ == rows.FirstNumber()) offset_ = std::max<std::int64_t>(offset_, -kMargin);
+    if (top_ == rows.FirstNumber()) offset_ = std::max<std::int64_t>(offset_, -Margin);
     while (offset_ >= page_.height(top_) && top_ + 1 < rows.EndNumber()) offset_ -= page_.height(top_++);
 }
 
@@ -78,16 +78,16 @@ bool PageScroll::fill() {
         y += page_.height(number);
     }
     const bool reachesEnd = visible_.empty() || visible_.back().Number + 1 == page_.Rows().EndNumber();
-    return !reachesEnd || y + kMargin >= height_;
+    return !reachesEnd || y + Margin >= height_;
 }
 
 void PageScroll::showEnd() {
     const RowCache& rows = page_.Rows();
-    std::int64_t above = kMargin;
+    std::int64_t above = Margin;
     top_ = rows.EndNumber();
     while (top_ > rows.FirstNumber() && above < height_) above += page_.height(--top_);
     offset_ = above - height_;
-    if (offset_ < 0) offset_ = -kMargin;  // all of it fits, and begins on top
+    if (offset_ < 0) offset_ = -Margin;  // all of it fits, and begins on top
 }
 
 void PageScroll::settle(bool hold) {

@@ -15,7 +15,7 @@ class PageScroll {
   public:
     explicit PageScroll(RichPage& page) : page_(page) {}
 
-    static constexpr int kMargin = 8;
+    static constexpr int Margin = 8;
 
     void setHeight(int height) { height_ = height; }
     int Height() const { return height_; }
@@ -55,7 +55,7 @@ class PageScroll {
     bool follows_ = false;
     std::uint64_t top_ = 0;
     std::int64_t offset_ =
-        -kMargin;  // how much of the top row is hidden; the margin above the first row is -kMargin
+        -Margin;  // how much of the top row is hidden; the margin above the first row is -Margin
     std::vector<Visible> visible_;
 };
 

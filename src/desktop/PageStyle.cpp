@@ -12,10 +12,10 @@ namespace talvora {
 namespace {
 
 // Documents say 8.5 points and mean text that is easy to read on the screens of their time.
-constexpr double kReadable = 1.15;
-constexpr double kLineSpacing = 1.15;
-constexpr std::size_t kMaxFormats = 4096;
-constexpr int kMinPicture = 4;
+constexpr double Readable = 1.15;
+constexpr double LineSpacing = 1.15;
+constexpr std::size_t MaxFormats = 4096;
+constexpr int MinPicture = 4;
 
 std::uint64_t keyOf(const CharFormat& format) {
     std::uint64_t key = format.Color;
@@ -28,7 +28,7 @@ std::uint64_t keyOf(const CharFormat& format) {
 }  // namespace
 
 void PageStyle::setScale(double zoom, int dpi) {
-    pointPixels_ = zoom * kReadable * dpi / 72;
+    pointPixels_ = zoom * Readable * dpi / 72;
     twipPixels_ = zoom * dpi / 1440;
     headChanged();
 }
@@ -63,7 +63,7 @@ QFont PageStyle::font(const CharFormat& format) const {
 }
 
 const QTextCharFormat& PageStyle::format(const CharFormat& format) {
-    if (formats_.size() >= kMaxFormats) formats_.clear();
+    if (formats_.size() >= MaxFormats) formats_.clear();
     const auto [place, isNew] = formats_.try_emplace(keyOf(format));
     if (isNew) {
         QTextCharFormat& made = place->second;
@@ -78,7 +78,7 @@ const QTextCharFormat& PageStyle::format(const CharFormat& format) {
 const QTextCharFormat& PageStyle::pictureFormat(const CharFormat& format, int width) {
     CharFormat plain = format;
     plain.Underline = plain.StrikeThru = false;
-    if (pictureFormats_.size() >= kMaxFormats) pictureFormats_.clear();
+    if (pictureFormats_.size() >= MaxFormats) pictureFormats_.clear();
     const auto [place, isNew] = pictureFormats_.try_emplace({keyOf(plain), width});
     if (isNew) {
         QTextCharFormat& made = place->second;
@@ -102,19 +102,18 @@ QSize PageStyle::pictureSize(const Picture& picture, int maxWidth) const {
         width = maxWidth;
     }
     return QSize(static_cast<int>(std::lround(width)), static_cast<int>(std::lround(height)))
-        .expandedTo({kMinPicture, kMinPicture});
+        .expandedTo({MinPicture, MinPicture});
 }
 
 int PageStyle::lineHeight(double ascent, double descent) {
-    return std::max(1, static_cast<int>(std::lround((ascent + descent) * kLineSpacing)));
+    return std::max(1, static_cast<int>(std::lround((ascent + descent) * LineSpacing)));
 }
 
 const PageStyle::Metrics& PageStyle::metrics(int halfPoints) {
-    Metrics& known = metrics_[static_cast<std::size_t>(std::clamp(halfPoints, 0, kMaxHalfPoints))];
+    Metrics& known = metrics_[static_cast<std::size_t>(std::clamp(halfPoints, 0, MaxHalfPoints))];
     if (known.LineHeight == 0) {
         CharFormat format = head_.Base;
-        format.HalfPoints =
-            static_cast<std::uint16_t>(std::clamp(halfPoints, kMinHalfPoints, kMaxHalfPoints));
+        format.HalfPoints = static_cast<std::uint16_t>(std::clamp(halfPoints, MinHalfPoints, MaxHalfPoints));
         const QFontMetricsF metrics(font(format));
         known.LineHeight = lineHeight(metrics.ascent(), metrics.descent());
         known.AverageWidth =

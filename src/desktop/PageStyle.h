@@ -53,7 +53,7 @@ class PageStyle {
     double twipPixels_ = 0;   // of a length on the page
     std::unordered_map<std::uint64_t, QTextCharFormat> formats_;
     std::map<std::pair<std::uint64_t, int>, QTextCharFormat> pictureFormats_;
-    std::array<Metrics, kMaxHalfPoints + 1> metrics_;
+    std::array<Metrics, MaxHalfPoints + 1> metrics_;
 };
 
 }  // namespace talvora

@@ -13,15 +13,15 @@ namespace {
 
 // A paragraph is laid out in stretches of so many characters, for the toolkit's cost grows faster than its
 // text. A stretch begins where the last line of the one before it began, so that no joint is seen.
-constexpr std::uint32_t kChunk = 2048;
+constexpr std::uint32_t ChunkSize = 2048;
 // Each format and picture costs the toolkit many times what a character does. A paragraph that goes beyond
 // this is shown with the rest in one format, and without further pictures.
-constexpr qsizetype kMaxRuns = 16384;
-constexpr int kMinLineWidth = 40;
-constexpr int kTabTwips = 720;
+constexpr qsizetype MaxRuns = 16384;
+constexpr int MinLineWidth = 40;
+constexpr int TabTwips = 720;
 // Where the unfinished last line of a stretch is put, which the next stretch shows.
-constexpr int kTallest = 1 << 28;  // pixels of a paragraph; further lines lie on one another
-constexpr double kOutOfSight = 1e7;
+constexpr int Tallest = 1 << 28;  // pixels of a paragraph; further lines lie on one another
+constexpr double OutOfSight = 1e7;
 
 Qt::Alignment toolkitAlignment(Alignment alignment) {
     switch (alignment) {
@@ -44,8 +44,8 @@ ParagraphLayout::ParagraphLayout(const Paragraph& paragraph, PageStyle& style, i
     : length_(static_cast<std::uint32_t>(paragraph.Text.size())) {
     if (preedit != nullptr && preedit->Offset <= length_) preedit_ = *preedit;
     QString text = toQString(paragraph.Text);
-    text.replace(QChar(kLineBreak), QChar(QChar::LineSeparator));
-    text.replace(QChar(kPictureMark), QChar(QChar::Nbsp));
+    text.replace(QChar(LineBreak), QChar(QChar::LineSeparator));
+    text.replace(QChar(PictureMark), QChar(QChar::Nbsp));
     Formats formats = makeFormats(paragraph, style, width);
     if (!preedit_.empty()) addPreedit(text, formats);
     layOut(text, formats, paragraph, style, width);
@@ -56,7 +56,7 @@ ParagraphLayout::Formats ParagraphLayout::makeFormats(const Paragraph& paragraph
     Formats formats;
     const std::vector<Run>& runs = paragraph.Runs;
     for (std::size_t i = 0; i < runs.size(); ++i) {
-        const bool last = i + 1 == runs.size() || formats.size() >= kMaxRuns;
+        const bool last = i + 1 == runs.size() || formats.size() >= MaxRuns;
         const std::uint32_t end = last ? length_ : std::min(runs[i + 1].Begin, length_);
         if (const QColor behind = style.highlight(runs[i].Format); behind.isValid()) {
             highlights_.push_back({runs[i].Begin, end, behind});
@@ -73,14 +73,14 @@ void ParagraphLayout::addRun(const Paragraph& paragraph, const Run& run, std::ui
     std::uint32_t at = run.Begin;
     while (at < end) {
         std::size_t mark = end;
-        const bool shows = pictures_.size() < paragraph.Pictures.size() && formats.size() < kMaxRuns;
-        if (shows) mark = std::min<std::size_t>(paragraph.Text.find(kPictureMark, at), end);
+        const bool shows = pictures_.size() < paragraph.Pictures.size() && formats.size() < MaxRuns;
+        if (shows) mark = std::min<std::size_t>(paragraph.Text.find(PictureMark, at), end);
         const auto stop = static_cast<std::uint32_t>(mark);
         if (stop > at)
             formats.append({static_cast<int>(at), static_cast<int>(stop - at), style.format(run.Format)});
         if (stop == end) return;
         const auto& what = paragraph.Pictures[pictures_.size()];
-        const QSize size = style.pictureSize(*what, std::max(width, kMinLineWidth));
+        const QSize size = style.pictureSize(*what, std::max(width, MinLineWidth));
         pictures_.push_back({stop, what, size});
         formats.append({static_cast<int>(stop), 1, style.pictureFormat(run.Format, size.width())});
         at = stop + 1;
@@ -140,13 +140,13 @@ void ParagraphLayout::layOut(const QString& text, const Formats& formats, const 
     QTextOption option(toolkitAlignment(paragraph.Format.Align));
     option.setTextDirection(Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    option.setTabStopDistance(std::max(1, style.pixels(kTabTwips)));
+    option.setTabStopDistance(std::max(1, style.pixels(TabTwips)));
     if (const int hanging = -style.pixels(paragraph.Format.FirstIndent); hanging > 0) {
         option.setTabs({QTextOption::Tab(hanging, QTextOption::LeftTab)});  // to where the other lines begin
     }
     std::uint32_t begin = 0;
     for (bool last = false; !last;) {
-        const std::uint32_t part = std::min(kChunk, length - begin);
+        const std::uint32_t part = std::min(ChunkSize, length - begin);
         last = begin + part == length;
         addChunk(text, formats, begin, part);
         QTextLayout& layout = *chunks_.back().Text;
@@ -192,15 +192,15 @@ std::uint32_t ParagraphLayout::breakLines(const Paragraph& paragraph, const Page
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         const int first = lines_.empty() ? style.pixels(paragraph.Format.FirstIndent) : 0;
-        const int x = std::clamp(left + first, 0, std::max(0, width - kMinLineWidth));
-        line.setLineWidth(std::max(kMinLineWidth, width - x - std::max(0, right)));
+        const int x = std::clamp(left + first, 0, std::max(0, width - MinLineWidth));
+        line.setLineWidth(std::max(MinLineWidth, width - x - std::max(0, right)));
         height_ += place(line, chunk.Begin, height_, x);
     }
     std::uint32_t next = chunkEnd;
     if (!last && lines_.size() > before + 1) {  // the next stretch begins with this line
         next = lines_.back().Begin;
         height_ -= lines_.back().Height;
-        layout.lineAt(lines_.back().Index).setPosition({0, kOutOfSight});
+        layout.lineAt(lines_.back().Index).setPosition({0, OutOfSight});
         lines_.pop_back();
     }
     layout.endLayout();
@@ -231,7 +231,7 @@ int ParagraphLayout::place(QTextLine line, std::uint32_t begin, int top, double 
     made.Baseline = static_cast<float>(top + baseline);
     line.setPosition({x, top - chunks_.back().Top + baseline - line.ascent()});
     lines_.push_back(made);
-    return std::min(made.Height, std::max(0, kTallest - height_));
+    return std::min(made.Height, std::max(0, Tallest - height_));
 }
 
 double ParagraphLayout::dropOf(const Shown& picture) const {

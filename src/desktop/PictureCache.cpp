@@ -9,7 +9,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::int64_t kFramePixels = 4 << 20;  // decoded in one frame
+constexpr std::int64_t FramePixels = 4 << 20;  // decoded in one frame
 
 // An entry's own cost bounds their number too.
 std::int64_t costOf(int width, int height) {
@@ -49,7 +49,7 @@ QImage decodePicture(const Picture& picture) {
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     if (size.width() != picture.PixelWidth || size.height() != picture.PixelHeight) return {};
-    if (std::int64_t{size.width()} * size.height() > kMaxPicturePixels) return {};
+    if (std::int64_t{size.width()} * size.height() > MaxPicturePixels) return {};
     QImage image;
     if (!reader.read(&image)) return {};
     image.setDevicePixelRatio(1);
@@ -75,7 +75,7 @@ PictureCache::Entry PictureCache::get(const std::shared_ptr<const Picture>& pict
         places_.erase(found);
     }
     const std::int64_t cost = std::int64_t{picture->PixelWidth} * picture->PixelHeight;
-    if (decoded_ > 0 && decoded_ + cost > kFramePixels) {
+    if (decoded_ > 0 && decoded_ + cost > FramePixels) {
         waiting_ = true;
         return {};
     }
@@ -93,7 +93,7 @@ PictureCache::Entry PictureCache::get(const std::shared_ptr<const Picture>& pict
 }
 
 void PictureCache::trim() {
-    while (pixels_ > kMaxPixels && kept_.size() > 1) {
+    while (pixels_ > MaxPixels && kept_.size() > 1) {
         const auto& size = kept_.back().Key.second;
         pixels_ -= costOf(size.first, size.second);
         places_.erase(kept_.back().Key);

@@ -29,7 +29,7 @@ class PictureCache {
     bool Waiting() const { return waiting_; }
     std::int64_t Pixels() const { return pixels_; }
 
-    static constexpr std::int64_t kMaxPixels = 24 << 20;
+    static constexpr std::int64_t MaxPixels = 24 << 20;
 
   private:
     struct Kept {

@@ -16,8 +16,8 @@ namespace talvora {
 namespace {
 
 constexpr const char* richNames[] = {"text/rtf", "application/rtf", "text/richtext"};
-constexpr qsizetype kMaxClipboard = 32 << 20;  // bytes of a text that is taken
-constexpr int kTwipsPerPixel = 15;
+constexpr qsizetype MaxClipboard = 32 << 20;  // bytes of a text that is taken
+constexpr int PastedTwips = 15;
 
 QClipboard& clipboard() {
     return *QGuiApplication::clipboard();
@@ -69,11 +69,11 @@ std::optional<std::string> QtClipboard::GetText(ClipboardFormat format) const {
     if (data == nullptr) return std::nullopt;
     if (format == ClipboardFormat::Text) {
         if (!data->hasText()) return std::nullopt;
-        return fromQString(data->text().left(kMaxClipboard));
+        return fromQString(data->text().left(MaxClipboard));
     }
     for (const char* name : richNames) {
         if (!data->hasFormat(name)) continue;
-        const QByteArray bytes = data->data(name).left(kMaxClipboard);
+        const QByteArray bytes = data->data(name).left(MaxClipboard);
         return std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     }
     return std::nullopt;
@@ -83,18 +83,17 @@ std::shared_ptr<const Picture> QtClipboard::GetData() const {
     const QMimeData* data = clipboard().mimeData();
     if (data == nullptr || !data->hasImage()) return nullptr;
     const QImage image = qvariant_cast<QImage>(data->imageData());
-    if (image.isNull() || std::int64_t{image.width()} * image.height() > kMaxPicturePixels) return nullptr;
+    if (image.isNull() || std::int64_t{image.width()} * image.height() > MaxPicturePixels) return nullptr;
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG") || static_cast<std::size_t>(png.size()) > kMaxPictureBytes)
-        return nullptr;
+    if (!image.save(&buffer, "PNG") || static_cast<std::size_t>(png.size()) > MaxPictureBytes) return nullptr;
     auto picture = std::make_shared<Picture>();
     picture->Bytes.assign(png.constData(), static_cast<std::size_t>(png.size()));
     picture->PixelWidth = image.width();
     picture->PixelHeight = image.height();
-    picture->WidthTwips = std::min(kMaxTwips, image.width() * kTwipsPerPixel);
-    picture->HeightTwips = std::min(kMaxTwips, image.height() * kTwipsPerPixel);
+    picture->WidthTwips = std::min(MaxTwips, image.width() * PastedTwips);
+    picture->HeightTwips = std::min(MaxTwips, image.height() * PastedTwips);
     return picture;
 }
 

@@ -21,10 +21,10 @@ namespace talvora {
 
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
-constexpr int kInch = 96;  // of the pixels that the system counts in
-constexpr std::size_t kMaxLink = 8192;
-constexpr int kBetweenBeeps = 500;  // milliseconds
+constexpr int TwipsPerInch = 1440;
+constexpr int Inch = 96;  // of the pixels that the system counts in
+constexpr std::size_t MaxLink = 8192;
+constexpr int BetweenBeeps = 500;  // milliseconds
 
 // Between fork and exec, where only the system's own calls are safe.
 void becomeOrdinary() {
@@ -61,7 +61,7 @@ QString forAnOpener(const QUrl& link) {
 }  // namespace
 
 bool isOpenableLink(const std::string& url) {
-    if (url.size() > kMaxLink) return false;
+    if (url.size() > MaxLink) return false;
     const auto isControl = [](char c) {
         const auto byte = static_cast<unsigned char>(c);
         return byte <= ' ' || (byte >= 0x7F && byte <= 0x9F);
@@ -97,12 +97,12 @@ void QtDesktop::Forget(const Form& form) {
 
 int QtDesktop::ScreenWidth() const {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? screen->size().width() * kTwipsPerInch / kInch : 0;
+    return screen != nullptr ? screen->size().width() * TwipsPerInch / Inch : 0;
 }
 
 int QtDesktop::ScreenHeight() const {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? screen->size().height() * kTwipsPerInch / kInch : 0;
+    return screen != nullptr ? screen->size().height() * TwipsPerInch / Inch : 0;
 }
 
 const Form* QtDesktop::ForegroundWindow() const {
@@ -145,7 +145,7 @@ void QtDesktop::FlashWindow(Form& form, bool invert) {
 }
 
 void QtDesktop::Beep() {
-    if (lastBeep_.isValid() && lastBeep_.elapsed() < kBetweenBeeps) return;
+    if (lastBeep_.isValid() && lastBeep_.elapsed() < BetweenBeeps) return;
     lastBeep_.start();
     QApplication::beep();
 }

@@ -24,31 +24,31 @@ struct Choice {
     QDialogButtonBox::StandardButton Button;
 };
 
-constexpr Choice kOk{Answer::Ok, QDialogButtonBox::Ok};
-constexpr Choice kCancel{Answer::Cancel, QDialogButtonBox::Cancel};
-constexpr Choice kAbort{Answer::Abort, QDialogButtonBox::Abort};
-constexpr Choice kRetry{Answer::Retry, QDialogButtonBox::Retry};
-constexpr Choice kIgnore{Answer::Ignore, QDialogButtonBox::Ignore};
-constexpr Choice kYes{Answer::Yes, QDialogButtonBox::Yes};
-constexpr Choice kNo{Answer::No, QDialogButtonBox::No};
+constexpr Choice OkButton{Answer::Ok, QDialogButtonBox::Ok};
+constexpr Choice CancelButton{Answer::Cancel, QDialogButtonBox::Cancel};
+constexpr Choice AbortButton{Answer::Abort, QDialogButtonBox::Abort};
+constexpr Choice RetryButton{Answer::Retry, QDialogButtonBox::Retry};
+constexpr Choice IgnoreButton{Answer::Ignore, QDialogButtonBox::Ignore};
+constexpr Choice YesButton{Answer::Yes, QDialogButtonBox::Yes};
+constexpr Choice NoButton{Answer::No, QDialogButtonBox::No};
 
 // The first is what Return means; Escape and the close box mean the least that can be answered.
 std::vector<Choice> choicesOf(Buttons buttons) {
     switch (buttons) {
         case Buttons::Ok:
-            return {kOk};
+            return {OkButton};
         case Buttons::OkCancel:
-            return {kOk, kCancel};
+            return {OkButton, CancelButton};
         case Buttons::AbortRetryIgnore:
-            return {kAbort, kRetry, kIgnore};
+            return {AbortButton, RetryButton, IgnoreButton};
         case Buttons::YesNoCancel:
-            return {kYes, kNo, kCancel};
+            return {YesButton, NoButton, CancelButton};
         case Buttons::YesNo:
-            return {kYes, kNo};
+            return {YesButton, NoButton};
         case Buttons::RetryCancel:
-            return {kRetry, kCancel};
+            return {RetryButton, CancelButton};
     }
-    return {kOk};
+    return {OkButton};
 }
 
 Answer leastOf(Buttons buttons) {
@@ -92,17 +92,17 @@ QuestionBox::QuestionBox(const std::string& title, const std::string& text, QWid
     : QDialog(parent), row_(new QHBoxLayout), column_(new QVBoxLayout), rows_(new QVBoxLayout(this)) {
     setWindowTitle(toQString(title));
     setWindowIcon(theme::icon(QStringLiteral("app")));
-    setAccessibleDescription(toQString(std::string_view(text).substr(0, TextNote::kLongest)));
+    setAccessibleDescription(toQString(std::string_view(text).substr(0, TextNote::Longest)));
     auto* note = new TextNote(this);
     note->setNote(toQString(text));
     note->setAccessibleName(windowTitle());
-    column_->setSpacing(theme::medium);
+    column_->setSpacing(theme::Medium);
     column_->addWidget(note);
-    row_->setSpacing(theme::large);
+    row_->setSpacing(theme::Large);
     row_->addLayout(column_, 1);
     row_->setAlignment(column_, Qt::AlignVCenter);
-    rows_->setContentsMargins(2 * theme::medium, 2 * theme::medium, 2 * theme::medium, theme::large);
-    rows_->setSpacing(2 * theme::medium);
+    rows_->setContentsMargins(2 * theme::Medium, 2 * theme::Medium, 2 * theme::Medium, theme::Large);
+    rows_->setSpacing(2 * theme::Medium);
     rows_->addLayout(row_);
 }
 
@@ -110,7 +110,7 @@ QuestionBox::QuestionBox(const MessageBox& question, QWidget* parent)
     : QuestionBox(question.Title, question.Text, parent) {
     outcome_ = leastOf(question.Choices);
     if (question.Icon != MessageIcon::None) {
-        auto* icon = new IconLabel(theme::boxIcon, this);
+        auto* icon = new IconLabel(theme::BoxIcon, this);
         icon->setIcon(theme::icon(iconOf(question.Icon)));
         row_->insertWidget(0, icon, 0, Qt::AlignTop);
     }

@@ -7,7 +7,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::uint64_t kNearSight = 24;  // rows above and below those in sight that stay laid out
+constexpr std::uint64_t NearSight = 24;  // rows above and below those in sight that stay laid out
 
 }  // namespace
 
@@ -38,7 +38,7 @@ int RichPage::estimate(std::uint64_t number) {
         highest = std::max(highest, shown.height());
     }
     const auto wrapped = static_cast<std::int64_t>(length / std::max(1, width_));
-    const auto breaks = std::count(paragraph.Text.begin(), paragraph.Text.end(), kLineBreak);
+    const auto breaks = std::count(paragraph.Text.begin(), paragraph.Text.end(), LineBreak);
     const std::int64_t height = (wrapped + breaks) * metrics.LineHeight + highest +
                                 std::max(0, style_.pixels(paragraph.Format.SpaceBefore)) +
                                 std::max(0, style_.pixels(paragraph.Format.SpaceAfter));
@@ -113,8 +113,8 @@ const ParagraphLayout& RichPage::layout(std::uint64_t number) {
 }
 
 void RichPage::keepLayouts(std::uint64_t begin, std::uint64_t end) {
-    begin -= std::min(begin, kNearSight);
-    end += kNearSight;
+    begin -= std::min(begin, NearSight);
+    end += NearSight;
     layouts_.erase(layouts_.begin(), layouts_.lower_bound(begin));
     layouts_.erase(layouts_.lower_bound(end), layouts_.end());
 }

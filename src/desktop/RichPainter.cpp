@@ -6,7 +6,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int kLineEndWidth = 5;  // of a selected paragraph end
+constexpr int LineEndWidth = 5;  // of a selected paragraph end
 
 }  // namespace
 
@@ -47,7 +47,7 @@ void RichPainter::paintStripes(const ParagraphLayout& layout, const ParagraphLay
 void RichPainter::paintSelection(const ParagraphLayout& layout, const ParagraphLayout::Line& line) {
     fill(layout, line, selectedBegin_, selectedEnd_, selectionBehind_);
     if (!pastEnd_ || &line != &layout.Lines().back()) return;
-    const QRectF end(at_.x() + layout.xOf(line, line.End), at_.y() + line.Top, kLineEndWidth, line.Height);
+    const QRectF end(at_.x() + layout.xOf(line, line.End), at_.y() + line.Top, LineEndWidth, line.Height);
     painter_.fillRect(end, selectionBehind_);
 }
 

@@ -50,7 +50,7 @@ Place RichTextAccessible::placeAt(int position) const {
 }
 
 QString RichTextAccessible::text(int begin, int end) const {
-    return toQString(document().Text(placeAt(begin), placeAt(end))).replace(QChar(kLineBreak), QChar('\n'));
+    return toQString(document().Text(placeAt(begin), placeAt(end))).replace(QChar(LineBreak), QChar('\n'));
 }
 
 int RichTextAccessible::characterCount() const {

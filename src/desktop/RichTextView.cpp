@@ -16,10 +16,10 @@ namespace talvora {
 
 namespace {
 
-constexpr int kFrame = 16;  // milliseconds
-constexpr std::int64_t kMaxBar = 1 << 30;
-constexpr std::size_t kMaxAnnounced = 16 << 10;
-constexpr double kGlideShare = 0.3;  // of the way that is left, in a frame
+constexpr int Frame = 16;  // milliseconds
+constexpr std::int64_t MaxBar = 1 << 30;
+constexpr std::size_t MaxAnnounced = 16 << 10;
+constexpr double GlideShare = 0.3;  // of the way that is left, in a frame
 
 QEvent::Type frameEvent() {
     static const int type = QEvent::registerEventType();
@@ -125,7 +125,7 @@ void RichTextView::announce() {
     const Place from = document.Within({*announceFrom_, 0});
     announceFrom_.reset();
     if (!QAccessible::isActive() || editable()) return;
-    const QString text = toQString(document.Text(from, document.End()).substr(0, kMaxAnnounced));
+    const QString text = toQString(document.Text(from, document.End()).substr(0, MaxAnnounced));
     QAccessibleTextInsertEvent event(this, static_cast<int>(document.PositionOf(from)), text);
     QAccessible::updateAccessibility(&event);
 }
@@ -154,9 +154,9 @@ void RichTextView::timerEvent(QTimerEvent* event) {
     if (event->timerId() == frames_.timerId()) {
         frame();
     } else if (event->timerId() == blink_.timerId()) {
-        constexpr int kBlinksWhileIdle = 20;
-        caretShown_ = ++blinks_ >= kBlinksWhileIdle || !caretShown_;
-        if (blinks_ >= kBlinksWhileIdle) blink_.stop();
+        constexpr int BlinksWhileIdle = 20;
+        caretShown_ = ++blinks_ >= BlinksWhileIdle || !caretShown_;
+        if (blinks_ >= BlinksWhileIdle) blink_.stop();
         if (const auto caret = caretRect(model_.Caret()))
             viewport()->update(caret->toAlignedRect().adjusted(-2, -2, 3, 2));
     } else {
@@ -174,7 +174,7 @@ void RichTextView::frame() {
     }
     holdSelection();
     settle();
-    if (!frames_.isActive()) frames_.start(kFrame, Qt::PreciseTimer, this);
+    if (!frames_.isActive()) frames_.start(Frame, Qt::PreciseTimer, this);
 }
 
 void RichTextView::settle() {
@@ -183,7 +183,7 @@ void RichTextView::settle() {
     if (std::exchange(headChanged_, false)) page_.headChanged();
     resynchronize();
     page_.setScale(zoom_, logicalDpiY());
-    page_.setWidth(std::max(1, viewport()->width() - 2 * PageScroll::kMargin));
+    page_.setWidth(std::max(1, viewport()->width() - 2 * PageScroll::Margin));
     scroll_.setHeight(viewport()->height());
     const bool held = drag_ == Drag::Selecting;
     scroll_.settle(held);
@@ -199,7 +199,7 @@ void RichTextView::settle() {
 void RichTextView::updateScrollBar() {
     std::int64_t most = scroll_.MaxPosition();
     barShift_ = 0;
-    while (most >> barShift_ > kMaxBar) ++barShift_;
+    while (most >> barShift_ > MaxBar) ++barShift_;
     movingBar_ = true;
     QScrollBar& bar = *verticalScrollBar();
     bar.setPageStep(std::max(1, viewport()->height() - lineStep()));
@@ -246,7 +246,7 @@ void RichTextView::reveal(Place place) {
 void RichTextView::glide() {
     if (glide_ == 0) return;
     const double share =
-        std::abs(glide_) < 2 ? glide_ : std::trunc(glide_ * kGlideShare + std::copysign(1, glide_));
+        std::abs(glide_) < 2 ? glide_ : std::trunc(glide_ * GlideShare + std::copysign(1, glide_));
     const std::int64_t before = scroll_.Position();
     scrolled(std::llround(share));
     glide_ -= share;
@@ -303,7 +303,7 @@ void RichTextView::changeEvent(QEvent* event) {
 }
 
 void RichTextView::setZoom(double zoom) {
-    zoom = std::clamp(zoom, kMinZoom, kMaxZoom);
+    zoom = std::clamp(zoom, MinZoom, MaxZoom);
     if (zoom == zoom_) return;
     zoom_ = zoom;
     touch();
@@ -313,13 +313,13 @@ void RichTextView::setZoom(double zoom) {
 std::optional<QRectF> RichTextView::caretRect(Place place) {
     if (dirty_) settle();
     auto rect = scroll_.caretRect(place);
-    if (rect) rect->translate(PageScroll::kMargin, 0);
+    if (rect) rect->translate(PageScroll::Margin, 0);
     return rect;
 }
 
 Place RichTextView::placeAt(QPointF point) {
     if (dirty_) settle();
-    return scroll_.placeAt(point - QPointF(PageScroll::kMargin, 0));
+    return scroll_.placeAt(point - QPointF(PageScroll::Margin, 0));
 }
 
 // ---- Painting
@@ -356,7 +356,7 @@ void RichTextView::paintEvent(QPaintEvent* event) {
 
 void RichTextView::paintRows(RichPainter& painter) {
     for (const PageScroll::Visible& row : scroll_.Rows()) {
-        painter.paintRow(page_.layout(row.Number), QPointF(PageScroll::kMargin, row.Top),
+        painter.paintRow(page_.layout(row.Number), QPointF(PageScroll::Margin, row.Top),
                          selectionIn(row.Number));
     }
     if (!editable() || !hasFocus() || !caretShown_) return;

@@ -36,9 +36,9 @@ class RichTextView final : public QAbstractScrollArea {
     const RichTextBox& Model() const { return model_; }
 
     double Zoom() const { return zoom_; }
-    void setZoom(double zoom);  // from kMinZoom to kMaxZoom
-    static constexpr double kMinZoom = 0.5;
-    static constexpr double kMaxZoom = 3.0;
+    void setZoom(double zoom);  // from MinZoom to MaxZoom
+    static constexpr double MinZoom = 0.5;
+    static constexpr double MaxZoom = 3.0;
     Event<double> ZoomChanged;  // by whomever
 
     // Whether the wheel glides; it doesn't where the desktop is set to show no animations.

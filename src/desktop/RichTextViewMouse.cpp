@@ -16,8 +16,8 @@ namespace talvora {
 
 namespace {
 
-constexpr double kZoomStep = 1.1;
-constexpr double kWheelNotch = 120;
+constexpr double WheelZoomStep = 1.1;
+constexpr double WheelNotch = 120;
 
 std::optional<MouseButton> modelButton(Qt::MouseButton button) {
     switch (button) {
@@ -137,7 +137,7 @@ void RichTextView::offerPrimary() const {
     QClipboard& clipboard = *QGuiApplication::clipboard();
     if (!clipboard.supportsSelection() || model_.Anchor() == model_.Caret()) return;
     QString text = toQString(model_.SelText());
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QChar(kLineBreak), QChar('\n'));
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QChar(LineBreak), QChar('\n'));
     clipboard.setText(text, QClipboard::Selection);
 }
 
@@ -145,16 +145,16 @@ void RichTextView::pastePrimary(Place place) {
     const QClipboard& clipboard = *QGuiApplication::clipboard();
     if (!clipboard.supportsSelection()) return;
     const std::string text =
-        fromQString(clipboard.text(QClipboard::Selection).left(RichTextBox::kMaxTextByHand));
+        fromQString(clipboard.text(QClipboard::Selection).left(RichTextBox::MaxTextByHand));
     model_.userSelects(place, place);
     model_.userTypes(text);
 }
 
 void RichTextView::wheelEvent(QWheelEvent* event) {
     event->accept();
-    const double notches = event->angleDelta().y() / kWheelNotch;
+    const double notches = event->angleDelta().y() / WheelNotch;
     if (event->modifiers() & Qt::ControlModifier) {
-        setZoom(zoom_ * std::pow(kZoomStep, notches));
+        setZoom(zoom_ * std::pow(WheelZoomStep, notches));
     } else if (!event->pixelDelta().isNull()) {
         scrolled(-event->pixelDelta().y());
     } else {

@@ -7,7 +7,7 @@
 namespace talvora {
 
 void RowCache::Block::push(int height) {
-    if (End == kBlockRows) {  // room is left at the front only
+    if (End == BlockRows) {  // room is left at the front only
         std::copy(Heights.begin() + static_cast<std::ptrdiff_t>(Begin), Heights.end(), Heights.begin());
         End -= Begin;
         Begin = 0;
@@ -45,7 +45,7 @@ void RowCache::clear(std::uint64_t first) {
 }
 
 void RowCache::append(int height) {
-    if (blocks_.empty() || blocks_.back()->size() == kBlockRows) blocks_.push_back(std::make_unique<Block>());
+    if (blocks_.empty() || blocks_.back()->size() == BlockRows) blocks_.push_back(std::make_unique<Block>());
     blocks_.back()->push(height);
     ++count_;
     total_ += height;
@@ -120,10 +120,10 @@ void RowCache::insert(std::uint64_t number, std::span<const int> heights) {
     if (heights.empty()) return;
     Spot spot = spotOf(number);
     for (const int height : heights) {
-        if (blocks_[spot.Block]->size() == kBlockRows) {
+        if (blocks_[spot.Block]->size() == BlockRows) {
             // What stands behind the new row gets a block of its own, and so the front one has room.
             split(spot.Block, std::max<std::size_t>(spot.Row, 1));
-            if (spot.Row == kBlockRows) {
+            if (spot.Row == BlockRows) {
                 ++spot.Block;
                 spot.Row = 0;
             }

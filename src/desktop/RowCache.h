@@ -31,12 +31,12 @@ class RowCache {
     std::uint64_t RowAt(std::int64_t position) const;
 
   private:
-    static constexpr std::size_t kBlockRows = 256;
+    static constexpr std::size_t BlockRows = 256;
     struct Block {
         std::int64_t Sum = 0;
         std::size_t Begin = 0;
         std::size_t End = 0;
-        std::array<std::int32_t, kBlockRows> Heights;
+        std::array<std::int32_t, BlockRows> Heights;
 
         std::size_t size() const { return End - Begin; }
         void push(int height);

@@ -16,8 +16,8 @@ namespace talvora {
 
 namespace {
 
-constexpr int kLargest = 1024;  // pixels of a side
-constexpr double kDisabled = 0.4;
+constexpr int Largest = 1024;  // pixels of a side
+constexpr double DisabledOpacity = 0.4;
 
 // The colours of one painting.
 struct Inks {
@@ -66,7 +66,7 @@ bool SvgIconEngine::isNull() {
 }
 
 QPixmap SvgIconEngine::drawn(int side, QIcon::Mode mode) const {
-    side = std::clamp(side, 1, kLargest);
+    side = std::clamp(side, 1, Largest);
     const Inks inks = inksOf(mode);
     const QString key = QStringLiteral("%1|%2|%3|%4|%5")
                             .arg(file_)
@@ -76,7 +76,7 @@ QPixmap SvgIconEngine::drawn(int side, QIcon::Mode mode) const {
                             .arg((inks.Ground.isValid() ? inks.Ground : inks.Accent).rgb());
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
-    pixmap = render(file_, side, inks, mode == QIcon::Disabled ? kDisabled : 1.0);
+    pixmap = render(file_, side, inks, mode == QIcon::Disabled ? DisabledOpacity : 1.0);
     QPixmapCache::insert(key, pixmap);
     return pixmap;
 }

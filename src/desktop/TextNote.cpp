@@ -10,9 +10,9 @@ namespace talvora {
 
 namespace {
 
-constexpr int kWidestLine = 64;  // mean characters
-constexpr int kShortestLine = 24;
-constexpr int kMostLines = 18;
+constexpr int WidestLine = 64;  // mean characters
+constexpr int ShortestLine = 24;
+constexpr int MostLines = 18;
 
 }  // namespace
 
@@ -33,8 +33,8 @@ TextNote::TextNote(QWidget* parent) : QTextEdit(parent) {
 }
 
 void TextNote::setNote(const QString& text) {
-    QString plain = text.left(kLongest);
-    if (text.size() > kLongest) plain += QChar(0x2026);
+    QString plain = text.left(Longest);
+    if (text.size() > Longest) plain += QChar(0x2026);
     plain.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     setPlainText(plain);
     measure();
@@ -49,9 +49,9 @@ void TextNote::measure() {
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     copy.setDefaultTextOption(option);
     const int mean = metrics.averageCharWidth();
-    const int width = std::clamp(qCeil(copy.idealWidth()) + 2, kShortestLine * mean, kWidestLine * mean);
+    const int width = std::clamp(qCeil(copy.idealWidth()) + 2, ShortestLine * mean, WidestLine * mean);
     copy.setTextWidth(width);
-    const int tallest = kMostLines * metrics.lineSpacing();
+    const int tallest = MostLines * metrics.lineSpacing();
     const int height = qCeil(copy.size().height());
     const bool scrolls = height > tallest;
     // What has to be scrolled must be reachable by keyboard.

@@ -14,7 +14,7 @@ class TextNote final : public QTextEdit {
     void setNote(const QString& text);
     QString Note() const { return toPlainText(); }
 
-    static constexpr int kLongest = 8 * 1024;
+    static constexpr int Longest = 8 * 1024;
 
     QSize sizeHint() const override { return hint_; }
     QSize minimumSizeHint() const override { return hint_; }

@@ -18,7 +18,7 @@ namespace talvora::theme {
 
 namespace {
 
-constexpr double kReadable = 3.0;  // contrast of large text and of graphics
+constexpr double ReadableContrast = 3.0;  // contrast of large text and of graphics
 
 QString folder() {
     static const bool opened = (openIcons(), true);
@@ -72,7 +72,7 @@ QColor newsColor(const QPalette& palette) {
     const QColor ground = palette.color(QPalette::Active, QPalette::Base);
     const QColor text = palette.color(QPalette::Active, QPalette::Text);
     QColor colour = accent;
-    for (double part = 0.1; part < 1 && contrast(colour, ground) < kReadable; part += 0.1) {
+    for (double part = 0.1; part < 1 && contrast(colour, ground) < ReadableContrast; part += 0.1) {
         colour = mixed(accent, text, part);
     }
     return colour;
@@ -101,7 +101,7 @@ QToolButton* iconButton(const QString& name, const QString& text, QWidget* paren
     auto* button = new QToolButton(parent);
     button->setAutoRaise(true);
     button->setIcon(icon(name));
-    button->setIconSize({buttonIcon, buttonIcon});
+    button->setIconSize({ButtonIcon, ButtonIcon});
     button->setToolTip(text);
     button->setAccessibleName(text);
     return button;

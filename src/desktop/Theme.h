@@ -15,13 +15,13 @@ class QWidget;
 namespace talvora::theme {
 
 // Pixels between things that belong together, between others, and at the edge of a window.
-inline constexpr int small = 4;
-inline constexpr int medium = 8;
-inline constexpr int large = 12;
+inline constexpr int Small = 4;
+inline constexpr int Medium = 8;
+inline constexpr int Large = 12;
 // The sides of an icon in a row or a button, in a tool bar, and beside a question.
-inline constexpr int smallIcon = 16;
-inline constexpr int buttonIcon = 20;
-inline constexpr int boxIcon = 40;
+inline constexpr int SmallIcon = 16;
+inline constexpr int ButtonIcon = 20;
+inline constexpr int BoxIcon = 40;
 
 QFont titleFont();
 QFont smallFont();

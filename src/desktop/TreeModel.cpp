@@ -9,7 +9,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestNode = 300;  // that a node shows
+constexpr std::size_t LongestNode = 300;  // that a node shows
 
 }  // namespace
 
@@ -58,9 +58,9 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     const Node& shown = *node(index);
     switch (role) {
         case Qt::DisplayRole:
-            return oneLine(shown.Text(), longestNode);
+            return oneLine(shown.Text(), LongestNode);
         case Qt::ToolTipRole:
-            return theme::plainToolTip(oneLine(shown.Text(), longestNode));
+            return theme::plainToolTip(oneLine(shown.Text(), LongestNode));
         case Qt::DecorationRole:
             return iconOf_ && shown.Image() != 0 ? QVariant(iconOf_(shown.Image())) : QVariant();
         default:

@@ -11,11 +11,11 @@ namespace talvora {
 
 namespace {
 
-constexpr const char* application = "Talvora Desktop";
-constexpr const char* section = "Windows";
-constexpr int writeDelay = 1000;  // milliseconds
-constexpr int smallest = 120;     // pixels
-constexpr int largest = 16384;
+constexpr const char* Application = "Talvora Desktop";
+constexpr const char* Section = "Windows";
+constexpr int WriteDelay = 1000;     // milliseconds
+constexpr int SmallestWindow = 120;  // pixels
+constexpr int LargestWindow = 16384;
 
 }  // namespace
 
@@ -25,20 +25,20 @@ ViewMemory::~ViewMemory() {
 
 std::string ViewMemory::value(const std::string& key) const {
     const auto found = unwritten_.find(key);
-    return found != unwritten_.end() ? found->second : store_.GetSetting(application, section, key, "");
+    return found != unwritten_.end() ? found->second : store_.GetSetting(Application, Section, key, "");
 }
 
 void ViewMemory::keep(const std::string& key, const std::string& value) {
     if (this->value(key) == value) return;
     unwritten_[key] = value;
-    writing_.start(writeDelay, this);
+    writing_.start(WriteDelay, this);
 }
 
 QSize ViewMemory::size(const std::string& kind, QSize standard) const {
     const auto parts = Split(value("Size_" + kind), "x");
     if (parts.size() != 2) return standard;
     const auto pixels = [](const std::string& text) {
-        return static_cast<int>(std::clamp<double>(Val(text), smallest, largest));
+        return static_cast<int>(std::clamp<double>(Val(text), SmallestWindow, LargestWindow));
     };
     return {pixels(parts[0]), pixels(parts[1])};
 }
@@ -65,7 +65,7 @@ void ViewMemory::timerEvent(QTimerEvent*) {
 void ViewMemory::write() {
     for (const auto& [key, value] : std::exchange(unwritten_, {})) {
         try {
-            store_.SaveSetting(application, section, key, value);
+            store_.SaveSetting(Application, Section, key, value);
         } catch (const RuntimeError&) {
             return;
         }

@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int mostLines = 5;
+constexpr int MostLinesShown = 5;
 
 }  // namespace
 
@@ -37,13 +37,17 @@ WritingBox::WritingBox(TextBox& model, QWidget* parent) : QPlainTextEdit(parent)
     showText();
 }
 
+void WritingBox::setOffers(WordOffers::Source source) {
+    offers_ = std::make_unique<WordOffers>(*this, std::move(source));
+}
+
 // The document of this widget counts its height in lines.
 int WritingBox::linesWanted() const {
     return static_cast<int>(document()->size().height());
 }
 
 QSize WritingBox::sizeHint() const {
-    const int lines = std::clamp(linesWanted(), 1, mostLines);
+    const int lines = std::clamp(linesWanted(), 1, MostLinesShown);
     const int margins = 2 * static_cast<int>(document()->documentMargin()) + 2 * frameWidth();
     return {QPlainTextEdit::sizeHint().width(), fontMetrics().lineSpacing() * lines + margins};
 }
@@ -53,8 +57,10 @@ QSize WritingBox::minimumSizeHint() const {
 }
 
 void WritingBox::textEdited() {
-    setVerticalScrollBarPolicy(linesWanted() > mostLines ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(linesWanted() > MostLinesShown ? Qt::ScrollBarAsNeeded
+                                                              : Qt::ScrollBarAlwaysOff);
     updateGeometry();
+    if (offers_) offers_->edited();
     if (passing_) return;
     passing_ = true;
     // As what is in front of the caret will be sent.
@@ -88,6 +94,10 @@ void WritingBox::showCaret() {
 }
 
 void WritingBox::keyPressEvent(QKeyEvent* event) {
+    if (offers_ && offers_->wants(*event)) {
+        event->ignore();
+        return;
+    }
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
         QPlainTextEdit::keyPressEvent(event);
         return;
@@ -104,7 +114,7 @@ void WritingBox::focusInEvent(QFocusEvent* event) {
 // Within what a person could mean; the toolkit would lay out any amount.
 void WritingBox::insertFromMimeData(const QMimeData* source) {
     if (!source->hasText() || source->hasUrls()) return;
-    QString text = source->text().left(RichTextBox::kMaxTextByHand);
+    QString text = source->text().left(RichTextBox::MaxTextByHand);
     // Lines that are pasted are meant to be sent; what a hand lets fall here is still to be looked at.
     if (dropping_) text.replace(QRegularExpression(QStringLiteral("[\\r\\n]+")), QStringLiteral(" "));
     insertPlainText(text);

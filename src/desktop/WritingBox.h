@@ -3,7 +3,9 @@
 // Return and Ctrl+Return are the model's; lines that are pasted go to it with CR LF between them.
 
 #include <QPlainTextEdit>
+#include <memory>
 
+#include "desktop/WordOffers.h"
 #include "platform/Controls.h"
 
 namespace talvora {
@@ -11,6 +13,9 @@ namespace talvora {
 class WritingBox final : public QPlainTextEdit {
   public:
     explicit WritingBox(TextBox& model, QWidget* parent = nullptr);
+
+    // Words that are offered for what is typed.
+    void setOffers(WordOffers::Source source);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -29,7 +34,8 @@ class WritingBox final : public QPlainTextEdit {
     void showCaret();
 
     TextBox& model_;
-    bool passing_ = false;  // one side is just told of the other
+    std::unique_ptr<WordOffers> offers_;  // if there are any
+    bool passing_ = false;                // one side is just told of the other
     bool dropping_ = false;
     Subscriptions on_;
 };

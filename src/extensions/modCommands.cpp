@@ -72,6 +72,17 @@ void modCommands::RunScriptCommand(const std::string& Line, const std::string& N
     });
 }
 
+std::vector<std::string> modCommands::NamesLike(const std::string& begin) const {
+    std::vector<std::string> names;
+    for (const std::string& entry : CommandList) {
+        const std::string name = ScriptNameOf(entry);
+        if (name.size() > begin.size() && UCase(name).starts_with(UCase(begin))) names.push_back(name);
+    }
+    std::ranges::sort(names);
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
 void modCommands::RunMenuCommand(const std::vector<std::string>& list, std::size_t index,
                                  const std::string& parameters, const std::string& Nick,
                                  ScriptWindow& Window) {

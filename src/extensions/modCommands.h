@@ -50,6 +50,9 @@ class modCommands {
     // Word `Index` of the text, counted from 0; empty if there is none.
     static std::string ParmWord(std::string_view Text, std::uint8_t Index);
 
+    // The commands whose names begin so, in whatever case, and go on; in the order of the alphabet.
+    std::vector<std::string> NamesLike(const std::string& begin) const;
+
     std::vector<std::string> CommandList;  // typed in a private window
     std::vector<std::string> ChannelMenu;  // the menu of channel windows
     std::vector<std::string> PrivateMenu;  // the menu of private windows

@@ -78,6 +78,11 @@ void ChatDesk::loadEmotions() {
     if (!Emotions.IsLoaded()) Emotions.DoWithout();
 }
 
+void ChatDesk::Attach(Form1* window) {
+    form1_ = window;
+    if (window != nullptr) scriptsMenu_ = window->mnuScripts.Click.connect([this] { ShowScripts(); });
+}
+
 void ChatDesk::JoinTo(Handovers& to) {
     to.Channels = Channels;
     to.Privates = Privates;

@@ -25,7 +25,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     // The tables of states, emoticons and plug-ins, and the user's libraries; once, at the start.
     void LoadTables();
     // The main window that the windows speak through; null while there is none.
-    void Attach(Form1* window) { form1_ = window; }
+    void Attach(Form1* window);
     void JoinTo(Handovers& to);
     // Closes all windows, whatever they say.
     void UnloadAll(Trap& step);
@@ -72,6 +72,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
     GlobError& globError_;
     Notes notes_{MsgBox};
     Form1* form1_ = nullptr;
+    Subscription scriptsMenu_;  // of that window
     bool librariesLoaded_ = false;
 };
 

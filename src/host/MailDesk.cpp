@@ -95,6 +95,7 @@ void MailDesk::UnloadAll(Trap& step) {
     unload(Expire.Get());
     unload(SelectUser.Get());
     Status.Stop();
+    Panel.tmrAges.Enabled = false;
 }
 
 }  // namespace talvora

@@ -30,6 +30,11 @@ std::optional<DateTime> dateIn(const std::string& text) {
 
 // A damaged file is reported once, under the name of the procedure that shows the list, and does not keep the
 // mails behind it from being shown.
+const MailHeader* MailHeaders::Known(const std::string& name) const {
+    const auto found = incoming_.find(name);
+    return found == incoming_.end() ? nullptr : &found->second;
+}
+
 void MailHeaders::readHead(MailHeader& header, char kind) {
     header.Damaged = true;
     trapped(globError_, "RefreshMailList", [&](Trap& step) {

@@ -35,6 +35,9 @@ class MailHeaders {
     // the same kind. Without a folder there are none; faults if it can't be read.
     std::vector<const MailHeader*> Read(char kind);
 
+    // An incoming mail as it was when it was last read; null if it is not known.
+    const MailHeader* Known(const std::string& name) const;
+
     // The longest head that is read; no mail of the network comes near it.
     static constexpr std::size_t HeadLimit = 4096;
 

@@ -32,6 +32,7 @@ const char* wordsFor(OutgoingState state) {
 MailPanel::MailPanel(const MailSurroundings& around, MailStatus& status, modMailManager& manager,
                      MailDrafts& drafts, MailWindows& windows)
     : Status(status),
+      tmrAges(around.ThePlatform, 60000),
       globError_(around.Reporter),
       settings_(around.Settings),
       gate_(around.Gate),
@@ -59,7 +60,8 @@ void MailPanel::connectHands() {
     on_ += mnuDelAll.Click.connect([this] { mnuDelAll_Click(); });
     on_ += mnuNew.Click.connect([this] { windows_.Write("", "", false, ""); });
     on_ += txtFilter.Text.Changed.connect([this](const std::string&) { RefreshMailList(); });
-    on_ += ListView3.ColumnClick.connect([this](int column) { chooseColumn(column); });
+    on_ += ListView3.ColumnClick.connect([this](int head) { chooseColumn(head); });
+    on_ += tmrAges.Tick.connect([this] { showAges(); });
     on_ += drafts_.Changed.connect([this] { refreshDrafts(); });
     on_ += Status.Label7.Caption.Changed.connect([this](const std::string&) { outgoingChanged(); });
 }
@@ -67,6 +69,7 @@ void MailPanel::connectHands() {
 void MailPanel::Load() {
     RefreshMailList();
     refreshDrafts();
+    tmrAges.Enabled = true;
 }
 
 // ---- The list
@@ -75,6 +78,7 @@ void MailPanel::RefreshMailList() {
     trapped(globError_, "RefreshMailList", [&](Trap& step) {
         if (MailFolder == Announcements) return ListView3.ListItems.Clear();
         ListView3.ColumnHeaders = headings();
+        mnuReply.Visible = MailFolder == Incoming;
         std::vector<const MailHeader*> headers;
         if (!step([&] { headers = headers_.Read(MailFolder == Incoming ? 'i' : 'o'); })) return;
         const Count count = MailFolder == Incoming ? countOf(headers) : Count{};
@@ -186,11 +190,13 @@ void MailPanel::sortBy(std::vector<const MailHeader*>& headers) const {
     });
 }
 
-void MailPanel::chooseColumn(int column) {
+void MailPanel::chooseColumn(int head) {
+    const int column = head - 1;
     descending_ = column == sortColumn_ && !descending_;
     sortColumn_ = column;
     ListView3.SortKey = column;
     ListView3.SortOrder = descending_ ? SortOrder::Descending : SortOrder::Ascending;
+    ListView3.InOrder = true;
     RefreshMailList();
 }
 
@@ -211,6 +217,16 @@ void MailPanel::outgoingChanged() {
     for (int i = 1; i <= ListView3.ListItems.Count(); ++i) {
         ListItem& row = ListView3.ListItems(i);
         row.SetSubItem(6, wordsFor(manager_.StateOf(row.Tag())));
+    }
+}
+
+void MailPanel::showAges() {
+    if (MailFolder != Incoming) return;
+    const DateTime now = clock_.Now();
+    for (int i = 1; i <= ListView3.ListItems.Count(); ++i) {
+        ListItem& row = ListView3.ListItems(i);
+        const MailHeader* header = headers_.Known(row.Tag());
+        if (header != nullptr && header->ReceivedAt) row.SetSubItem(6, AgeText(*header->ReceivedAt, now));
     }
 }
 

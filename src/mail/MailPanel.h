@@ -16,6 +16,7 @@
 #include "platform/Bars.h"
 #include "platform/Controls.h"
 #include "platform/ListView.h"
+#include "platform/Timer.h"
 
 namespace talvora {
 
@@ -70,6 +71,8 @@ class MailPanel {
     void mnuDelAll_Click();
     void mnuReply_Click();
 
+    Timer tmrAges;  // what stands in the list grows older
+
     // More viewers than this are not opened by themselves.
     static constexpr int MostDisplayed = 20;
 
@@ -91,7 +94,8 @@ class MailPanel {
     void tellOfNew(const Count& count);
     void countUnread();
     void outgoingChanged();
-    void chooseColumn(int column);
+    void showAges();
+    void chooseColumn(int head);
     void refreshDrafts();
     std::vector<std::string> headings() const;
     bool sure(const std::string& text, const std::string& title);

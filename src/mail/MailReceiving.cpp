@@ -23,6 +23,7 @@ void modMailManager::StartMailDump(Text From, Text Subject, Text SentDate, std::
             return;
         gInLine = 0;
         gInTotal = Total;
+        uncounted_ = false;
         // What is left of an interrupted mail must not be taken for this one's by a start in between.
         if (incompleted("IncomingID") != "0" || incompleted("IncomingLine") != "0") forgetIncoming(step);
         if (!step([&] { saveNumber("IncomingID", ID); }) ||
@@ -53,13 +54,19 @@ void modMailManager::received() {
 void modMailManager::MailDump(Text Line) {
     trapped(globError_, "MailDump", [&](Trap& step) {
         if (!step([&] { gInLine = CInt(gInLine + 1); })) return;
-        const std::string kept = MailFile::KeptLine(Line);
-        if (!step([&] { gInFile.WriteLine(kept); }) || !step([&] { gInFile.Flush(); })) return;
+        if (!uncounted_ && !keepLine(step, MailFile::KeptLine(Line))) return;
+        uncounted_ = true;
         step([&] { gMailProgress = percent(gInLine, gInTotal); });
         if (!step([&] { saveNumber("IncomingLine", gInLine); })) return;
+        uncounted_ = false;
         step([&] { session_.TellRobot("MAIL OK"); });
         received();
     });
+}
+
+// True if the line is on disk.
+bool modMailManager::keepLine(Trap& step, Text line) {
+    return step([&] { gInFile.WriteLine(line); }) && step([&] { gInFile.Flush(); });
 }
 
 void modMailManager::FinishMailDump() {

@@ -1,10 +1,32 @@
 #include "mail/frmViewMail.h"
 
+#include <cstring>
+#include <optional>
+
 #include "chat/Links.h"
+#include "platform/CodePage1253.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 
 namespace talvora {
+
+namespace {
+
+constexpr std::size_t LongestName = 60;
+
+// The subject, as far as a file can be called so.
+std::string fileNameOf(const std::string& subject) {
+    std::string name;
+    for (const char letter : subject.substr(0, LongestName)) {
+        const bool fits =
+            static_cast<unsigned char>(letter) >= 32 && std::strchr("\\/:*?\"<>|.", letter) == nullptr;
+        name += fits ? letter : '_';
+    }
+    name = Trim(name);
+    return toUtf8(name.empty() ? "Message" : name);
+}
+
+}  // namespace
 
 frmViewMail::frmViewMail(const MailSurroundings& around, MailWindows& windows)
     : platform_(around.ThePlatform),
@@ -13,11 +35,13 @@ frmViewMail::frmViewMail(const MailSurroundings& around, MailWindows& windows)
       windows_(windows) {
     pic[ReplyButton].Caption = "Reply";
     pic[EraseButton].Caption = "Erase";
+    Label3.FontBold = true;
     Text1.Locked = true;
     Text2.Locked = true;
     for (const int index : {ReplyButton, EraseButton}) {
         on_ += pic[index].Click.connect([this, index] { pic_Click(index); });
     }
+    on_ += SaveAs.Click.connect([this] { saveAs(); });
     on_ += RichTextBox1.DblClick.connect([this] { openLink(); });
 }
 
@@ -96,6 +120,27 @@ void frmViewMail::erase(Trap& step) {
     if (platform_.Asking.Ask(question) != Answer::Yes) return;
     step([&] { files_.Kill(path); });
     Unload();
+}
+
+// As plain text in the encoding that the machine's other programs expect, or as RTF whatever the name says
+// else.
+void frmViewMail::saveAs() {
+    trapped(globError_, "SaveAs_Click", [&](Trap& step) {
+        const SaveFileBox box{"Save message",
+                              {{"Rich text", "*.rtf"}, {"Plain text", "*.txt"}},
+                              fileNameOf(Text2.Text) + ".rtf"};
+        const std::string rtf = RichTextBox1.TextRTF();
+        const std::string text = toUtf8(RichTextBox1.Text());
+        const std::optional<std::string> path = platform_.Asking.Ask(box);
+        if (!path) return;
+        const bool plain = EqualText(Right(*path, 4), ".txt");
+        Files& files = files_;
+        step([&] {
+            File file = files.CreatePicked(*path);
+            file.Write(plain ? text : rtf);
+            file.Close();
+        });
+    });
 }
 
 // One question at a time, however often the text is clicked.

@@ -31,6 +31,7 @@ class frmViewMail final : public Form {
     Label Label3{"This mail is urgent"};
     Image Image1{0, false};
     CommandButton pic[2];
+    CommandButton SaveAs{"Save as..."};
     Property<int> Icon{UnreadIcon};  // whether the mail had been read before
 
     // `FileName` is a file of the mail folder. A viewer that has nothing to show is unloaded.
@@ -45,6 +46,7 @@ class frmViewMail final : public Form {
     void leaveMark(Trap& step, const std::string& content, const std::string& copy);
     void reply(Trap& step);
     void erase(Trap& step);
+    void saveAs();
     void openLink();
 
     Platform& platform_;

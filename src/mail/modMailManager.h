@@ -92,6 +92,7 @@ class modMailManager {
     void poll();
     std::int32_t unusedNumber(std::int32_t last, char kind) const;
     bool beginFile(Trap& step, Text head);
+    bool keepLine(Trap& step, Text line);
     bool completeFile(Trap& step);
     bool resumeFile(Trap& step, std::int32_t number);
     void received();
@@ -117,6 +118,9 @@ class modMailManager {
     File gInFile;  // closed when no mail is received
     std::int16_t gInLine = 0;
     std::int16_t gInTotal = 0;
+    // The last line is on disk, and its count could not be saved: it comes again, and must not stand twice
+    // for each minute in which the settings take nothing.
+    bool uncounted_ = false;
 
     // The file of the mail that is sent; nothing stands for the number -1, which can't be closed.
     std::optional<File> gOutFile;

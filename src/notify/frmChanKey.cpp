@@ -28,7 +28,7 @@ void frmChanKey::ExecList(const std::string& list) {
     trapped(globError_, "ExecList", [&](Trap&) {
         // Channels that are still to be asked for keep their turn.
         if (Visible) {
-            if (ChanList.size() + list.size() < kLongestList) ChanList += list;
+            if (ChanList.size() + list.size() < LongestList) ChanList += list;
             return;
         }
         ChanList = list;

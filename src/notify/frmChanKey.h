@@ -36,7 +36,7 @@ class frmChanKey final : public Form {
     void Picture1_Click(int index);
 
     // A server that goes on refusing cannot make the round longer than this.
-    static constexpr std::size_t kLongestList = 64 * 1024;
+    static constexpr std::size_t LongestList = 64 * 1024;
 
   private:
     void dress();

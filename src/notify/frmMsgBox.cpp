@@ -7,7 +7,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view fieldMark = ":.:";
+constexpr std::string_view FieldMark = ":.:";
 
 }  // namespace
 
@@ -24,11 +24,11 @@ frmMsgBox::frmMsgBox(Platform& platform, GlobError& reporter)
 
 void frmMsgBox::Display(const std::string& text, const std::string& title, int icon) {
     trapped(globError_, "Display", [&](Trap&) {
-        if (MsgQueue.size() > kLongestQueue) return;
+        if (MsgQueue.size() > LongestQueue) return;
         MsgQueue.append(text)
-            .append(fieldMark)
+            .append(FieldMark)
             .append(title)
-            .append(fieldMark)
+            .append(FieldMark)
             .append(CStr(icon))
             .append("|");
         if (!MsgShowing) showNext();
@@ -50,7 +50,7 @@ void frmMsgBox::showNext() {
         }
         const auto pieces = Split(MsgQueue, "|", 2);
         MsgQueue = pieces.size() > 1 ? pieces[1] : std::string();
-        const auto fields = Split(pieces[0], fieldMark);
+        const auto fields = Split(pieces[0], FieldMark);
         step([&] { Image2.Picture = CInt(Val(elementOf(fields, 2))); });
         step([&] { Label1.Caption = elementOf(fields, 0); });
         step([&] { Caption = elementOf(fields, 1); });

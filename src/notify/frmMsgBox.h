@@ -29,7 +29,7 @@ class frmMsgBox final : public Form {
     void Display(const std::string& text, const std::string& title, int icon);
 
     // A flood of notes that nobody acknowledges ends here: what comes on top is dropped.
-    static constexpr std::size_t kLongestQueue = 256 * 1024;
+    static constexpr std::size_t LongestQueue = 256 * 1024;
 
   protected:
     // The close box acknowledges the note; those that wait are not lost with it.

@@ -11,7 +11,7 @@ namespace talvora {
 namespace {
 
 // The upper half of the page, 0x80 to 0xFF.
-constexpr std::array<char16_t, 128> upperHalf = {
+constexpr std::array<char16_t, 128> UpperHalf = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,  // 80
     0x0088, 0x2030, 0x008A, 0x2039, 0x008C, 0x008D, 0x008E, 0x008F,  // 88
     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,  // 90
@@ -31,7 +31,7 @@ constexpr std::array<char16_t, 128> upperHalf = {
 };
 
 constexpr char16_t forward(unsigned byte) {
-    return byte < 0x80 ? static_cast<char16_t>(byte) : upperHalf[byte - 0x80];
+    return byte < 0x80 ? static_cast<char16_t>(byte) : UpperHalf[byte - 0x80];
 }
 
 struct ByteOfCode {
@@ -142,15 +142,15 @@ char accented(char letter, char32_t mark) {
     return at == std::string_view::npos ? letter : (isTonos ? tonos : dialytika)[at];
 }
 
-constexpr std::uint64_t highBits = 0x8080808080808080U;
+constexpr std::uint64_t HighBits = 0x8080808080808080U;
 
 // The number of bytes below 0x80 at the beginning.
 std::size_t asciiPrefix(const char* at, std::size_t size) {
     std::size_t i = 0;
-    for (; i + sizeof highBits <= size; i += sizeof highBits) {
+    for (; i + sizeof HighBits <= size; i += sizeof HighBits) {
         std::uint64_t word = 0;
         std::memcpy(&word, at + i, sizeof word);
-        if ((word & highBits) != 0) break;
+        if ((word & HighBits) != 0) break;
     }
     while (i < size && static_cast<unsigned char>(at[i]) < 0x80) ++i;
     return i;

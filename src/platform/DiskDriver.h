@@ -54,6 +54,8 @@ class DiskDriver {
     virtual Handle open(const std::string& path, Access access) = 0;
     // Opens for reading a file that the user has picked: a native path of the machine.
     virtual Handle openPicked(const std::string& nativePath) = 0;
+    // Creates or empties such a file.
+    virtual Handle createPicked(const std::string& nativePath) = 0;
     // Reads from byte `at` (counted from 0); fewer than `count` bytes only at the end of the file.
     virtual std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) = 0;
     // All of it, or a fault.

@@ -11,8 +11,8 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t chunkSize = std::size_t{64} << 10;
-constexpr std::size_t firstChunkSize = std::size_t{4} << 10;  // most files are small
+constexpr std::size_t ChunkSize = std::size_t{64} << 10;
+constexpr std::size_t FirstChunkSize = std::size_t{4} << 10;  // most files are small
 
 std::int64_t offsetOf(std::int64_t position) {
     if (position < 1) throw RuntimeError(Fault::BadRecordNumber);
@@ -42,7 +42,7 @@ void OpenFile::seek(std::int64_t to) {
 
 bool OpenFile::fill() {
     if (taken_ < buffer_.size()) return true;
-    std::string next(bufferEnd_ == 0 ? firstChunkSize : chunkSize, '\0');
+    std::string next(bufferEnd_ == 0 ? FirstChunkSize : ChunkSize, '\0');
     next.resize(driver.read(handle, bufferEnd_, next.data(), next.size()));
     if (next.empty()) return false;
     bufferEnd_ += static_cast<std::int64_t>(next.size());

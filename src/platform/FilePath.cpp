@@ -11,13 +11,13 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestPath = 1024;
-constexpr std::string_view reserved = "/<>:\"|?*";
+constexpr std::size_t LongestPath = 1024;
+constexpr std::string_view Reserved = "/<>:\"|?*";
 
 bool isRefused(char c) {
     const char16_t character = codePointOf(static_cast<unsigned char>(c));
     const bool control = character < 0x20 || (character >= 0x7F && character < 0xA0);
-    return control || reserved.find(c) != std::string_view::npos;
+    return control || Reserved.find(c) != std::string_view::npos;
 }
 
 bool hasDrive(std::string_view path) {
@@ -34,7 +34,7 @@ void checkPart(std::string_view part) {
 }  // namespace
 
 std::vector<std::string> pathParts(std::string_view path) {
-    if (path.size() > longestPath) throw RuntimeError(Fault::BadFileNameOrNumber);
+    if (path.size() > LongestPath) throw RuntimeError(Fault::BadFileNameOrNumber);
     if (path.starts_with('\\') || path.starts_with('/') || hasDrive(path)) {
         throw RuntimeError(Fault::PathFileAccessError);
     }

@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t copiedAtOnce = std::size_t{64} << 10;
+constexpr std::size_t CopiedAtOnce = std::size_t{64} << 10;
 
 // Tries what may help and must not hide the fault that is under way.
 template <class Call>
@@ -82,6 +82,10 @@ File Files::OpenPicked(const std::string& nativePath) {
     File file = adopt(disk_.openPicked(nativePath), FileMode::Binary, std::string());
     file.opened_->picked = true;
     return file;
+}
+
+File Files::CreatePicked(const std::string& nativePath) {
+    return adopt(disk_.createPicked(nativePath), FileMode::Output, std::string());
 }
 
 File Files::adopt(DiskDriver::Handle handle, FileMode mode, const std::string& path) {
@@ -246,7 +250,7 @@ void Files::copyInto(const Place& source, File& copy) {
     File original =
         adopt(disk_.open(source.native, DiskDriver::Access::Read), FileMode::Input, source.native);
     for (std::int64_t at = 0;;) {
-        const std::string bytes = original.opened().readAt(at, copiedAtOnce);
+        const std::string bytes = original.opened().readAt(at, CopiedAtOnce);
         if (bytes.empty()) break;
         copy.Write(bytes);
         at += static_cast<std::int64_t>(bytes.size());

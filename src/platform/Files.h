@@ -43,6 +43,9 @@ class Files {
     File Open(std::string_view path, FileMode mode);
     // A file that the user has picked, by its native path, which passes as it is; for reading, as Binary.
     File OpenPicked(const std::string& nativePath);
+    // A file that the user has named to be written, likewise; created or emptied. It may be read by whomever
+    // the machine's own habits allow.
+    File CreatePicked(const std::string& nativePath);
     void CloseAll();
 
     bool Exists(std::string_view path);

@@ -14,11 +14,11 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view receivedName = "Received";
-constexpr int mostLinks = 8;
+constexpr std::string_view ReceivedName = "Received";
+constexpr int MostLinks = 8;
 
 bool isReceived(const std::vector<std::string>& parts) {
-    return !parts.empty() && EqualText(parts.front(), receivedName);
+    return !parts.empty() && EqualText(parts.front(), ReceivedName);
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ class Files::Walk {
     }
 
     void follow(const std::string& link) {
-        if (++links_ > mostLinks) throw RuntimeError(Fault::PathFileAccessError, ELOOP);
+        if (++links_ > MostLinks) throw RuntimeError(Fault::PathFileAccessError, ELOOP);
         const std::string target = files_.disk_.linkTarget(link);
         if (target.empty() || target.front() == '/') throw RuntimeError(Fault::PathFileAccessError);
         const auto parts = Split(target, "/");

@@ -128,6 +128,8 @@ class ListView {
     Property<bool> Sorted{false};
     Property<int> SortKey{0};  // 0 is the rows' text, then come the sub-items
     Property<talvora::SortOrder> SortOrder{talvora::SortOrder::Ascending};
+    // The owner keeps the rows themselves in the order of SortKey and SortOrder; the heading shows it.
+    Property<bool> InOrder{false};
     Event<int> ColumnClick;  // on the heading of a column, counted from 1
 
     // Makes the rows those of `rows`, with as few changes as there are differences by place: a list that is

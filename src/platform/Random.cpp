@@ -5,13 +5,13 @@
 namespace talvora {
 namespace {
 
-constexpr std::uint32_t mask = 0xFFFFFF;
+constexpr std::uint32_t Mask = 0xFFFFFF;
 
 }  // namespace
 
 float Random::Rnd() {
     // The product may wrap around at 32 bits: only its lower 24 count.
-    state_ = (state_ * 1140671485U + 12820163U) & mask;
+    state_ = (state_ * 1140671485U + 12820163U) & Mask;
     return last();
 }
 
@@ -19,7 +19,7 @@ float Random::Rnd(float x) {
     if (x == 0) return last();
     if (x < 0) {
         const auto bits = std::bit_cast<std::uint32_t>(x);
-        state_ = (bits + (bits >> 24)) & mask;
+        state_ = (bits + (bits >> 24)) & Mask;
     }
     return Rnd();
 }

@@ -14,21 +14,21 @@ constexpr unsigned char byteOf(char c) {
 using ByteTable = std::array<unsigned char, 256>;
 
 // Small letters and their capitals that do not stand 32 apart in the page.
-constexpr std::string_view accentedSmall = "\xDC\xDD\xDE\xDF\xFC\xFD\xFE";
-constexpr std::string_view accentedCapital = "\xA2\xB8\xB9\xBA\xBC\xBE\xBF";
-constexpr unsigned finalSigma = 0xF2;
-constexpr unsigned sigma = 0xF3;
+constexpr std::string_view AccentedSmall = "\xDC\xDD\xDE\xDF\xFC\xFD\xFE";
+constexpr std::string_view AccentedCapital = "\xA2\xB8\xB9\xBA\xBC\xBE\xBF";
+constexpr unsigned FinalSigma = 0xF2;
+constexpr unsigned Sigma = 0xF3;
 // Letters that are small and have no capital in the page: florin, micro, iota and upsilon with both accents.
-constexpr std::string_view withoutCapital = "\x83\xB5\xC0\xE0";
+constexpr std::string_view WithoutCapital = "\x83\xB5\xC0\xE0";
 
 constexpr ByteTable upper = [] {
     ByteTable table{};
     for (unsigned c = 0; c < 256; ++c) table[c] = static_cast<unsigned char>(c);
     for (unsigned c = 'a'; c <= 'z'; ++c) table[c] = static_cast<unsigned char>(c - 32);
     for (unsigned c = 0xE1; c <= 0xFB; ++c) table[c] = static_cast<unsigned char>(c - 32);
-    table[finalSigma] = table[sigma];
-    for (std::size_t i = 0; i < accentedSmall.size(); ++i)
-        table[byteOf(accentedSmall[i])] = byteOf(accentedCapital[i]);
+    table[FinalSigma] = table[Sigma];
+    for (std::size_t i = 0; i < AccentedSmall.size(); ++i)
+        table[byteOf(AccentedSmall[i])] = byteOf(AccentedCapital[i]);
     return table;
 }();
 
@@ -36,14 +36,14 @@ constexpr ByteTable lower = [] {
     ByteTable table{};
     for (unsigned c = 0; c < 256; ++c) table[c] = static_cast<unsigned char>(c);
     for (unsigned c = 0; c < 256; ++c)
-        if (upper[c] != c && c != finalSigma) table[upper[c]] = static_cast<unsigned char>(c);
+        if (upper[c] != c && c != FinalSigma) table[upper[c]] = static_cast<unsigned char>(c);
     return table;
 }();
 
 constexpr std::array<bool, 256> isLetter = [] {
     std::array<bool, 256> table{};
     for (unsigned c = 0; c < 256; ++c) table[c] = upper[c] != c || lower[c] != c;
-    for (const char c : withoutCapital) table[byteOf(c)] = true;
+    for (const char c : WithoutCapital) table[byteOf(c)] = true;
     return table;
 }();
 
@@ -67,13 +67,13 @@ std::string mapped(std::string_view text, const ByteTable& table) {
     return result;
 }
 
-constexpr auto nowhere = std::string_view::npos;
+constexpr auto Nowhere = std::string_view::npos;
 
 // As string_view::find, with `what` not empty.
 std::size_t findText(std::string_view text, std::string_view what, std::size_t from) {
     const auto at = std::search(text.begin() + static_cast<std::ptrdiff_t>(std::min(from, text.size())),
                                 text.end(), what.begin(), what.end(), equalAsText);
-    return at == text.end() ? nowhere : static_cast<std::size_t>(at - text.begin());
+    return at == text.end() ? Nowhere : static_cast<std::size_t>(at - text.begin());
 }
 
 std::size_t find(std::string_view text, std::string_view what, std::size_t from, Compare how) {
@@ -85,7 +85,7 @@ template <typename Take>
 void forEachPiece(std::string_view text, std::string_view separator, int limit, Compare how, Take take) {
     if (limit < -1) throw RuntimeError(Fault::InvalidProcedureCall);
     if (text.empty() || limit == 0) return;
-    std::size_t cuts = limit == -1 ? nowhere : static_cast<std::size_t>(limit) - 1;
+    std::size_t cuts = limit == -1 ? Nowhere : static_cast<std::size_t>(limit) - 1;
     std::size_t begin = 0;
     if (separator.size() == 1 && how == Compare::Binary) {
         while (cuts-- != 0) {
@@ -98,7 +98,7 @@ void forEachPiece(std::string_view text, std::string_view separator, int limit, 
     } else if (!separator.empty()) {
         while (cuts-- != 0) {
             const std::size_t end = find(text, separator, begin, how);
-            if (end == nowhere) break;
+            if (end == Nowhere) break;
             take(text.substr(begin, end - begin));
             begin = end + separator.size();
         }
@@ -185,7 +185,7 @@ std::size_t InStr(std::string_view text, std::string_view what, Compare how, std
     if (start > text.size()) return 0;
     if (what.empty()) return start;
     const std::size_t at = find(text, what, start - 1, how);
-    return at == nowhere ? 0 : at + 1;
+    return at == Nowhere ? 0 : at + 1;
 }
 
 std::size_t InStrRev(std::string_view text, std::string_view what, Compare how) {
@@ -197,12 +197,12 @@ std::size_t InStrRev(std::string_view text, std::string_view what, Compare how) 
 }
 
 std::string Replace(std::string_view text, std::string_view what, std::string_view by, Compare how) {
-    std::size_t at = what.empty() ? nowhere : find(text, what, 0, how);
-    if (at == nowhere) return std::string(text);
+    std::size_t at = what.empty() ? Nowhere : find(text, what, 0, how);
+    if (at == Nowhere) return std::string(text);
     std::string result;
     result.reserve(text.size() + (by.size() > what.size() ? by.size() : 0));
     std::size_t begin = 0;
-    for (; at != nowhere; at = find(text, what, begin, how)) {
+    for (; at != Nowhere; at = find(text, what, begin, how)) {
         result.append(text, begin, at - begin).append(by);
         begin = at + what.size();
     }

@@ -70,7 +70,7 @@ double readBased(Reader reader) {
 // A decimal number in a normal form: "digits", the point taken out, and a power of ten. Zeros in front and
 // digits too far behind to matter are not kept, so that the cost has a bound.
 struct Decimal {
-    static constexpr std::size_t kept = 800;  // a double is decided by 767 digits at most
+    static constexpr std::size_t Kept = 800;  // a double is decided by 767 digits at most
 
     std::string digits;
     std::int64_t exponent = 0;
@@ -78,7 +78,7 @@ struct Decimal {
     void add(char digit, bool behindPoint) {
         if (digits.empty() && digit == '0') {
             exponent -= behindPoint ? 1 : 0;
-        } else if (digits.size() < kept) {
+        } else if (digits.size() < Kept) {
             digits += digit;
             exponent -= behindPoint ? 1 : 0;
         } else {

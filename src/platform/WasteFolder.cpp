@@ -10,20 +10,20 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t digits = 10;
-constexpr std::size_t longestName = 200;  // bytes; the number comes before it
+constexpr std::size_t Digits = 10;
+constexpr std::size_t LongestName = 200;  // bytes; the number comes before it
 
 std::uint64_t numberOf(const std::string& file) {
     std::uint64_t number = 0;
-    std::from_chars(file.data(), file.data() + std::min(digits, file.size()), number);
+    std::from_chars(file.data(), file.data() + std::min(Digits, file.size()), number);
     return number;
 }
 
 std::string numbered(std::uint64_t number, const std::string& file) {
     std::string text = std::to_string(number);
-    if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+    if (text.size() < Digits) text.insert(0, Digits - text.size(), '0');
     // The end tells a file's kind, so the beginning goes.
-    return text + "-" + (file.size() > longestName ? file.substr(file.size() - longestName) : file);
+    return text + "-" + (file.size() > LongestName ? file.substr(file.size() - LongestName) : file);
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ void WasteFolder::makeRoom(const std::vector<DiskDriver::Entry>& present, std::i
     std::size_t count = 1;
     for (auto file = present.rbegin(); file != present.rend(); ++file) {
         bytes += file->Found.Size;
-        if (++count > mostFiles || bytes > mostBytes) disk_.remove(joinNative(name, file->Name));
+        if (++count > MostFiles || bytes > MostBytes) disk_.remove(joinNative(name, file->Name));
     }
 }
 

@@ -14,8 +14,8 @@ namespace talvora {
 class WasteFolder {
   public:
     static constexpr const char* name = ".waste";
-    static constexpr std::size_t mostFiles = 64;
-    static constexpr std::int64_t mostBytes = std::int64_t{256} << 20;
+    static constexpr std::size_t MostFiles = 64;
+    static constexpr std::int64_t MostBytes = std::int64_t{256} << 20;
 
     explicit WasteFolder(DiskDriver& disk) : disk_(disk) {}
 

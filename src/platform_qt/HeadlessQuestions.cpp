@@ -14,15 +14,15 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t mostTold = 8;
-constexpr std::size_t longestText = 8192;  // of one report; a stranger's line may be in it
-constexpr std::size_t longestGist = 160;
-constexpr int minuteMs = 60'000;
+constexpr std::size_t MostTold = 8;
+constexpr std::size_t LongestText = 8192;  // of one report; a stranger's line may be in it
+constexpr std::size_t LongestGist = 160;
+constexpr int MinuteMs = 60'000;
 
 // Without carriage returns, and without anything that a terminal obeys.
 std::string harmless(std::string_view text) {
     std::string clean;
-    for (const char c : text.substr(0, longestText)) {
+    for (const char c : text.substr(0, LongestText)) {
         const char16_t letter = codePointOf(static_cast<unsigned char>(c));
         if (c == '\r') continue;
         const bool control = (letter < 0x20 && c != '\n') || (letter >= 0x7F && letter < 0xA0);
@@ -35,7 +35,7 @@ std::string harmless(std::string_view text) {
 std::string gistOf(const std::string& text) {
     const std::size_t description = text.find("Description: ");
     const std::size_t begin = description == std::string::npos ? 0 : description;
-    return text.substr(begin, std::min(text.find('\n', begin) - begin, longestGist));
+    return text.substr(begin, std::min(text.find('\n', begin) - begin, LongestGist));
 }
 
 const char* nameOf(Answer answer) {
@@ -112,7 +112,7 @@ void HeadlessQuestions::tell(const std::string& title, const std::string& text, 
     if (known != told_.end()) {
         if (known->more < INT_MAX) ++known->more;
         counted_ = true;
-        if (!minute_.armed()) minute_.arm(loop_, minuteMs);
+        if (!minute_.armed()) minute_.arm(loop_, MinuteMs);
         return;
     }
     printCounts();
@@ -122,7 +122,7 @@ void HeadlessQuestions::tell(const std::string& title, const std::string& text, 
 }
 
 void HeadlessQuestions::remember(std::size_t hash, const std::string& text) {
-    if (told_.size() == mostTold) told_.erase(told_.begin());
+    if (told_.size() == MostTold) told_.erase(told_.begin());
     told_.push_back({hash, gistOf(text), 0});
 }
 

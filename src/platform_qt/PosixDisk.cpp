@@ -21,11 +21,11 @@ namespace talvora {
 
 namespace {
 
-constexpr mode_t fileMode = 0600;
-constexpr mode_t folderMode = 0700;
-constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr mode_t FileMode = 0600;
+constexpr mode_t FolderMode = 0700;
+constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 // Without waiting: a pipe in the place of a file must not hold the program up before it is refused.
-constexpr int fileFlags = O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+constexpr int FileFlags = O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 // The call's result; again if it was interrupted, a fault if it failed.
 template <class Call>
@@ -56,7 +56,7 @@ DiskDriver::Status statusAt(int folder, const char* name) {
     throw DiskFault(errno);
 }
 
-constexpr mode_t executable = S_IXUSR | S_IXGRP | S_IXOTH;
+constexpr mode_t Executable = S_IXUSR | S_IXGRP | S_IXOTH;
 
 // The mode of what was opened, which has to be a plain file.
 mode_t plainMode(const Descriptor& file) {
@@ -90,7 +90,7 @@ struct CloseFolder {
 void makePrivateFolders(const std::string& nativePath) {
     for (std::size_t end = 0; end != std::string::npos;) {
         end = nativePath.find('/', end + 1);
-        if (::mkdir(nativePath.substr(0, end).c_str(), folderMode) == 0 || errno == EEXIST) continue;
+        if (::mkdir(nativePath.substr(0, end).c_str(), FolderMode) == 0 || errno == EEXIST) continue;
         const int error = errno;
         struct stat found {};
         if (::stat(nativePath.substr(0, end).c_str(), &found) != 0) throw DiskFault(error);
@@ -109,11 +109,11 @@ PosixDisk::PosixDisk(std::string root) : root_(std::move(root)) {
 }
 
 Descriptor PosixDisk::folder(const std::string& path) const {
-    Descriptor here(check([&] { return ::openat(rootFolder_.get(), ".", folderFlags); }));
+    Descriptor here(check([&] { return ::openat(rootFolder_.get(), ".", FolderFlags); }));
     for (std::size_t from = 0; from < path.size();) {
         const std::size_t to = std::min(path.find('/', from), path.size());
         const std::string name = path.substr(from, to - from);
-        here.reset(check([&] { return ::openat(here.get(), name.c_str(), folderFlags); }));
+        here.reset(check([&] { return ::openat(here.get(), name.c_str(), FolderFlags); }));
         from = to + 1;
     }
     return here;
@@ -122,19 +122,28 @@ Descriptor PosixDisk::folder(const std::string& path) const {
 DiskDriver::Handle PosixDisk::open(const std::string& path, Access access) {
     const Descriptor parent = folder(folderOf(path));
     const std::string name = nameOf(path);
-    const int flags = flagsOf(access) | fileFlags;
-    Descriptor file(check([&] { return ::openat(parent.get(), name.c_str(), flags, fileMode); }));
+    const int flags = flagsOf(access) | FileFlags;
+    Descriptor file(check([&] { return ::openat(parent.get(), name.c_str(), flags, FileMode); }));
     const mode_t mode = plainMode(file);
-    if (access != Access::Read && (mode & executable) != 0) {
-        check([&] { return ::fchmod(file.get(), mode & ~executable); });
+    if (access != Access::Read && (mode & Executable) != 0) {
+        check([&] { return ::fchmod(file.get(), mode & ~Executable); });
     }
     return file.release();
 }
 
 DiskDriver::Handle PosixDisk::openPicked(const std::string& nativePath) {
-    constexpr int flags = O_RDONLY | (fileFlags & ~O_NOFOLLOW);
+    constexpr int flags = O_RDONLY | (FileFlags & ~O_NOFOLLOW);
     Descriptor file(check([&] { return ::open(nativePath.c_str(), flags); }));
     plainMode(file);
+    return file.release();
+}
+
+DiskDriver::Handle PosixDisk::createPicked(const std::string& nativePath) {
+    constexpr int flags = O_RDWR | O_CREAT | (FileFlags & ~O_NOFOLLOW);
+    constexpr mode_t everybody = 0666;  // but for what the user's mask takes away
+    Descriptor file(check([&] { return ::open(nativePath.c_str(), flags, everybody); }));
+    plainMode(file);
+    check([&] { return ::ftruncate(file.get(), 0); });
     return file.release();
 }
 
@@ -218,7 +227,7 @@ void PosixDisk::flushFolder(const std::string& path) {
 
 void PosixDisk::makeFolder(const std::string& path) {
     const Descriptor parent = folder(folderOf(path));
-    check([&] { return ::mkdirat(parent.get(), nameOf(path).c_str(), folderMode); });
+    check([&] { return ::mkdirat(parent.get(), nameOf(path).c_str(), FolderMode); });
 }
 
 void PosixDisk::rename(const std::string& from, const std::string& to) {

@@ -20,6 +20,7 @@ class PosixDisk final : public DiskDriver {
 
     Handle open(const std::string& path, Access access) override;
     Handle openPicked(const std::string& nativePath) override;
+    Handle createPicked(const std::string& nativePath) override;
     std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) override;
     void write(Handle file, std::int64_t at, std::string_view bytes) override;
     std::int64_t size(Handle file) override;

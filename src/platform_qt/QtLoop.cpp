@@ -14,12 +14,12 @@ namespace talvora {
 
 namespace {
 
-constexpr Microseconds never = std::numeric_limits<Microseconds>::max();
-constexpr Microseconds slice = 2000;       // work of one turn before the sockets are looked at
-constexpr Microseconds longestWait = 100;  // of a round in which nothing is ready
-constexpr Microseconds quickPart = 100;    // ticks that are quicker than this are timed in larger parts
-constexpr int ticksInPart = 16;
-constexpr int deepestPump = 16;
+constexpr Microseconds Never = std::numeric_limits<Microseconds>::max();
+constexpr Microseconds Slice = 2000;       // work of one turn before the sockets are looked at
+constexpr Microseconds LongestWait = 100;  // of a round in which nothing is ready
+constexpr Microseconds QuickPart = 100;    // ticks that are quicker than this are timed in larger parts
+constexpr int TicksInPart = 16;
+constexpr int DeepestPump = 16;
 
 Descriptor makeAlarm() {
     Descriptor alarm(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC));
@@ -33,7 +33,7 @@ QAbstractEventDispatcher& dispatcher() {
 
 }  // namespace
 
-QtLoop::QtLoop() : alarm_(makeAlarm()), notifier_(alarm_.get(), QSocketNotifier::Read), armedFor_(never) {
+QtLoop::QtLoop() : alarm_(makeAlarm()), notifier_(alarm_.get(), QSocketNotifier::Read), armedFor_(Never) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { turn(); });
     // Also what Qt itself calls between two turns (a key, a click) finds the time of its own turn.
     QObject::connect(&dispatcher(), &QAbstractEventDispatcher::aboutToBlock, &notifier_,
@@ -78,7 +78,7 @@ bool QtLoop::fire(std::uint64_t mark) {
 
 void QtLoop::turn() {
     if (std::exchange(skipTurn_, false)) return;
-    const Microseconds end = refresh() + slice;
+    const Microseconds end = refresh() + Slice;
     int part = 1;
     for (int ran = 0;;) {
         const bool called = runDeferred();
@@ -88,7 +88,7 @@ void QtLoop::turn() {
         ran = 0;
         const Microseconds before = now_;
         if (refresh() >= end) break;
-        part = now_ - before < quickPart ? ticksInPart : 1;
+        part = now_ - before < QuickPart ? TicksInPart : 1;
     }
     settle();
 }
@@ -96,7 +96,7 @@ void QtLoop::turn() {
 // Asks to be woken when the next thing is due. While the alarm stands in the past it stays readable, and a
 // turn that leaves work behind need not set it anew.
 void QtLoop::settle() {
-    const Microseconds due = deferred_.empty() ? timers_.nextDue().value_or(never) : 0;
+    const Microseconds due = deferred_.empty() ? timers_.nextDue().value_or(Never) : 0;
     if (due > now_ || armedFor_ > now_) wakeAt(due);
 }
 
@@ -104,7 +104,7 @@ void QtLoop::wakeAt(Microseconds time) {
     if (time == armedFor_) return;
     armedFor_ = time;
     itimerspec alarm{};
-    if (time != never) {
+    if (time != Never) {
         alarm.it_value.tv_sec = time / 1'000'000;
         alarm.it_value.tv_nsec = std::max<long>(time % 1'000'000 * 1000, 1);  // all zero would disarm it
     }
@@ -112,7 +112,7 @@ void QtLoop::wakeAt(Microseconds time) {
 }
 
 void QtLoop::pump(bool waits) {
-    if (pumps_ == deepestPump) return;
+    if (pumps_ == DeepestPump) return;
     struct Depth {
         int& count;
         explicit Depth(int& c) : count(c) { ++count; }
@@ -126,7 +126,7 @@ void QtLoop::pump(bool waits) {
     if (dispatcher().processEvents(QEventLoop::AllEvents)) delivered = true;
     if (!delivered && waits) {
         skipTurn_ = true;
-        wakeAt(std::min(timers_.nextDue().value_or(never), refresh() + longestWait));
+        wakeAt(std::min(timers_.nextDue().value_or(Never), refresh() + LongestWait));
         dispatcher().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
     skipTurn_ = false;

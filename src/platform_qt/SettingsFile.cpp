@@ -19,8 +19,8 @@ namespace talvora {
 
 namespace {
 
-constexpr mode_t ownerOnly = 0600;
-constexpr mode_t othersToo = 0077;
+constexpr mode_t OwnerOnly = 0600;
+constexpr mode_t OthersToo = 0077;
 
 bool exists(const std::string& path) {
     struct stat found {};
@@ -34,8 +34,8 @@ off_t sizeOf(const std::string& path) {
 
 void hideFromOthers(const std::string& path) {
     struct stat found {};
-    if (::stat(path.c_str(), &found) == 0 && (found.st_mode & othersToo) != 0)
-        ::chmod(path.c_str(), ownerOnly);
+    if (::stat(path.c_str(), &found) == 0 && (found.st_mode & OthersToo) != 0)
+        ::chmod(path.c_str(), OwnerOnly);
 }
 
 void flushFolderOf(const std::string& path) {
@@ -78,7 +78,7 @@ void SettingsFile::create() const {
     } catch (const RuntimeError& failure) {
         throw systemFault(failure.LastDllError);
     }
-    const Descriptor made(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly));
+    const Descriptor made(::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, OwnerOnly));
     if (made.get() < 0 && errno != EEXIST) throw systemFault(errno);
     flushFolderOf(path_);
 }

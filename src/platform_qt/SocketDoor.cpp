@@ -8,8 +8,8 @@
 namespace talvora {
 
 namespace {
-constexpr std::size_t mostWaiting = 16;
-constexpr int restMs = 1000;  // after the machine had no descriptor for a connection
+constexpr std::size_t MostWaiting = 16;
+constexpr int RestMs = 1000;  // after the machine had no descriptor for a connection
 }  // namespace
 
 SocketDoor::SocketDoor(Loop& loop, SocketDriver::Listener* listener)
@@ -17,7 +17,7 @@ SocketDoor::SocketDoor(Loop& loop, SocketDriver::Listener* listener)
     server_.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     QObject::connect(&server_, &QTcpServer::acceptError, &server_, [this] {
         server_.pauseAccepting();
-        QTimer::singleShot(restMs, &server_, [this] { server_.resumeAccepting(); });
+        QTimer::singleShot(RestMs, &server_, [this] { server_.resumeAccepting(); });
     });
 }
 
@@ -51,7 +51,7 @@ void SocketDoor::leave() {
 }
 
 void SocketDoor::onKnock(Descriptor connection) {
-    if (waiting_.size() == mostWaiting) return;
+    if (waiting_.size() == MostWaiting) return;
     waiting_.push_back(std::move(connection));
     schedule();
 }

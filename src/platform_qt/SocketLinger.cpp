@@ -9,8 +9,8 @@ namespace talvora {
 
 namespace {
 
-constexpr int longestMs = 5000;
-constexpr qsizetype mostLingering = 64;
+constexpr int LongestMs = 5000;
+constexpr qsizetype MostLingering = 64;
 
 // A socket that is closed while the peer's bytes are unread resets the connection, and a reset may overtake
 // what was sent. So a plain one only ends its own direction and throws away what still comes.
@@ -28,14 +28,14 @@ SocketLinger::~SocketLinger() {
 }
 
 void SocketLinger::take(std::unique_ptr<QTcpSocket> given) {
-    while (keeper_.children().size() >= mostLingering) delete keeper_.children().front();
+    while (keeper_.children().size() >= MostLingering) delete keeper_.children().front();
     given->setParent(&keeper_);
     QTcpSocket* socket = given.release();
     QObject::connect(socket, &QTcpSocket::errorOccurred, socket, &QObject::deleteLater);
     QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     QObject::connect(socket, &QTcpSocket::readyRead, socket,
                      [socket] { socket->skip(socket->bytesAvailable()); });
-    QTimer::singleShot(longestMs, socket, &QObject::deleteLater);
+    QTimer::singleShot(LongestMs, socket, &QObject::deleteLater);
     socket->skip(socket->bytesAvailable());
     socket->flush();
     if (qobject_cast<QSslSocket*>(socket) != nullptr) {

@@ -20,9 +20,9 @@ namespace talvora {
 
 namespace {
 
-constexpr int connectMs = 30'000;
-constexpr qint64 readAhead = 256 * 1024;
-constexpr qint64 mostToSend = 16 * 1024 * 1024;
+constexpr int ConnectMs = 30'000;
+constexpr qint64 ReadAhead = 256 * 1024;
+constexpr qint64 MostToSend = 16 * 1024 * 1024;
 
 struct ErrorWords {
     QAbstractSocket::SocketError error;
@@ -71,7 +71,7 @@ void SocketLink::connectTo(const std::string& host, int port, const Network::Sec
              host.empty() ? "There is no host to connect to" : "The port must be from 1 to 65535");
         return;
     }
-    deadline_.arm(loop_, connectMs);
+    deadline_.arm(loop_, ConnectMs);
     if (security.TLS) {
         makeSecure(host, port, security.CAFile);
         return;
@@ -119,7 +119,7 @@ void SocketLink::adopt(Descriptor connection) {
 
 void SocketLink::watch() {
     socket_->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    socket_->setReadBufferSize(readAhead);
+    socket_->setReadBufferSize(ReadAhead);
     QObject::connect(socket_.get(), &QTcpSocket::readyRead, &context_, [this] {
         tellData_ = true;
         schedule();
@@ -210,7 +210,7 @@ void SocketLink::deliver() {
 void SocketLink::send(std::string_view bytes) {
     if (!stands_ || failure_ || peerClosed_) return;
     const qint64 waiting = socket_->bytesToWrite() + (secure_ ? secure_->encryptedBytesToWrite() : 0);
-    if (waiting + static_cast<qint64>(bytes.size()) > mostToSend) {
+    if (waiting + static_cast<qint64>(bytes.size()) > MostToSend) {
         abort(SocketErrors::NoBufferSpace, "The other side does not take what is sent");
         return;
     }

@@ -12,7 +12,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int schemaVersion = 1;
+constexpr int SchemaVersion = 1;
 
 // The result codes of SQLite that are told apart, without their extensions.
 enum Result {
@@ -177,12 +177,12 @@ void SqliteSettings::upgradeSchema() {
     QSqlQuery stored = run("PRAGMA user_version");
     const int version = stored.next() ? stored.value(0).toInt() : 0;
     stored.finish();
-    if (version > schemaVersion) {
+    if (version > SchemaVersion) {
         throw file_.fault(Fault::PathFileAccessError, "they were written by a newer version of Talvora");
     }
     run("PRAGMA journal_mode = WAL");
     run("PRAGMA wal_autocheckpoint = 256");
-    if (version == schemaVersion) return;
+    if (version == SchemaVersion) return;
     run("BEGIN IMMEDIATE");
     run("CREATE TABLE IF NOT EXISTS settings(app BLOB NOT NULL, section BLOB NOT NULL, name BLOB NOT NULL, "
         "value BLOB NOT NULL, PRIMARY KEY(app, section, name)) WITHOUT ROWID");

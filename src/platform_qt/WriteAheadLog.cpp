@@ -12,9 +12,9 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t headerSize = 32;
-constexpr std::size_t frameHeaderSize = 24;
-constexpr std::uint32_t magic = 0x377F0682;  // its last bit: the byte order of the sums
+constexpr std::size_t HeaderSize = 32;
+constexpr std::size_t FrameHeaderSize = 24;
+constexpr std::uint32_t Magic = 0x377F0682;  // its last bit: the byte order of the sums
 
 using Bytes = std::vector<unsigned char>;
 
@@ -67,8 +67,8 @@ class Log {
         : in_(path, std::ios::binary), database_(database) {}
 
     bool damaged() {
-        header_ = next(headerSize);
-        if (header_.size() < headerSize) return false;
+        header_ = next(HeaderSize);
+        if (header_.size() < HeaderSize) return false;
         sum_.add(header_.data(), 24, isBigEndian());
         pageSize_ = bigEndian(&header_[8]);
         // The header is on the disk before the first frame is written.
@@ -80,7 +80,7 @@ class Log {
 
     bool isHeaderSound() const {
         const bool isPower = pageSize_ >= 512 && pageSize_ <= 65536 && (pageSize_ & (pageSize_ - 1)) == 0;
-        return (bigEndian(&header_[0]) & ~1U) == magic && sum_.isAt(&header_[24]) && isPower;
+        return (bigEndian(&header_[0]) & ~1U) == Magic && sum_.isAt(&header_[24]) && isPower;
     }
 
     Bytes next(std::size_t size) {
@@ -95,13 +95,13 @@ class Log {
     bool framesDamaged() {
         bool sound = true;
         for (std::uint64_t number = 1;; ++number) {
-            const Bytes frame = next(frameHeaderSize + pageSize_);
-            if (frame.size() < frameHeaderSize + pageSize_) return false;
+            const Bytes frame = next(FrameHeaderSize + pageSize_);
+            if (frame.size() < FrameHeaderSize + pageSize_) return false;
             const bool ofThisRound = bigEndian(&frame[8]) == bigEndian(&header_[16]) &&
                                      bigEndian(&frame[12]) == bigEndian(&header_[20]);
             if (!sound && ofThisRound) return true;
             sum_.add(&frame[0], 8, isBigEndian());
-            sum_.add(&frame[frameHeaderSize], pageSize_, isBigEndian());
+            sum_.add(&frame[FrameHeaderSize], pageSize_, isBigEndian());
             sound = sound && ofThisRound && sum_.isAt(&frame[16]);
             if (sound && !fits(frame, number)) return true;
         }

@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestFile = std::size_t{64} * 1024;
+constexpr std::size_t LongestFile = std::size_t{64} * 1024;
 
 // What is wrong with a value; nothing if it was taken.
 using Complaint = std::optional<std::string>;
@@ -109,7 +109,7 @@ struct Key {
     Complaint (*read)(std::string_view value, NetworkProfile& profile);
 };
 
-constexpr std::array<Key, 10> keys{{
+constexpr std::array<Key, 10> Keys{{
     {"ServerHost", readHost},
     {"ServerPort", readPort},
     {"SysChannel", readSysChannel},
@@ -124,7 +124,7 @@ constexpr std::array<Key, 10> keys{{
 
 std::string keyNames() {
     std::string text;
-    for (const auto& key : keys) {
+    for (const auto& key : Keys) {
         if (!text.empty()) text += ", ";
         text += key.name;
     }
@@ -168,9 +168,9 @@ class Reader {
     void assign(std::string_view name, std::string_view value) {
         if (!inSection_) fail(quoted(name) + " stands before [network]");
         const auto found =
-            std::find_if(keys.begin(), keys.end(), [&](const Key& k) { return sameAscii(k.name, name); });
-        if (found == keys.end()) fail(quoted(name) + " is no key; allowed are " + keyNames());
-        const auto index = static_cast<std::size_t>(found - keys.begin());
+            std::find_if(Keys.begin(), Keys.end(), [&](const Key& k) { return sameAscii(k.name, name); });
+        if (found == Keys.end()) fail(quoted(name) + " is no key; allowed are " + keyNames());
+        const auto index = static_cast<std::size_t>(found - Keys.begin());
         if (given_[index]) fail(std::string(found->name) + " is given twice; once is allowed");
         given_[index] = true;
         if (const auto complaint = found->read(value, profile))
@@ -180,14 +180,14 @@ class Reader {
     const std::string& file_;
     int number_ = 0;
     bool inSection_ = false;
-    std::bitset<keys.size()> given_;
+    std::bitset<Keys.size()> given_;
 };
 
 }  // namespace
 
 NetworkProfile parseNetworkProfile(std::string_view text, const std::string& file) {
     Reader reader(file);
-    if (text.size() > longestFile) reader.fail("the file is too long; 64 KiB are allowed");
+    if (text.size() > LongestFile) reader.fail("the file is too long; 64 KiB are allowed");
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.substr(0, byteOrderMark.size()) == byteOrderMark) text.remove_prefix(byteOrderMark.size());
     while (!text.empty()) {

@@ -69,7 +69,7 @@ struct WrittenKey {
 };
 
 using P = NetworkProfile;
-constexpr std::array<WrittenKey, 10> writtenKeys{{
+constexpr std::array<WrittenKey, 10> WrittenKeys{{
     {"ServerHost", writeText<&P::ServerHost>, copyMember<&P::ServerHost>},
     {"ServerPort", writePort, copyMember<&P::ServerPort>},
     {"SysChannel", writeText<&P::SysChannel>, copyMember<&P::SysChannel>},
@@ -83,9 +83,9 @@ constexpr std::array<WrittenKey, 10> writtenKeys{{
 }};
 
 const WrittenKey* keyNamed(std::string_view name) {
-    const auto found = std::find_if(writtenKeys.begin(), writtenKeys.end(),
+    const auto found = std::find_if(WrittenKeys.begin(), WrittenKeys.end(),
                                     [&](const WrittenKey& k) { return sameAscii(k.name, name); });
-    return found != writtenKeys.end() ? &*found : nullptr;
+    return found != WrittenKeys.end() ? &*found : nullptr;
 }
 
 // A value is one line, whatever it holds.
@@ -118,10 +118,10 @@ class Writer {
 
     std::string finish() {
         std::string missing;
-        for (std::size_t i = 0; i < writtenKeys.size(); ++i) {
-            const std::string value = valueOf(writtenKeys[i], profile_);
-            if (given_[i] || value == valueOf(writtenKeys[i], NetworkProfile{})) continue;
-            missing.append(writtenKeys[i].name).append(" = ").append(value).append(end_);
+        for (std::size_t i = 0; i < WrittenKeys.size(); ++i) {
+            const std::string value = valueOf(WrittenKeys[i], profile_);
+            if (given_[i] || value == valueOf(WrittenKeys[i], NetworkProfile{})) continue;
+            missing.append(WrittenKeys[i].name).append(" = ").append(value).append(end_);
         }
         if (missing.empty()) return std::move(text_);
         if (!seen_) missing = "[network]" + end_ + missing;
@@ -137,7 +137,7 @@ class Writer {
         if (equals == std::string_view::npos) return false;
         const WrittenKey* const found = keyNamed(trimmed(line.substr(0, equals)));
         if (found == nullptr) return false;
-        given_[static_cast<std::size_t>(found - writtenKeys.data())] = true;
+        given_[static_cast<std::size_t>(found - WrittenKeys.data())] = true;
         const auto ending = line.substr(line.find_last_not_of("\r\n") + 1);
         const auto old = trimmed(line.substr(equals + 1, line.size() - ending.size() - equals - 1));
         const std::string value = valueOf(*found, profile_);
@@ -167,7 +167,7 @@ class Writer {
     std::size_t place_ = 0;
     bool inSection_ = false;
     bool seen_ = false;
-    std::bitset<writtenKeys.size()> given_;
+    std::bitset<WrittenKeys.size()> given_;
 };
 
 }  // namespace

@@ -105,7 +105,7 @@ bool AnnouncementDesk::mayPost(const Caller& caller, const CategoryRules& rules)
 }
 
 std::string AnnouncementDesk::objection(const Caller& caller, const Announcement& wanted) const {
-    if (wanted.Category < 0 || wanted.Category >= kCategories) return "there is no such category.";
+    if (wanted.Category < 0 || wanted.Category >= CategoryCount) return "there is no such category.";
     const CategoryRules& rules = config_.Categories[static_cast<std::size_t>(wanted.Category)];
     if (!mayPost(caller, rules)) return "you may not post in this category.";
     if (wanted.Text.empty()) return "it has no text.";

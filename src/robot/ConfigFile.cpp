@@ -12,7 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // A longer one is refused by its reader.
-constexpr std::size_t longestFile = std::size_t{64} << 10;
+constexpr std::size_t LongestFile = std::size_t{64} << 10;
 
 std::string count(int number, const std::string& what) {
     return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
@@ -55,7 +55,7 @@ std::string ChooseConfigFile(const std::string& given) {
 
 RobotConfig ReadConfigFile(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
-    std::string text(longestFile + 1, '\0');
+    std::string text(LongestFile + 1, '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
     std::error_code ignored;

@@ -16,7 +16,7 @@ namespace {
 // What is wrong with a value; nothing if it was taken.
 using Complaint = std::optional<std::string>;
 
-constexpr int million = 1'000'000;
+constexpr int Million = 1'000'000;
 
 bool isControl(char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
@@ -117,7 +117,7 @@ Complaint storePort(std::string_view value, RobotConfig& config) {
 }
 
 Complaint megabytes(std::string_view value, RobotConfig& config) {
-    return readNumber(value, 0, million, config.Store.Megabytes);
+    return readNumber(value, 0, Million, config.Store.Megabytes);
 }
 
 // Words between blanks or commas.
@@ -150,22 +150,22 @@ struct Key {
 
 using Config = RobotConfig;
 
-constexpr std::array keys{
+constexpr std::array Keys{
     Key{"robot", "Nick", nick},
     Key{"robot", "RealName", text<&Config::RealName>},
     Key{"robot", "Password", text<&Config::Password>},
     Key{"robot", "OnLogin", onLogin, true},
     Key{"robot", "ChannelModes", channelModes},
-    Key{"mail", "MailsPerUser", number<&Config::MailsPerUser, 1, million>},
-    Key{"mail", "KilobytesPerUser", number<&Config::KilobytesPerUser, 1, million>},
+    Key{"mail", "MailsPerUser", number<&Config::MailsPerUser, 1, Million>},
+    Key{"mail", "KilobytesPerUser", number<&Config::KilobytesPerUser, 1, Million>},
     // The count of the users' programs overflows at piece 328.
     Key{"mail", "PiecesPerMail", number<&Config::PiecesPerMail, 1, 327>},
     Key{"mail", "KeepDays", number<&Config::KeepDays, 1, 36'500>},
-    Key{"mail", "UsersSending", number<&Config::UsersSending, 1, million>},
+    Key{"mail", "UsersSending", number<&Config::UsersSending, 1, Million>},
     Key{"announcements", "PosterStates", posterStates},
-    Key{"pacing", "LinesPerSecond", number<&Config::LinesPerSecond, 0, million>},
-    Key{"pacing", "Burst", number<&Config::Burst, 1, million>},
-    Key{"pacing", "RequestsPerMinute", number<&Config::RequestsPerMinute, 1, million>},
+    Key{"pacing", "LinesPerSecond", number<&Config::LinesPerSecond, 0, Million>},
+    Key{"pacing", "Burst", number<&Config::Burst, 1, Million>},
+    Key{"pacing", "RequestsPerMinute", number<&Config::RequestsPerMinute, 1, Million>},
     Key{"address", "AddressHost", addressHost},
     Key{"address", "AddressPort", number<&Config::AddressPort, 0, 65535>},
     Key{"address", "AddressListen", addressListen},
@@ -187,24 +187,24 @@ struct CategoryKey {
     Complaint (*read)(std::string_view value, CategoryRules& rules);
 };
 
-constexpr std::array categoryKeys{
+constexpr std::array CategoryKeys{
     CategoryKey{"MaxHours.",
                 [](std::string_view value, CategoryRules& rules) {
                     return readNumber(value, 0, 24 * 366, rules.MaxHours);
                 }},
     CategoryKey{"PerDay.", [](std::string_view value,
-                              CategoryRules& rules) { return readNumber(value, 0, million, rules.PerDay); }},
+                              CategoryRules& rules) { return readNumber(value, 0, Million, rules.PerDay); }},
     CategoryKey{"Posters.", posters},
 };
 
-constexpr std::array<std::string_view, 6> ownSections{"robot",  "mail",    "announcements",
+constexpr std::array<std::string_view, 6> OwnSections{"robot",  "mail",    "announcements",
                                                       "pacing", "address", "store"};
 
 std::string namesIn(std::string_view section) {
     if (section == "announcements")
         return "MaxHours.N, PerDay.N and Posters.N for N from 0 to 7, PosterStates";
     std::string names;
-    for (const auto& key : keys) {
+    for (const auto& key : Keys) {
         if (key.section == section) names += (names.empty() ? "" : ", ") + std::string(key.name);
     }
     return names;
@@ -221,7 +221,7 @@ class Reader {
     RobotConfig read(std::string_view text) {
         constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
         if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
-        if (text.size() > longestFile) fail("the file is too long; 64 KiB are allowed");
+        if (text.size() > LongestConfig) fail("the file is too long; 64 KiB are allowed");
         while (!text.empty()) {
             const auto end = std::min(text.find('\n'), text.size());
             ++number_;
@@ -233,7 +233,7 @@ class Reader {
     }
 
   private:
-    static constexpr std::size_t longestFile = std::size_t{64} * 1024;
+    static constexpr std::size_t LongestConfig = std::size_t{64} * 1024;
 
     [[noreturn]] void fail(const std::string& text) const {
         throw ProfileError(file_, std::max(number_, 1), text);
@@ -257,12 +257,12 @@ class Reader {
     void section(std::string_view text) {
         section_ = {};
         if (sameAscii(text, "[network]")) return;
-        for (const auto name : ownSections) {
+        for (const auto name : OwnSections) {
             if (sameAscii(text, "[" + std::string(name) + "]")) section_ = name;
         }
         if (!section_.empty()) return;
         std::string allowed = "[network]";
-        for (const auto name : ownSections) allowed += ", [" + std::string(name) + "]";
+        for (const auto name : OwnSections) allowed += ", [" + std::string(name) + "]";
         const bool garbled = std::any_of(text.begin(), text.end(), isControl);
         fail((garbled ? "this" : quoted(text)) + " is no section of this file; allowed are " + allowed);
     }
@@ -281,7 +281,7 @@ class Reader {
     }
 
     Complaint assign(std::string_view name, std::string_view value) {
-        for (const auto& key : keys) {
+        for (const auto& key : Keys) {
             if (key.section != section_ || !sameAscii(key.name, name)) continue;
             if (!key.oftenAllowed) once(name);
             return key.read(value, config_);
@@ -291,10 +291,10 @@ class Reader {
     }
 
     Complaint assignCategory(std::string_view name, std::string_view value) {
-        for (const auto& key : categoryKeys) {
+        for (const auto& key : CategoryKeys) {
             if (!sameAscii(key.name, name.substr(0, key.name.size()))) continue;
             const auto category = name.substr(key.name.size());
-            if (category.size() != 1 || category[0] < '0' || category[0] >= '0' + kCategories) break;
+            if (category.size() != 1 || category[0] < '0' || category[0] >= '0' + CategoryCount) break;
             once(name);
             return key.read(value, config_.Categories.at(static_cast<std::size_t>(category[0] - '0')));
         }

@@ -13,7 +13,7 @@
 
 namespace talvora {
 
-inline constexpr int kCategories = 8;
+inline constexpr int CategoryCount = 8;
 
 // What may be announced in a category.
 struct CategoryRules {
@@ -40,7 +40,7 @@ struct RobotConfig {
     int KeepDays = 365;       // for which a mail waits, if its sender doesn't say less
 
     // [announcements]: MaxHours.N, PerDay.N, Posters.N for N from 0 to 7; PosterStates
-    std::array<CategoryRules, kCategories> Categories;
+    std::array<CategoryRules, CategoryCount> Categories;
     std::vector<std::string> PosterStates;  // in which posters may post; without a state they always may
 
     // [pacing]

@@ -11,10 +11,10 @@ namespace {
 
 // How long after its confirmation the same mail is taken for one that comes again, and how long one waits
 // whose confirmation may never have been sent.
-constexpr std::int64_t comesAgain = 10 * 60;
-constexpr std::int64_t forgotten = std::int64_t{90} * 24 * 3600;
+constexpr std::int64_t ComesAgain = 10 * 60;
+constexpr std::int64_t Forgotten = std::int64_t{90} * 24 * 3600;
 
-constexpr auto highestNumber = RobotStoreTransaction::HighestNumber;
+constexpr auto HighestMail = RobotStoreTransaction::HighestNumber;
 
 // The same for the same mail of the same sender.
 std::string digestOf(const NewMail& mail) {
@@ -30,7 +30,7 @@ std::string digestOf(const NewMail& mail) {
 
 bool hasComeAgain(RobotStoreConnection& connection, const std::string& digest, std::int64_t now) {
     StoreRows row = connection.run("SELECT confirmed_at FROM receipt WHERE digest = ?", {digest});
-    return row.next() && (row.number() == 0 || row.number() > now - comesAgain);
+    return row.next() && (row.number() == 0 || row.number() > now - ComesAgain);
 }
 
 // It is the sender's last one from now on, and its confirmation has yet to be sent.
@@ -65,8 +65,8 @@ std::optional<MailHead> firstOf(StoreRows& row) {
 }  // namespace
 
 void forgetReceipts(RobotStoreConnection& connection, std::int64_t now) {
-    connection.run("DELETE FROM receipt WHERE confirmed_at > 0 AND confirmed_at <= ?", {now - comesAgain});
-    connection.run("DELETE FROM receipt WHERE confirmed_at = 0 AND kept_at <= ?", {now - forgotten});
+    connection.run("DELETE FROM receipt WHERE confirmed_at > 0 AND confirmed_at <= ?", {now - ComesAgain});
+    connection.run("DELETE FROM receipt WHERE confirmed_at = 0 AND kept_at <= ?", {now - Forgotten});
 }
 
 void RobotStore::AddMail(const NewMail& mail, WhenSafe whenSafe) {
@@ -127,7 +127,7 @@ std::optional<MailHead> RobotStore::MailFor(const std::string& recipient, std::i
 
 std::string RobotStore::Piece(std::int64_t id, int line) {
     std::optional<std::string> text;
-    if (id >= 1 && id <= highestNumber) {
+    if (id >= 1 && id <= HighestMail) {
         text = implementation_->transaction.read([&](RobotStoreConnection& connection) {
             StoreRows row = connection.run("SELECT text FROM piece WHERE mail = ? AND line = ?", {id, line});
             return row.next() ? std::optional(row.bytes(0)) : std::nullopt;
@@ -139,7 +139,7 @@ std::string RobotStore::Piece(std::int64_t id, int line) {
 
 void RobotStore::NoteEndSent(std::int64_t id, WhenSafe whenSafe) {
     implementation_->transaction.change([&](RobotStoreConnection& connection) {
-        if (id >= 1 && id <= highestNumber) connection.run("UPDATE mail SET ended = 1 WHERE id = ?", {id});
+        if (id >= 1 && id <= HighestMail) connection.run("UPDATE mail SET ended = 1 WHERE id = ?", {id});
     });
     implementation_->transaction.whenSafe(std::move(whenSafe));
 }
@@ -151,7 +151,7 @@ void RobotStore::RemoveDelivered(const std::string& recipient) {
 }
 
 void RobotStore::RemoveMail(std::int64_t id) {
-    if (id < 1 || id > highestNumber) return;
+    if (id < 1 || id > HighestMail) return;
     implementation_->transaction.change(
         [&](RobotStoreConnection& connection) { connection.run("DELETE FROM mail WHERE id = ?", {id}); });
 }

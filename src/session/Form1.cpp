@@ -34,6 +34,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       to_(around.To) {
     Caption = "Talvora";
     popULRefresh.Caption = "&Refresh";
+    mnuScripts.Caption = "Manage &scripts...";
     popULChat.Caption = "Start Private &Chat";
     Width = DesignWidth;
     Height = DesignHeight;
@@ -58,7 +59,8 @@ void Form1::connectMenus() {
     on_ += Channels.ListView2.MouseUp.connect([this](int button, int, int, int) {
         if (button == 2) PopupMenu.raise(Channels.popChannel);
     });
-    on_ += popULChat.Click.connect([this] { startPM(Presence.SelectedNick); });
+    // A copy: a window that opens may let the user choose somebody else.
+    on_ += popULChat.Click.connect([this] { startPM(std::string(Presence.SelectedNick)); });
 }
 
 void Form1::Form_Load() {
@@ -80,11 +82,10 @@ void Form1::connectUserList(UserList& list) {
         Presence.SelectedNick = nick;
         if (button == 2) PopupMenu.raise(popUserList);
     });
-    on_ += list.DblClick.connect([this](const std::string& nick) { startPM(nick); });
+    on_ += list.DblClick.connect([this](const std::string& nick) { startPM(std::string(nick)); });
 }
 
-// By value: a window that opens may let the user choose somebody else.
-void Form1::startPM(std::string nick) {
+void Form1::startPM(const std::string& nick) {
     if (!Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
 }
 

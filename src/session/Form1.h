@@ -73,6 +73,7 @@ class Form1 final : public Form {
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
     Menu popULRefresh;
+    Menu mnuScripts;  // opens the window of the scripts, whoever owns that
 
   protected:
     // The user's close box only hides the window; the session stays on line.
@@ -82,7 +83,7 @@ class Form1 final : public Form {
   private:
     void connectMenus();
     void connectUserList(UserList& list);
-    void startPM(std::string nick);
+    void startPM(const std::string& nick);
     void placeAtRightEdge();
 
     Platform& platform_;

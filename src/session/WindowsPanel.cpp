@@ -4,7 +4,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int redrawDelay = 40;  // milliseconds
+constexpr int RedrawDelay = 40;  // milliseconds
 
 // What a window is called in the list.
 std::string nameOf(const frmPM& window) {
@@ -39,7 +39,7 @@ ListRow rowOf(const WindowsPanel::OpenWindow& open) {
 WindowsPanel::WindowsPanel(Platform& platform, Event<>& end, GlobError& globError,
                            const ChatWindowTables& chat)
     : Check1(chat.Around.gHideInactive),
-      tmrRedraw(platform, end, redrawDelay),
+      tmrRedraw(platform, end, RedrawDelay),
       globError_(globError),
       chat_(chat.Around),
       channels_(chat.Channels),

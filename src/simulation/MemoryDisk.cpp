@@ -58,6 +58,10 @@ void MemoryDisk::call() {
 
 void MemoryDisk::change() {
     call();
+    if (refusal_ != 0 && --changesToRefusal_ < 0) {
+        changesToRefusal_ = -1;
+        throw DiskFault(refusal_);
+    }
     if (changesToDeath_ < 0 || changesToDeath_-- > 0) return;
     died_ = true;
     throw DiskFault(EIO);
@@ -67,6 +71,11 @@ void MemoryDisk::failAt(int callNumber, int errorNumber) {
     callsToFault_ = callNumber;
     faultNumber_ = errorNumber;
     failed_ = false;
+}
+
+void MemoryDisk::refuseChanges(int errorNumber, int changeNumber) {
+    refusal_ = errorNumber;
+    changesToRefusal_ = changeNumber;
 }
 
 void MemoryDisk::dieAtWrite(int changeNumber) {
@@ -184,6 +193,16 @@ MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
     const auto node = std::make_shared<Node>(Kind::File);
     node->content = found->second;
     return handleOf(node);
+}
+
+MemoryDisk::Handle MemoryDisk::createPicked(const std::string& nativePath) {
+    call();
+    return handleOf(created_[nativePath] = std::make_shared<Node>(Kind::File));
+}
+
+std::optional<std::string> MemoryDisk::created(const std::string& nativePath) const {
+    const auto found = created_.find(nativePath);
+    return found == created_.end() ? std::nullopt : std::optional(found->second->content);
 }
 
 MemoryDisk::Node& MemoryDisk::at(Handle file) {

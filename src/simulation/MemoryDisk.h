@@ -41,13 +41,20 @@ class MemoryDisk final : public DiskDriver {
     // change.
     void dieAtWrite(int change);
     bool died() const { return died_; }
+    // From the n-th change on, counted from 0, each one faults with this errno, as on a full or a read-only
+    // disk; 0 ends that.
+    void refuseChanges(int errorNumber, int change = 0);
+    bool refuses() const { return refusal_ != 0 && changesToRefusal_ < 0; }
     void restart(Survived survived = Survived::Flushed);
 
     std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
+    // What was written by `createPicked`, by native path; nothing if nothing was.
+    std::optional<std::string> created(const std::string& nativePath) const;
     int openHandles() const { return static_cast<int>(handles_.size()); }
 
     Handle open(const std::string& path, Access access) override;
     Handle openPicked(const std::string& nativePath) override;
+    Handle createPicked(const std::string& nativePath) override;
     std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) override;
     void write(Handle file, std::int64_t at, std::string_view bytes) override;
     std::int64_t size(Handle file) override;
@@ -82,10 +89,13 @@ class MemoryDisk final : public DiskDriver {
     const Clock* clock_;
     NodeOf root_;
     std::map<Handle, NodeOf> handles_;
+    std::map<std::string, NodeOf> created_;  // outside, by native path
     Handle nextHandle_ = 1;
     int callsToFault_ = -1;
     int faultNumber_ = 0;
     bool failed_ = false;
+    int refusal_ = 0;
+    int changesToRefusal_ = 0;
     int changesToDeath_ = -1;
     bool died_ = false;
 };

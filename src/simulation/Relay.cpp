@@ -91,6 +91,7 @@ void Relay::text(Link& from, const std::string& target, const std::string& line)
     }
     for (const auto& link : links_) {
         if (!link->welcome || !EqualText(link->nick, target)) continue;
+        if (loses && loses(prefixOf(from) + line)) return;
         link->server.says(prefixOf(from) + line);
         return;
     }

@@ -2,6 +2,7 @@
 // One server for several clients: what one of them says reaches the others as a server passes it on. It knows
 // nicks and who is in which channel, and as much of the protocol as a conversation needs.
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -16,6 +17,9 @@ class Relay {
     // The client's server is this one from now on.
     void serve(Client& client) { serve(client.server); }
     void serve(ScriptedServer& server);
+
+    // Asked of each text to one user, as it would be passed on; one for which it says true never arrives.
+    std::function<bool(const std::string& line)> loses;
 
   private:
     // One client's connection; without a nick it is not logged on.

@@ -86,6 +86,16 @@ Client::Client(VirtualTime& time, VirtualNetwork& network, const std::string& na
     component->Init(host, 1);
 }
 
+void Client::crashAndStart() {
+    server.closes();
+    around.disk.dieAtWrite(0);
+    component.reset();
+    around.disk.restart(MemoryDisk::Survived::Everything);
+    component = std::make_unique<Connect>(HostServices{around.platform, profile});
+    component->Init(host, 1);
+    host.send(HostMsg::Start);
+}
+
 Client& World::client(const std::string& nick) {
     auto& client = clients_[nick];
     client = std::make_unique<Client>(time, network, nick, "irc-" + nick + ".test");

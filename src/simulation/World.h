@@ -31,6 +31,9 @@ struct Client {
     Client(VirtualTime& time, VirtualNetwork& network, const std::string& nick,
            const std::string& serverHost);
 
+    // The program is gone without a word to anybody, and runs again on what it has left.
+    void crashAndStart();
+
     VirtualPlatform around;
     RecordingHost host;
     NetworkProfile profile;

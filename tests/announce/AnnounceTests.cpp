@@ -152,6 +152,9 @@ TEST_F(AnnounceTest, ALineThatIsNoneIsKeptReportedOnceAndCanBeRemoved) {
     EXPECT_EQ(around.questions.asked.back(), question);
     EXPECT_EQ(onDisk(), "7 rubbish\r\n9 Anna 9 14/03/2026_09:00:00 0 Good\r\n");
     restart();
+    robotSays("ANN ");
+    EXPECT_EQ(rows().size(), 3u);
+    EXPECT_EQ(savedNumber(), "9");
     EXPECT_EQ(around.questions.asked.size(), 4u);
 }
 

@@ -60,7 +60,7 @@ TEST(PictureCache, KeepsToItsBounds) {
     for (int i = 0; i < 8; ++i) {
         cache.beginFrame();
         EXPECT_EQ(cache.get(std::make_shared<Picture>(*large), {9000, 9000}).Image.size(), QSize(2000, 2000));
-        EXPECT_LE(cache.Pixels(), PictureCache::kMaxPixels);
+        EXPECT_LE(cache.Pixels(), PictureCache::MaxPixels);
     }
     auto lies = std::make_shared<Picture>(*large);
     lies->PixelWidth = 1999;

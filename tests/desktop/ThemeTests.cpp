@@ -137,7 +137,7 @@ TEST(TextNote, IsPlainAndBounded) {
     EXPECT_LT(note.sizeHint().width(), 1000);
     note.setNote(QString(1000 * 1000, QLatin1Char('\n')));
     EXPECT_LT(note.sizeHint().height(), 600);
-    EXPECT_LE(note.Note().size(), TextNote::kLongest + 1);
+    EXPECT_LE(note.Note().size(), TextNote::Longest + 1);
     EXPECT_EQ(note.focusPolicy(), Qt::StrongFocus) << "what scrolls is reached by keyboard";
 }
 

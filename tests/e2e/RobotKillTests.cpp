@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <random>
 
-#include "simulation/programs/MailUser.h"
+#include "e2e/MailFolder.h"
 #include "simulation/programs/Network.h"
 
 namespace talvora::programs {
@@ -164,17 +163,7 @@ void checkMail(const Story& story) {
         refused += user->refused;
         resumed += user->resumed;
     }
-    std::sort(confirmed.begin(), confirmed.end());
-    std::sort(received.begin(), received.end());
-    std::vector<SentMail> lost, doubled;
-    std::set_difference(confirmed.begin(), confirmed.end(), received.begin(), received.end(),
-                        std::back_inserter(lost));
-    std::set_difference(received.begin(), received.end(), confirmed.begin(), confirmed.end(),
-                        std::back_inserter(doubled));
-    for (const SentMail& mail : lost) ADD_FAILURE() << "lost: " << mail.subject << " to " << mail.to;
-    for (const SentMail& mail : doubled) {
-        ADD_FAILURE() << "doubled or torn: " << mail.subject << " to " << mail.to;
-    }
+    expectSame(confirmed, received);
     EXPECT_EQ(refused, 0);
     // Else the robot has died at quiet moments only.
     EXPECT_GT(confirmed.size(), 20u);

@@ -1,10 +1,13 @@
 // The real robot on a real IRC server, asked by hand: what its users' programs say, line by line.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpSocket>
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 
 #include "simulation/programs/MailUser.h"
 #include "simulation/programs/Network.h"
@@ -96,6 +99,35 @@ TEST_F(RobotOnTheNetwork, TellsAnnouncementsAndAddresses) {
     asking.connectToHost(QHostAddress(QHostAddress::LocalHost), static_cast<quint16>(network.addressPort()));
     ASSERT_TRUE(asking.waitForReadyRead(static_cast<int>(Patience.count())));
     EXPECT_EQ(asking.readAll().toStdString(), "127.0.0.1");
+}
+
+// Two real programs ask what is new, as they do each few minutes by themselves.
+TEST_F(RobotOnTheNetwork, APostReachesTwoRealUsersAndIsOnTheirDisks) {
+    Network network;
+    OrreryProcess& maria = network.user({.nick = "Maria"});
+    OrreryProcess& nikos = network.user({.nick = "Nikos"});
+    for (OrreryProcess* user : {&maria, &nikos}) user->gate().expectNumeric(366, {"#orrery"});
+    const auto says = [](OrreryProcess& user, const std::string& text) {
+        user.gate().send(HostMsg::SayRaw, QString::fromStdString("PRIVMSG OrreryServ :\1" + text + "\1"));
+    };
+    says(maria, "ANN POST 24 0 First");
+    says(maria, "ANN POST 48 5 Συνάντηση[#n]στις εννέα");
+    for (OrreryProcess* user : {&maria, &nikos}) {
+        const std::filesystem::path list = user->folder() / "data/Mail/Announcements.lst";
+        std::string kept;
+        for (const Deadline deadline(Patience); !kept.ends_with('\r') && !deadline.passed();) {
+            says(*user, "ANN HAS 1");
+            user->process().idle(50);
+            std::getline(std::ifstream(list), kept);
+        }
+        EXPECT_THAT(kept, testing::AllOf(testing::StartsWith("2 Maria 48 "),
+                                         testing::HasSubstr(" 5 \xD3\xF5\xED\xDC\xED\xF4\xE7\xF3\xE7[#n]")));
+        user->gate().takeLine("Συνάντηση[#n]στις εννέα\",3,");
+    }
+    const std::string plugins = nikos.folder() / "data/System/plugin.lst";
+    std::string listed;
+    std::getline(std::ifstream(plugins), listed);
+    EXPECT_EQ(listed, "<SYS>.plg_Encrypt T F 0 0 Encryption\r") << "what a new user has";
 }
 
 TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {

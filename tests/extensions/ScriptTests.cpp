@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <fstream>
+#include <map>
 
 #include "extensions/frmScripts.h"
 #include "platform/Text.h"
@@ -63,6 +65,43 @@ TEST_F(ScriptTest, RunTheFirstEntryOfAName) {
     for (int n = 1; n <= 60; ++n) doubling += " %" + CStr(n + 1) + "%" + CStr(n + 1);
     EXPECT_THAT(run(doubling), ElementsAre("shown "));
     EXPECT_EQ(around.questions.asked.size(), 2u);
+}
+
+// The texts between backquotes in a cell, each behind the word that stands in front of it.
+Texts codeIn(const std::string& cell) {
+    const std::map<std::string, std::string> words = {
+        {"shows", "shown "}, {"sends", "sent "}, {"nick", "nick "}};
+    Texts texts;
+    const auto pieces = Split(cell, "`");
+    for (std::size_t at = 1; at < pieces.size(); at += 2) {
+        const std::string before = Trim(pieces[at - 1]);
+        const auto word = words.find(before.substr(before.rfind(' ') + 1));
+        texts.push_back((word != words.end() ? word->second : "") + pieces[at]);
+    }
+    return texts;
+}
+
+TEST_F(ScriptTest, TheDocumentsExamplesDoWhatItSays) {
+    std::ifstream page(TALVORA_DOCS "/scripts.md");
+    int examples = 0;
+    for (std::string line; std::getline(page, line);) {
+        const auto cells = Split(line, "|");
+        if (cells.size() != 6 || codeIn(cells[4]).empty()) continue;
+        std::string entry = codeIn(cells[1]).at(0);
+        for (const std::string& command : codeIn(cells[2]))
+            entry += (entry.find('\1') == std::string::npos ? '\1' : '\2') + command;
+        done.clear();
+        commands.CommandList = {entry};
+        if (const Texts typed = codeIn(cells[3]); !typed.empty()) {
+            commands.RunScriptCommand(typed[0].substr(1), "Anna", *this);
+        } else {
+            const bool channel = cells[3].find("channel") != std::string::npos;
+            commands.RunMenuCommand({entry}, 0, channel ? "Bob #Greek" : "Bob", "Bob", *this);
+        }
+        EXPECT_EQ(done, codeIn(cells[4])) << line;
+        ++examples;
+    }
+    EXPECT_EQ(examples, 10);
 }
 
 TEST_F(ScriptTest, ADamagedFileCostsItsDamagedEntriesAndKeepsThem) {

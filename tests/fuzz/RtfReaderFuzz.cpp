@@ -19,7 +19,7 @@ void require(bool holds) {
 void requireSound(const CharFormat& format, const RichHead& head) {
     require(format.Color < head.Colors.size() && format.Highlight < head.Colors.size());
     require(format.Font < head.Fonts.size());
-    require(format.HalfPoints >= kMinHalfPoints && format.HalfPoints <= kMaxHalfPoints);
+    require(format.HalfPoints >= MinHalfPoints && format.HalfPoints <= MaxHalfPoints);
 }
 
 void requireSound(const Paragraph& paragraph, const RichHead& head) {
@@ -32,10 +32,10 @@ void requireSound(const Paragraph& paragraph, const RichHead& head) {
         require(i == 0 || paragraph.Runs[i - 1].Begin < run.Begin);
         require(i == 0 || paragraph.Runs[i - 1].Format != run.Format);
     }
-    require(std::ranges::count(paragraph.Text, kPictureMark) == std::ssize(paragraph.Pictures));
+    require(std::ranges::count(paragraph.Text, PictureMark) == std::ssize(paragraph.Pictures));
     require(std::ranges::none_of(paragraph.Text, [](char c) {
         const auto byte = static_cast<unsigned char>(c);
-        return byte < ' ' && c != '\t' && c != kLineBreak && c != kPictureMark;
+        return byte < ' ' && c != '\t' && c != LineBreak && c != PictureMark;
     }));
 }
 

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "mail/MailDrafts.h"
 #include "mail/MailFile.h"
 #include "mail/MailRig.h"
@@ -106,6 +108,35 @@ TEST(MailCrash, ASendingComesToItsEndOnce) {
         EXPECT_TRUE(survived == Survived::Flushed || rig.around.files.List("Mail", "o*.qrm").empty());
         return died;
     });
+}
+
+// A full or a read-only disk, from any change on and for some minutes, or settings that nobody can save.
+TEST(MailDisk, ThatTakesNothingIsAReportAndNoLoss) {
+    for (const int trouble : {ENOSPC, EROFS, 0}) {
+        for (int change = 0, reached = true; reached != 0; ++change) {
+            SCOPED_TRACE(CStr(trouble) + " from change " + CStr(change));
+            MailRig rig;
+            rig.robot.waiting = {{17, {"one,", "two,"}}, {18, {"three"}}};
+            rig.around.disk.put("Mail/o1.qrm", "Anna 2 s\r\na\r\nb\r\n\r\n");
+            rig.manager->SendMail("o1.qrm");
+            rig.robot.says.clear();
+            if (trouble != 0) rig.around.disk.refuseChanges(trouble, change);
+            if (trouble == 0) rig.settings.savesToRefusal = change + 1;
+            goOn(rig);
+            reached = rig.around.disk.refuses() || rig.settings.refuses ? 1 : 0;
+            EXPECT_EQ(rig.around.questions.asked.empty(), reached == 0);
+            rig.around.disk.refuseChanges(0);
+            rig.settings.refuses = false;
+            rig.settings.savesToRefusal = -1;
+            for (int minutes = 0; minutes < 12; minutes += 4) goOn(rig);
+            EXPECT_TRUE(rig.robot.waiting.empty());
+            EXPECT_THAT(bodies(rig),
+                        testing::ElementsAre(testing::AnyOf("one,two,", "one,one,two,", "one,two,two,"),
+                                             testing::AnyOf("three", "threethree")));
+            EXPECT_THAT(rig.robot.taken, testing::ElementsAre("Anna 2 s/Anna a/Anna b"));
+            ASSERT_LT(change, 100);
+        }
+    }
 }
 
 TEST(MailCrash, TheReadMarkIsThereOrNotAndTheMailIsWhole) {

@@ -27,10 +27,13 @@ class DyingSettings final : public SettingsStore {
     void SaveSetting(std::string_view app, std::string_view section, std::string_view key,
                      std::string_view value) override {
         if (savesToDeath-- == 0) dead = true;
-        if (dead || disk_.died()) throw RuntimeError(Fault::DeviceIOError);
+        if (savesToRefusal >= 0 && --savesToRefusal < 0) refuses = true;
+        if (refuses || dead || disk_.died()) throw RuntimeError(Fault::DeviceIOError);
         kept.SaveSetting(app, section, key, value);
     }
     bool dead = false;
+    int savesToRefusal = -1;  // from then on the program lives, and cannot save
+    bool refuses = false;
 
   private:
     MemoryDisk& disk_;

@@ -48,6 +48,9 @@ TEST(MailList, ShowsCountsSortsFiltersAndTellsOnlyOfAChangedCount) {
     EXPECT_EQ(panel.UnreadCount, 2);
     EXPECT_THAT(column(panel.ListView3, 1), ElementsAre("Nikos", "Zoe", "Anna"));
     EXPECT_THAT(column(panel.ListView3, 6), ElementsAre("30 min", "30 min", "30 min"));
+    world.time.run(5min);
+    EXPECT_THAT(column(panel.ListView3, 6), ElementsAre("35 min", "35 min", "35 min"));
+    maria.host.take();
     EXPECT_EQ(panel.ListView3.ListItems(1).SmallIcon(), MailPicture::UnreadUrgent);
     EXPECT_EQ(panel.ListView3.ListItems(2).SmallIcon(), MailPicture::Read);
 
@@ -55,7 +58,7 @@ TEST(MailList, ShowsCountsSortsFiltersAndTellsOnlyOfAChangedCount) {
     panel.RefreshMailList();
     EXPECT_THAT(maria.host.take(), IsEmpty());
     EXPECT_EQ(panel.ListView3.SelectedItem->Key(), "i10.qrm");
-    panel.ListView3.ColumnClick.raise(1);
+    panel.ListView3.ColumnClick.raise(2);
     EXPECT_THAT(column(panel.ListView3, 1), ElementsAre("Anna", "Nikos", "Zoe"));
     EXPECT_EQ(panel.ListView3.SelectedItem->Key(), "i10.qrm");
     panel.txtFilter.Text = "DINN";

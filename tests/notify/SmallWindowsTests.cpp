@@ -96,7 +96,7 @@ TEST_F(SmallWindowsTest, ANewChannelGetsExactlyOneMarkAndAnEmptyRoundNoDialog) {
     prompt.Load().ExecList("#a|");
     EXPECT_EQ(question(), "Please enter the key for channel #a  0");
     for (int i = 0; i < 20000; ++i) prompt.Load().ExecList("#more|");
-    EXPECT_LE(prompt.Load().ChanList.size(), frmChanKey::kLongestList);
+    EXPECT_LE(prompt.Load().ChanList.size(), frmChanKey::LongestList);
     virtuals.settings.FailNextSave();
     virtuals.questions.willAnswer(Answer::Ignore);
     answers("key", Key::Return);
@@ -130,7 +130,7 @@ TEST_F(SmallWindowsTest, NotesWaitForTheirTurnAndTheLastOneUnloadsTheWindow) {
     notes.Load().Display("anew", "", 0);
     EXPECT_EQ(stands(), ": anew 0");
     for (int i = 0; i < 20000; ++i) notes.Load().Display(std::string(100, 'x'), "", 0);
-    EXPECT_LE(notes.Load().MsgQueue.size(), frmMsgBox::kLongestQueue + 200);
+    EXPECT_LE(notes.Load().MsgQueue.size(), frmMsgBox::LongestQueue + 200);
 }
 
 TEST_F(SmallWindowsTest, TheMessageOfTheDayIsShownUntilTheUserHasHadEnough) {

@@ -80,6 +80,17 @@ class FaceTest : public Test {
     Subscription hearing = database.MessageBroadcasted.connect([this](const HostMessage& m) { answer(m); });
 };
 
+TEST(Tray, TellsOfTheLineAndOfUnreadMessages) {
+    Tray tray({});
+    tray.ShowUnread(1);
+    EXPECT_EQ(tray.ToolTip(), "Talvora, 1 unread message");
+    tray.ShowLine(Tray::Line::On);
+    tray.ShowUnread(3);
+    EXPECT_EQ(tray.ToolTip(), "Talvora: on line, 3 unread messages");
+    tray.ShowUnread(0);
+    EXPECT_EQ(tray.ToolTip(), "Talvora: on line");
+}
+
 TEST_F(FaceTest, TheSettingsWindowSavesAllPagesAndThenAppliesThemOnce) {
     face.ShowSettings();
     SettingsWindow* const window = face.TheSettings();

@@ -155,9 +155,9 @@ TEST(DiscardedFiles, AreKeptUpToABoundAndStayWhereTheyAreIfNoRoomCanBeMade) {
         folder.disk.put("Mail/" + name, std::to_string(file));
         return faultOf([&] { folder.files.Discard("Mail\\" + name); });
     };
-    for (std::size_t file = 1; file <= WasteFolder::mostFiles + 3; ++file) EXPECT_EQ(discard(file), 0);
+    for (std::size_t file = 1; file <= WasteFolder::MostFiles + 3; ++file) EXPECT_EQ(discard(file), 0);
     const auto kept = folder.files.List(WasteFolder::name);
-    ASSERT_EQ(kept.size(), WasteFolder::mostFiles);
+    ASSERT_EQ(kept.size(), WasteFolder::MostFiles);
     EXPECT_EQ(folder.files.ReadWhole(".waste\\" + kept.front()), "4");
     EXPECT_EQ(folder.files.ReadWhole(".waste\\" + kept.back()), "67");
     folder.disk.dieAtWrite(0);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "common/HostMessageNumbers.h"
@@ -71,9 +72,23 @@ TEST(Session, TheRefreshAsksEachMinuteAndProbesTheRobot) {
 
 TEST(Session, AMonthOnLineOverflowsNoCounter) {
     World world;
-    Client& maria = world.loggedIn("Maria");
+    Client& maria = world.client("Maria");
+    maria.around.settings.SaveSetting("Talvora", "Settings", "MailInterval", "3");
+    maria.host.send(HostMsg::Start);
+    world.time.settle();
+    maria.server.says(":srv 001 Maria :Welcome");
     world.time.run(33'000min);  // beyond what 16 bits count
     EXPECT_THAT(maria.around.questions.asked, IsEmpty());
+    // Since the third minute each one checks, whatever the clock on the wall says.
+    maria.server.heard();
+    for (const auto ahead : {-24h * 900, 24h * 9000}) {
+        maria.around.clock.ahead = ahead;
+        world.time.run(1min);
+        const auto heard = maria.server.heard();
+        for (const char* line :
+             {"WHO", "PRIVMSG OrreryServ :\1MAIL 0 0\1", "PRIVMSG OrreryServ :\1ANN HAS 0\1"})
+            EXPECT_EQ(std::ranges::count(heard, line), 1) << line;
+    }
     EXPECT_EQ(maria.server.connections, 1);
     says(world, maria, "PING :there?");
     EXPECT_THAT(maria.server.heard(), Contains("PONG :there?"));

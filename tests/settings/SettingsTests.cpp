@@ -226,6 +226,13 @@ TEST_F(SettingsTest, TheTableOfStatesIsEditedAroundWhatItDoesNotUnderstand) {
     states.Change(0, {"ON TOUR", "On tour", 4});
     EXPECT_THAT(settings->Problem(), HasSubstr("ON TOUR"));
     EXPECT_EQ(faultOf([&] { states.Remove(7); }), 9);
+    // What stands there already is nobody's fault until he edits it.
+    maria.around.disk.put("System/perflix.lst", "B B|Found so|2\r\n");
+    const auto found = page();
+    EXPECT_EQ(found->Problem(), "");
+    found->States.Change(0, {"B B", "Mine", 0});
+    EXPECT_EQ(found->States.Row(0).Icon, 1);
+    EXPECT_THAT(found->Problem(), HasSubstr("B B"));
 }
 
 TEST_F(SettingsTest, FiftyStatesAreTheMost) {

@@ -32,9 +32,9 @@ ChanKeyView::ChanKeyView(frmChanKey& form, const ViewSite& site) : FormView(form
             [&form] { form.Text1.userPresses(Key::Escape); });
 
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::large);
+    row->setSpacing(theme::Large);
     const auto show = [&](Image& model, const QString& name) {
-        auto* picture = new IconLabel(theme::boxIcon, this);
+        auto* picture = new IconLabel(theme::BoxIcon, this);
         picture->setIcon(theme::icon(name));
         row->addWidget(picture, 0, Qt::AlignTop);
         attachVisible(on_, model.Visible, *picture);
@@ -42,7 +42,7 @@ ChanKeyView::ChanKeyView(frmChanKey& form, const ViewSite& site) : FormView(form
     show(form.Image2, QStringLiteral("key"));
     show(form.Image3, QStringLiteral("channel-new"));
     auto* column = new QVBoxLayout;
-    column->setSpacing(theme::medium);
+    column->setSpacing(theme::Medium);
     column->addWidget(question);
     column->addWidget(answer);
     row->addLayout(column, 1);
@@ -53,8 +53,8 @@ ChanKeyView::ChanKeyView(frmChanKey& form, const ViewSite& site) : FormView(form
     attach(on_, form.Picture1[0], *buttons->button(QDialogButtonBox::Ok));
     attach(on_, form.Picture1[1], *buttons->button(QDialogButtonBox::Cancel));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2 * theme::medium, 2 * theme::medium, 2 * theme::medium, theme::large);
-    rows->setSpacing(2 * theme::medium);
+    rows->setContentsMargins(2 * theme::Medium, 2 * theme::Medium, 2 * theme::Medium, theme::Large);
+    rows->setSpacing(2 * theme::Medium);
     rows->addLayout(row);
     rows->addWidget(buttons);
     rows->setSizeConstraint(QLayout::SetFixedSize);

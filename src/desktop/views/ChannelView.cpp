@@ -7,15 +7,15 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize channelSize{720, 460};
-constexpr int usersWidth = 170;
+constexpr QSize ChannelSize{720, 460};
+constexpr int UsersWidth = 170;
 
 }  // namespace
 
 ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
-    : ChatView(window, site, "Channel", channelSize), window_(window) {
+    : ChatView(window, site, "Channel", ChannelSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("channel")));
-    addBeside(makeUserListTree(window.UserList1, tr("Users of the channel"), this), usersWidth);
+    addBeside(makeUserListTree(window.UserList1, tr("Users of the channel"), this), UsersWidth);
 }
 
 void ChannelView::fillMenu(QMenu& menu, Menu& model) {

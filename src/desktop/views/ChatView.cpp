@@ -30,8 +30,8 @@ ChatView::ChatView(ChatWindow& window, const ViewSite& site, const std::string& 
     top->addWidget(across_, 1);
     top->addWidget(plugins_);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::small, theme::small, theme::small, theme::small);
-    rows->setSpacing(theme::small);
+    rows->setContentsMargins(theme::Small, theme::Small, theme::Small, theme::Small);
+    rows->setSpacing(theme::Small);
     rows->addLayout(top, 1);
     rows->addWidget(makeWriting());
     setFocusProxy(writing_);
@@ -41,7 +41,7 @@ QWidget* ChatView::makeWriting() {
     auto* bottom = new QWidget(this);
     auto* row = new QHBoxLayout(bottom);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     writing_ = new WritingBox(window_.Text1, bottom);
     writing_->setAccessibleName(tr("Message"));
     writing_->setPlaceholderText(tr("Write a message"));
@@ -63,7 +63,7 @@ QHBoxLayout* ChatView::makeButtons() {
     QToolButton* smiley = add(QStringLiteral("smiley"), tr("Emoticons"));
     connect(smiley, &QToolButton::clicked, this, [this, smiley] {
         const QPoint above = smiley->mapToGlobal(QPoint(0, 0));
-        window_.Image1_MouseUp(above.x() * twipsPerPixel, above.y() * twipsPerPixel);
+        window_.Image1_MouseUp(above.x() * TwipsPerPixel, above.y() * TwipsPerPixel);
     });
     attach(on_, window_.Image4, *add(QStringLiteral("menu"), tr("Settings of this window")));
     QToolButton* fold = add(QStringLiteral("menu"), tr("Plug-ins"));
@@ -80,6 +80,10 @@ void ChatView::addBeside(QWidget* widget, int width) {
     across_->addWidget(widget);
     across_->setStretchFactor(1, 0);
     across_->setSizes({this->width() - width, width});
+}
+
+void ChatView::offerWords(WordOffers::Source source) {
+    writing_->setOffers(std::move(source));
 }
 
 void ChatView::showEvent(QShowEvent* event) {

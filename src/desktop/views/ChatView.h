@@ -5,6 +5,7 @@
 #include "chat/ChatWindow.h"
 #include "chat/CommandMenu.h"
 #include "desktop/FormView.h"
+#include "desktop/WordOffers.h"
 
 class QHBoxLayout;
 class QSplitter;
@@ -23,6 +24,7 @@ class ChatView : public FormView {
     // Puts a widget at the right of the talk.
     void addBeside(QWidget* widget, int width);
     void showEvent(QShowEvent* event) override;
+    void offerWords(WordOffers::Source source);
     // The user's scripts in a menu of their own, or a line that says that there are none.
     void addCommands(QMenu& menu, CommandMenu& commands);
 

@@ -19,7 +19,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int kCell = 32;
+constexpr int CellSize = 32;
 
 std::shared_ptr<const Picture> firstPicture(const RichDocument& document) {
     for (std::uint64_t number = document.FirstNumber(); number < document.EndNumber(); ++number) {
@@ -35,7 +35,7 @@ std::shared_ptr<const Picture> firstPicture(const RichDocument& document) {
 class EmoticonsView::CellButton final : public QAbstractButton {
   public:
     CellButton(frmEmoticons::Cell& model, QWidget* parent) : QAbstractButton(parent), model_(model) {
-        setFixedSize(kCell, kCell);
+        setFixedSize(CellSize, CellSize);
         setFocusPolicy(Qt::StrongFocus);
         setAttribute(Qt::WA_Hover);
         on_ += model_.Change.connect([this] { changed(); });
@@ -75,8 +75,8 @@ class EmoticonsView::CellButton final : public QAbstractButton {
     }
     void paintPicture(QPainter& painter, const std::shared_ptr<const Picture>& picture) {
         if (image_.isNull()) image_ = decodePicture(*picture);
-        QSize size = QSize(picture->WidthTwips, picture->HeightTwips) / twipsPerPixel;
-        const QSize room(kCell - 2 * theme::small, kCell - 2 * theme::small);
+        QSize size = QSize(picture->WidthTwips, picture->HeightTwips) / TwipsPerPixel;
+        const QSize room(CellSize - 2 * theme::Small, CellSize - 2 * theme::Small);
         if (size.width() > room.width() || size.height() > room.height()) {
             size.scale(room, Qt::KeepAspectRatio);
         }
@@ -104,8 +104,8 @@ EmoticonsView::EmoticonsView(frmEmoticons& form, const ViewSite& site)
         grid->addWidget(cell, i / Columns, i % Columns);
     }
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(theme::small, theme::small, theme::small, theme::small);
-    row->setSpacing(theme::small);
+    row->setContentsMargins(theme::Small, theme::Small, theme::Small, theme::Small);
+    row->setSpacing(theme::Small);
     row->addLayout(grid);
     row->addWidget(bar_);
     row->setSizeConstraint(QLayout::SetFixedSize);
@@ -151,7 +151,7 @@ void EmoticonsView::bindBar() {
 void EmoticonsView::showEvent(QShowEvent* event) {
     FormView::showEvent(event);
     if (event->spontaneous()) return;
-    const QPoint wanted(form_.Left / twipsPerPixel, form_.Top / twipsPerPixel);
+    const QPoint wanted(form_.Left / TwipsPerPixel, form_.Top / TwipsPerPixel);
     const QScreen* where = QGuiApplication::screenAt(wanted);
     const QRect room = (where != nullptr ? where : screen())->availableGeometry();
     const QSize size = sizeHint();

@@ -5,15 +5,19 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "desktop/Binding.h"
+#include "desktop/Follow.h"
 #include "desktop/IconLabel.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
+#include "desktop/views/AnnouncementPanel.h"
+#include "desktop/views/MailArea.h"
 #include "desktop/views/Pictures.h"
 #include "desktop/views/UserListTree.h"
 
@@ -21,11 +25,11 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize mainSize{320, 600};
-constexpr int windowColumn = 175;  // pixels
-constexpr int channelColumn = 130;
-constexpr int windowsHeight = 190;
-constexpr int usersColumn = 50;
+constexpr QSize MainSize{380, 640};
+constexpr int WindowColumn = 175;  // pixels
+constexpr int ChannelColumn = 130;
+constexpr int WindowsHeight = 190;
+constexpr int UsersColumn = 50;
 
 // What a stranger writes does not decide how wide the window is.
 void letShrink(QLabel& label) {
@@ -35,26 +39,27 @@ void letShrink(QLabel& label) {
 QVBoxLayout* rowsIn(QWidget* widget) {
     auto* rows = new QVBoxLayout(widget);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(theme::small);
+    rows->setSpacing(theme::Small);
     return rows;
 }
 
 }  // namespace
 
-Form1View::Form1View(Form1& form, const ViewSite& site)
-    : FormView(form, site, "Main", mainSize), form_(form) {
+Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
+    : FormView(form, site, "Main", MainSize), form_(form), announcement_(announcement) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(makeHeader());
     rows->addWidget(makeTrouble());
+    if (form_.Mail != nullptr) rows->addWidget(makeUnread());
     auto* lists = new QSplitter(Qt::Vertical, this);
     if (form_.Windows) lists->addWidget(makeWindows());
     lists->addWidget(makePeople());
     lists->setChildrenCollapsible(false);
     lists->setStretchFactor(lists->count() - 1, 1);
-    lists->setSizes({windowsHeight, height() - windowsHeight});
+    lists->setSizes({WindowsHeight, height() - WindowsHeight});
     rows->addWidget(lists, 1);
     rows->addWidget(makeFooter());
 }
@@ -65,7 +70,7 @@ QWidget* Form1View::makeHeader() {
     auto* header = new QWidget(this);
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::medium);
+    row->setSpacing(theme::Medium);
 
     QToolButton* state = theme::iconButton(QStringLiteral("state-3"), tr("Change your state"), header);
     state->setIconSize({32, 32});
@@ -76,7 +81,7 @@ QWidget* Form1View::makeHeader() {
     names->setSpacing(0);
     auto* nick = new QLabel(header);
     nick->setFont(theme::titleFont());
-    nick->setIndent(theme::small);
+    nick->setIndent(theme::Small);
     letShrink(*nick);
     attach(on_, form_.Presence.lblNick, *nick);
     auto* stateName = new QToolButton(header);
@@ -108,9 +113,9 @@ QWidget* Form1View::makeSession() {
     auto* line = new QWidget(this);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::small);
+    row->setSpacing(theme::Small);
     const auto picture = [&](Image& model, const QString& name, const PictureOf& of) {
-        auto* label = new IconLabel(theme::smallIcon, line);
+        auto* label = new IconLabel(theme::SmallIcon, line);
         label->setToolTip(name);
         label->setAccessibleName(name);
         attach(on_, model, *label, of);
@@ -134,8 +139,8 @@ QWidget* Form1View::makeTrouble() {
     auto* line = new QWidget(this);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(theme::medium);
-    auto* picture = new IconLabel(theme::smallIcon, line);
+    row->setSpacing(theme::Medium);
+    auto* picture = new IconLabel(theme::SmallIcon, line);
     picture->setIcon(theme::icon(QStringLiteral("warning")));
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* label = new QLabel(line);
@@ -148,6 +153,24 @@ QWidget* Form1View::makeTrouble() {
     on_ += form_.Trouble.lblTrouble.Caption.Changed.connect([label](const std::string&) {
         QAccessibleEvent alert(label, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
+    });
+    return line;
+}
+
+// What has come while nobody looked stands where trouble would, and leads to the mails.
+QPushButton* Form1View::makeUnread() {
+    auto* line = new QPushButton(this);
+    line->setFlat(true);
+    line->setIcon(theme::icon(QStringLiteral("mail-unread")));
+    line->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    follow(on_, form_.Mail->UnreadCount, [this, line](int count) {
+        line->setText(count == 1 ? tr("1 unread message") : tr("%1 unread messages").arg(count));
+        line->setVisible(count > 0);
+        Site().Face.ShowUnread(count);
+    });
+    connect(line, &QPushButton::clicked, this, [this] {
+        tabs_->setCurrentWidget(mail_);
+        mail_->showIncoming();
     });
     return line;
 }
@@ -178,7 +201,7 @@ QWidget* Form1View::makeWindows() {
     look.Columns = {tr("Open windows"), tr("Last text")};
     look.Icon = picturesOf(Pictures::Windows);
     auto* list = new ListTree(form_.Windows->ListView1, look, tr("Open windows"), part);
-    list->header()->resizeSection(0, windowColumn);
+    list->header()->resizeSection(0, WindowColumn);
     list->setEmptyText(tr("Nothing is open. Double-click a channel or a user to talk."));
     rows->addWidget(list, 1);
     auto* hide = new QCheckBox(part);
@@ -190,6 +213,8 @@ QWidget* Form1View::makeWindows() {
 QTabWidget* Form1View::makePeople() {
     auto* tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideRight);
     tabs->addTab(makeChannels(), theme::icon(QStringLiteral("channel")), tr("Channels"));
     ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
     users->setEmptyText(tr("Nobody is in your channels."));
@@ -197,7 +222,18 @@ QTabWidget* Form1View::makePeople() {
     ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
     ignored->setEmptyText(tr("You ignore nobody."));
     tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
+    tabs_ = tabs;
+    if (form_.Mail != nullptr) addMail();
     return tabs;
+}
+
+void Form1View::addMail() {
+    mail_ = new MailArea(*form_.Mail, tabs_);
+    mail_->setAnnouncements(new AnnouncementPanel(announcement_, Site().ThePlatform, mail_));
+    tabs_->addTab(mail_, theme::icon(QStringLiteral("mail")), QString());
+    follow(on_, form_.Mail->UnreadCount, [this](int count) {
+        tabs_->setTabText(tabs_->indexOf(mail_), count > 0 ? tr("Mail (%1)").arg(count) : tr("Mail"));
+    });
 }
 
 QWidget* Form1View::makeChannels() {
@@ -208,10 +244,10 @@ QWidget* Form1View::makeChannels() {
     look.Icon = picturesOf(Pictures::Channels);
     look.Checkable = true;
     auto* list = new ListTree(form_.Channels.ListView2, look, tr("Channels"), part);
-    list->header()->resizeSection(0, channelColumn);
-    list->header()->resizeSection(1, usersColumn);
+    list->header()->resizeSection(0, ChannelColumn);
+    list->header()->resizeSection(1, UsersColumn);
     // The stretched last column asks for its own width too before it is cut.
-    list->header()->resizeSection(2, usersColumn);
+    list->header()->resizeSection(2, UsersColumn);
     list->setEmptyText(tr("No channels yet."));
     rows->addWidget(list, 1);
     return part;
@@ -222,6 +258,7 @@ QWidget* Form1View::makeChannels() {
 void Form1View::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &form_.Presence.popState) fillStates(menu);
     if (&model == &form_.popUserList) fillUsers(menu);
+    if (mail_ != nullptr) mail_->fillMenu(menu, model);
     if (&model != &form_.Channels.popChannel) return;
     for (Menu* entry :
          {&form_.Channels.popChanJoin, &form_.Channels.popChanPart, &form_.Channels.popChanKey}) {
@@ -258,6 +295,13 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
     menu.addSeparator();
+    if (mail_ != nullptr) mail_->fillMain(menu);
+    for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {
+        QAction* entry = menu.addAction(caption(link->Caption.get()));
+        connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
+    }
+    menu.addSeparator();
+    addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });
     QAction* about = menu.addAction(tr("&About..."));

@@ -2,17 +2,22 @@
 // The main window: who I am and in what state, how the session stands, what is open and what is new, the
 // channels and the users.
 
+#include "announce/picAnn.h"
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
+class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
 
 namespace talvora {
 
+class MailArea;
+
 class Form1View final : public FormView {
   public:
-    Form1View(Form1& form, const ViewSite& site);
+    // The panel of the latest announcement outlives the view.
+    Form1View(Form1& form, picAnn& announcement, const ViewSite& site);
 
   protected:
     void fillMenu(QMenu& menu, Menu& model) override;
@@ -25,12 +30,17 @@ class Form1View final : public FormView {
     QWidget* makeWindows();
     QTabWidget* makePeople();
     QWidget* makeChannels();
+    void addMail();
+    QPushButton* makeUnread();
     QWidget* makeFooter();
     void fillStates(QMenu& menu);
     void fillUsers(QMenu& menu);
     void fillMain(QMenu& menu);
 
     Form1& form_;
+    picAnn& announcement_;
+    QTabWidget* tabs_ = nullptr;
+    MailArea* mail_ = nullptr;  // none without mail
 };
 
 }  // namespace talvora

@@ -26,8 +26,8 @@ MOTDView::MOTDView(frmMOTD& form, const ViewSite& site) : FormView(form, site, "
     row->addWidget(check, 1);
     row->addWidget(button);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(theme::medium, theme::medium, theme::medium, theme::medium);
-    rows->setSpacing(theme::medium);
+    rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
+    rows->setSpacing(theme::Medium);
     rows->addWidget(text, 1);
     rows->addLayout(row);
     button->setFocus();

@@ -33,7 +33,7 @@ QString noteIcon(int picture) {
 MsgBoxView::MsgBoxView(frmMsgBox& form, const ViewSite& site) : FormView(form, site, "MsgBox", {380, 1}) {
     setWindowFlags(Qt::Dialog);
     setWindowIcon(theme::icon(QStringLiteral("app")));
-    auto* icon = new IconLabel(theme::boxIcon, this);
+    auto* icon = new IconLabel(theme::BoxIcon, this);
     attach(on_, form.Image2, *icon, [](int number) { return theme::icon(noteIcon(number)); });
 
     auto* text = new TextNote(this);
@@ -55,12 +55,12 @@ MsgBoxView::MsgBoxView(frmMsgBox& form, const ViewSite& site) : FormView(form, s
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [this] { close(); });
 
     auto* row = new QHBoxLayout;
-    row->setSpacing(theme::large);
+    row->setSpacing(theme::Large);
     row->addWidget(icon, 0, Qt::AlignTop);
     row->addWidget(text, 1, Qt::AlignVCenter);
     auto* rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2 * theme::medium, 2 * theme::medium, 2 * theme::medium, theme::large);
-    rows->setSpacing(2 * theme::medium);
+    rows->setContentsMargins(2 * theme::Medium, 2 * theme::Medium, 2 * theme::Medium, theme::Large);
+    rows->setSpacing(2 * theme::Medium);
     rows->addLayout(row);
     rows->addWidget(button, 0, Qt::AlignRight);
     rows->setSizeConstraint(QLayout::SetFixedSize);

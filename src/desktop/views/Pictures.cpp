@@ -1,6 +1,7 @@
 #include "desktop/views/Pictures.h"
 
 #include "desktop/Theme.h"
+#include "mail/MailPanel.h"
 #include "session/SessionPanel.h"
 #include "session/WindowsPanel.h"
 
@@ -37,6 +38,19 @@ const char* channelName(int number) {
     return number == withKey ? "channel-key" : "channel";
 }
 
+const char* mailName(int number) {
+    switch (number) {
+        case MailPicture::Unread:
+            return "mail-unread";
+        case MailPicture::UnreadUrgent:
+            return "mail-urgent";
+        case MailPicture::Outgoing:
+            return "mail-out";
+        default:
+            return "mail-read";
+    }
+}
+
 }  // namespace
 
 QIcon pictureOf(Pictures list, int number) {
@@ -49,6 +63,10 @@ QIcon pictureOf(Pictures list, int number) {
             return theme::icon(QString::fromLatin1(windowName(number)));
         case Pictures::Channels:
             return theme::icon(QString::fromLatin1(channelName(number)));
+        case Pictures::Announcements:
+            return theme::icon(QStringLiteral("announcement-%1").arg(number));
+        case Pictures::Mails:
+            return theme::icon(QString::fromLatin1(mailName(number)));
     }
     return {};
 }

@@ -11,7 +11,9 @@ enum class Pictures {
     States,    // of users: lists, trees and the user's own
     Sessions,  // of the connection
     Windows,   // of open chat windows
-    Channels
+    Channels,
+    Announcements,  // their categories
+    Mails           // of the list of messages, and of a message's window
 };
 
 QIcon pictureOf(Pictures list, int number);

@@ -35,7 +35,7 @@ QTableWidgetItem* tick(bool ticked, const QString& name) {
 PluginTableView::PluginTableView(PluginRows& rows, QWidget* parent)
     : QWidget(parent), rows_(rows), table_(new QTableWidget(0, Columns, this)) {
     auto* lines = new QVBoxLayout(this);
-    lines->setSpacing(theme::medium);
+    lines->setSpacing(theme::Medium);
     table_->setHorizontalHeaderLabels({tr("Plug-in"), tr("Private windows"), tr("Channel windows")});
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table_->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);

@@ -6,13 +6,14 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize privateSize{560, 400};
+constexpr QSize PrivateSize{560, 400};
 
 }  // namespace
 
 PrivateView::PrivateView(frmPM& window, const ViewSite& site)
-    : ChatView(window, site, "Private", privateSize), window_(window) {
+    : ChatView(window, site, "Private", PrivateSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("private")));
+    offerWords([&window](const std::string& typed) { return window.CommandsLike(typed); });
 }
 
 void PrivateView::fillMenu(QMenu& menu, Menu&) {

@@ -55,7 +55,7 @@ QString SettingsView::Problem() const {
 QWidget* SettingsView::addTab(const QString& name) {
     auto* tab = new QWidget(widget_);
     auto* rows = new QVBoxLayout(tab);
-    rows->setSpacing(theme::large);
+    rows->setSpacing(theme::Large);
     widget_->addTab(tab, name);
     return tab;
 }
@@ -63,7 +63,7 @@ QWidget* SettingsView::addTab(const QString& name) {
 QFormLayout* SettingsView::addGroup(QWidget* tab, const QString& name) {
     auto* group = new QGroupBox(name, tab);
     auto* lines = new QFormLayout(group);
-    lines->setSpacing(theme::medium);
+    lines->setSpacing(theme::Medium);
     lines->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     static_cast<QVBoxLayout*>(tab->layout())->addWidget(group);
     return lines;

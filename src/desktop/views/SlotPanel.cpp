@@ -84,9 +84,10 @@ void SlotView::showCaption() {
     font.setItalic(!slot_.Label1.Loaded);
     bar_->setFont(font);
     holder_->setVisible(slot_.Expanded);
+    const int height = std::max(slot_.Picture1.Height / TwipsPerPixel, fontMetrics().height() * 2);
+    holder_->setMinimumHeight(height);
     // A view of its own knows better than the plug-in how much this desktop's letters need.
-    const int wanted = plugin_ != nullptr ? holder_->sizeHint().height() : fontMetrics().height() * 2;
-    holder_->setFixedHeight(std::max(slot_.Picture1.Height / twipsPerPixel, wanted));
+    holder_->setMaximumHeight(plugin_ != nullptr ? QWIDGETSIZE_MAX : height);
 }
 
 SlotPanel::SlotPanel(PluginSlots& slots_, Property<int>& width, const PluginViews& views, QWidget* parent)
@@ -123,7 +124,7 @@ bool SlotPanel::HasSlots() const {
 }
 
 void SlotPanel::showSlots() {
-    const int pixels = width_ / twipsPerPixel;
+    const int pixels = width_ / TwipsPerPixel;
     setVisible(pixels > 0 && HasSlots());
     setFixedWidth(std::max(pixels, 1));
 }

@@ -23,7 +23,7 @@ enum StateColumn { StateTag, StateDescription, StateColumns };
 StateTableView::StateTableView(StateRows& rows, QWidget* parent)
     : QWidget(parent), rows_(rows), table_(makeTable()), pictures_(makePictures()) {
     auto* grid = new QGridLayout(this);
-    grid->setSpacing(theme::medium);
+    grid->setSpacing(theme::Medium);
     grid->addWidget(table_, 0, 0, 1, 2);
     grid->addLayout(makeButtons(), 0, 2);
     auto* caption = new QLabel(tr("Picture:"), this);
@@ -64,7 +64,7 @@ QComboBox* StateTableView::makePictures() {
 
 QBoxLayout* StateTableView::makeButtons() {
     auto* column = new QVBoxLayout;
-    column->setSpacing(theme::small);
+    column->setSpacing(theme::Small);
     const auto button = [&](const char* icon, const QString& text, auto clicked) {
         QToolButton* made = theme::iconButton(QString::fromLatin1(icon), text, this);
         column->addWidget(made);

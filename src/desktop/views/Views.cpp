@@ -1,27 +1,48 @@
 #include "desktop/views/Views.h"
 
 #include "desktop/Theme.h"
+#include "desktop/views/AnnounceView.h"
+#include "desktop/views/AnnouncementsView.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/ChannelView.h"
 #include "desktop/views/EmoticonsView.h"
+#include "desktop/views/EncryptView.h"
+#include "desktop/views/ExpireView.h"
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PrivateView.h"
+#include "desktop/views/ScriptsView.h"
+#include "desktop/views/SelectUserView.h"
+#include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
+#include "desktop/views/ViewMailView.h"
 
 namespace talvora {
 
 Views::Views(Connect& component, Platform& platform, HostFace& face)
     : component_(component), memory_(platform.Settings), site_{face, platform, memory_, plugins_} {
     ChatDesk& chats = component_.Chats();
-    viewEach<Form1View>(component_.MainWindowLoaded);
+    AnnounceDesk& announcements = component_.Announcements();
+    plugins_.Register([](ChatPlugin& plugin, QWidget* parent) -> QWidget* {
+        auto* encrypt = dynamic_cast<plg_Encrypt*>(&plugin);
+        return encrypt != nullptr ? new EncryptView(*encrypt, parent) : nullptr;
+    });
+    viewEach<Form1View>(component_.MainWindowLoaded, announcements.Panel);
     viewEach<ChannelView>(chats.Channels.Loaded);
     viewEach<PrivateView>(chats.Privates.Loaded);
     viewEach<EmoticonsView>(chats.Picker.Loaded);
     viewEach<ChanKeyView>(chats.ChanKey.Loaded);
     viewEach<MsgBoxView>(chats.MsgBox.Loaded);
     viewEach<MOTDView>(chats.MOTD.Loaded);
+    viewEach<ScriptsView>(chats.Scripts.Loaded);
+    viewEach<AnnouncementsView>(announcements.Viewer.Loaded);
+    viewEach<AnnounceView>(announcements.Composer.Loaded);
+    MailDesk& mails = component_.Mails();
+    viewEach<ViewMailView>(mails.Viewers.Loaded);
+    viewEach<SendMailView>(mails.Composers.Loaded);
+    viewEach<ExpireView>(mails.Expire.Loaded);
+    viewEach<SelectUserView>(mails.SelectUser.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
@@ -37,11 +58,11 @@ Views::~Views() {
 }
 
 // A view deletes itself with its form.
-template <class View, class TheForm>
-void Views::viewEach(Event<TheForm&>& loaded) {
-    on_ += loaded.connect([this](TheForm& form) {
+template <class View, class TheForm, class... More>
+void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
+    on_ += loaded.connect([this, &more...](TheForm& form) {
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        open_.emplace_back(new View(form, site_));
+        open_.emplace_back(new View(form, more..., site_));
     });
 }
 
@@ -53,6 +74,9 @@ void Views::openNotice(const HostValue& window) {
         show(*channel);
     } else if (frmPM* chat = chats.Privates.Window(*name)) {
         show(*chat);
+    } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
+        component_.Mails().OpenMail(*name);
+        component_.Mails().Panel.RefreshMailList();  // it is read now
     } else if (Form1* main = component_.MainWindow()) {
         main->Show();
         site_.ThePlatform.Screen.SetForegroundWindow(*main);

@@ -20,8 +20,9 @@ class Views {
     Views& operator=(const Views&) = delete;
 
   private:
-    template <class View, class TheForm>
-    void viewEach(Event<TheForm&>& loaded);
+    // `more` is what the view shows beside its form.
+    template <class View, class TheForm, class... More>
+    void viewEach(Event<TheForm&>& loaded, More&... more);
     void openNotice(const HostValue& window);
     void show(ChatWindow& window);
 

@@ -4,7 +4,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestSplit = 1024;
+constexpr std::size_t LongestSplit = 1024;
 
 // Letters with their signs, as MODE writes them.
 class SignedLetters {
@@ -31,7 +31,7 @@ void Incoming::mode(const LineView& line, std::string& out) {
     if (target.empty() || target[0] != '#') return pass(line, out);
     const LineWords words(line.rest);
     // What repeats the prefix is for lines of a legal length alone.
-    const bool splits = words.size() > 1 && line.whole.size() <= longestSplit;
+    const bool splits = words.size() > 1 && line.whole.size() <= LongestSplit;
     if (profile_.has(Rewrite::ChannelModes) && splits) return channelModes(line, words, out);
     if (profile_.has(Rewrite::LastColon) && words.trailing()) return passWithoutColon(line, words, out);
     pass(line, out);

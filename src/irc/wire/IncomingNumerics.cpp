@@ -6,14 +6,14 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view digits = "0123456789";
+constexpr std::string_view Digits = "0123456789";
 
 // What the owner of the engine takes for the number: the first word behind the first ":" of the text.
 bool isNumberAlone(std::string_view text) {
     const auto colon = text.find(':');
     if (colon == std::string_view::npos) return false;
     const auto word = wordOf(text.substr(colon + 1), 0);
-    return !word.empty() && word.find_first_not_of(digits) == std::string_view::npos;
+    return !word.empty() && word.find_first_not_of(Digits) == std::string_view::npos;
 }
 
 std::size_t endOfWord(std::string_view word, std::string_view text) {
@@ -21,8 +21,8 @@ std::size_t endOfWord(std::string_view word, std::string_view text) {
 }
 
 std::string_view firstNumber(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_of(digits), text.size()));
-    return text.substr(0, text.find_first_not_of(digits));
+    text.remove_prefix(std::min(text.find_first_of(Digits), text.size()));
+    return text.substr(0, text.find_first_not_of(Digits));
 }
 
 }  // namespace

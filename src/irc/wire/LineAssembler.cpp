@@ -7,12 +7,12 @@ namespace talvora {
 
 namespace {
 
-constexpr std::uint64_t ones = 0x0101010101010101;
-constexpr std::uint64_t highs = 0x8080808080808080;
+constexpr std::uint64_t Ones = 0x0101010101010101;
+constexpr std::uint64_t Highs = 0x8080808080808080;
 
 // Not 0 if one of the eight bytes is 0.
 constexpr std::uint64_t zeroByte(std::uint64_t word) {
-    return (word - ones) & ~word & highs;
+    return (word - Ones) & ~word & Highs;
 }
 
 }  // namespace
@@ -24,13 +24,13 @@ LineScan scanLine(std::string_view bytes) {
     for (; at + sizeof(std::uint64_t) <= bytes.size(); at += sizeof(std::uint64_t)) {
         std::uint64_t word = 0;
         std::memcpy(&word, bytes.data() + at, sizeof(word));
-        if ((zeroByte(word ^ (ones * '\r')) | zeroByte(word ^ (ones * '\n'))) != 0) break;
+        if ((zeroByte(word ^ (Ones * '\r')) | zeroByte(word ^ (Ones * '\n'))) != 0) break;
         seen |= word;
     }
     for (; at < bytes.size() && bytes[at] != '\r' && bytes[at] != '\n'; ++at) {
         seen |= static_cast<unsigned char>(bytes[at]);
     }
-    return {at, (seen & highs) == 0};
+    return {at, (seen & Highs) == 0};
 }
 
 }  // namespace talvora

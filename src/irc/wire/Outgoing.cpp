@@ -8,7 +8,7 @@ namespace talvora {
 
 namespace {
 
-constexpr char special = '\x01';
+constexpr char Special = '\x01';
 
 std::string userName(std::string_view name) {
     constexpr std::size_t longest = 9;
@@ -25,7 +25,7 @@ Pacing::Kind pacingKind(const LineView& line) {
     if (sameAscii(line.command, "QUIT")) return Pacing::Kind::Last;
     if (!sameAscii(line.command, "NOTICE")) return Pacing::Kind::Own;
     const auto text = trailingStart(line.rest);
-    const bool answer = text < line.rest.size() && line.rest[text] == special;
+    const bool answer = text < line.rest.size() && line.rest[text] == Special;
     return answer ? Pacing::Kind::Answer : Pacing::Kind::Own;
 }
 
@@ -168,13 +168,13 @@ void Outgoing::send(std::string_view text, Microseconds now, std::string& toServ
 void Outgoing::cut(std::string_view command) {
     const auto limit = limitOf(command);
     if (wire_.size() <= limit) return;
-    const bool closed = wire_.back() == special;
+    const bool closed = wire_.back() == Special;
     auto end = limit - (closed ? 1 : 0);
     if (profile_.Encoding == Encoding::UTF8) {
         while (end > 0 && (static_cast<unsigned char>(wire_[end]) & 0xC0U) == 0x80) --end;
     }
     wire_.resize(end);
-    if (closed) wire_ += special;
+    if (closed) wire_ += Special;
 }
 
 // Texts are passed on behind the own prefix, ":" before it and a blank behind; the rest only has to arrive.

@@ -43,14 +43,14 @@ class OwnState {
     std::size_t channels() const { return joined_.size(); }
 
   private:
-    static constexpr std::size_t longestUser = 11;  // "~" and ten characters
-    static constexpr std::size_t longestHost = 63;
+    static constexpr std::size_t LongestUser = 11;  // "~" and ten characters
+    static constexpr std::size_t LongestHost = 63;
 
     bool loggedIn_ = false;
     std::string nick_;
     std::string server_;
-    std::size_t userLength_ = longestUser;
-    std::size_t hostLength_ = longestHost;
+    std::size_t userLength_ = LongestUser;
+    std::size_t hostLength_ = LongestHost;
     std::set<std::string, std::less<>> joined_;  // in lower case
 };
 

@@ -8,11 +8,11 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t longestKey = 200;
-constexpr std::size_t spareRoom = std::size_t{64} * 1024;
+constexpr std::size_t LongestKey = 200;
+constexpr std::size_t SpareRoom = std::size_t{64} * 1024;
 
 std::string_view shortened(std::string_view key) {
-    return key.substr(0, longestKey);
+    return key.substr(0, LongestKey);
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ void ReplyKeeper::letOut(std::size_t index, std::string& out) {
 void ReplyKeeper::forget(std::size_t index) {
     Reply& reply = replies_[index];
     bytes_ -= reply.lines.size();
-    if (reply.lines.capacity() <= spareRoom) {
+    if (reply.lines.capacity() <= SpareRoom) {
         spare_ = std::move(reply.lines);
         spare_.clear();
     }

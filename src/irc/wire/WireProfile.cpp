@@ -32,13 +32,13 @@ constexpr std::array<Row, static_cast<std::size_t>(Rewrite::Count)> rows{{
     {"server-spelling", true},
 }};
 
-constexpr std::string_view separators = " \t,";
+constexpr std::string_view Separators = " \t,";
 
 std::string_view nextWord(std::string_view& rest) {
-    const auto begin = rest.find_first_not_of(separators);
+    const auto begin = rest.find_first_not_of(Separators);
     if (begin == std::string_view::npos) return rest = {};
     rest.remove_prefix(begin);
-    const auto word = rest.substr(0, rest.find_first_of(separators));
+    const auto word = rest.substr(0, rest.find_first_of(Separators));
     rest.remove_prefix(word.size());
     return word;
 }

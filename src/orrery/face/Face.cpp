@@ -227,7 +227,7 @@ void Face::ShowAbout() {
 QMessageBox* Face::quietBox(const QString& title, const QString& text) {
     auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
-    box->setIconPixmap(theme::icon(QStringLiteral("app")).pixmap(theme::boxIcon));
+    box->setIconPixmap(theme::icon(QStringLiteral("app")).pixmap(theme::BoxIcon));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     return box;
@@ -247,6 +247,10 @@ void Face::TellOfMinimizing() {
 
 void Face::ShowOnLine(bool onLine) {
     if (tray_ != nullptr) tray_->ShowLine(onLine ? Tray::Line::On : Tray::Line::Off);
+}
+
+void Face::ShowUnread(int count) {
+    if (tray_ != nullptr) tray_->ShowUnread(count);
 }
 
 void Face::ShowSettings() {

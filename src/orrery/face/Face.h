@@ -47,6 +47,7 @@ class Face final : public OrreryFace, public HostFace {
     void TellOfMinimizing() override;
     bool UserActs() const override { return application_.UserActs(); }
     void ShowOnLine(bool onLine) override;
+    void ShowUnread(int count) override;
     void ShowSettings() override;
     void ShowAbout() override;
     void Quit() override;

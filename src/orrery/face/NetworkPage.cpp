@@ -66,7 +66,7 @@ NetworkPage::~NetworkPage() = default;
 
 void NetworkPage::build() {
     auto* const form = new QFormLayout(widget_.get());
-    form->setSpacing(theme::medium);
+    form->setSpacing(theme::Medium);
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     form->addRow(QStringLiteral("&Server:"), server_);
     form->addRow(QStringLiteral("&Port:"), port_);
@@ -111,7 +111,7 @@ QWidget* NetworkPage::chooserOfFile() {
 QWidget* NetworkPage::tester() {
     auto* const row = new QWidget;
     auto* const layout = new QVBoxLayout(row);
-    layout->setContentsMargins(0, theme::medium, 0, 0);
+    layout->setContentsMargins(0, theme::Medium, 0, 0);
     layout->addWidget(test_, 0, Qt::AlignLeft);
     layout->addWidget(result_);
     return row;

@@ -28,7 +28,7 @@ NoticePrivacy savedPrivacy(const SettingsStore& store) {
 NoticesPage::NoticesPage(SettingsStore& store)
     : store_(store), widget_(std::make_unique<QWidget>()), choice_(new QButtonGroup(widget_.get())) {
     auto* const layout = new QVBoxLayout(widget_.get());
-    layout->setSpacing(theme::medium);
+    layout->setSpacing(theme::Medium);
     layout->addWidget(new QLabel(QStringLiteral("A notice of a new message shows")));
     const QString captions[] = {QStringLiteral("who has written, and the &text"),
                                 QStringLiteral("&who has written"), QStringLiteral("&neither")};

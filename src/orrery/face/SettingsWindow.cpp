@@ -29,7 +29,7 @@ SettingsWindow::SettingsWindow(std::vector<Page> pages, Orders orders)
     build();
     for (const Page& page : pages_) addPage(page);
     list_->setCurrentRow(0);
-    list_->setFixedWidth(list_->sizeHintForColumn(0) + 3 * theme::large);
+    list_->setFixedWidth(list_->sizeHintForColumn(0) + 3 * theme::Large);
     buttons_->button(QDialogButtonBox::Apply)->setEnabled(false);
     resize(720, 520);
 }
@@ -47,7 +47,7 @@ SettingsWindow::~SettingsWindow() {
 }
 
 void SettingsWindow::build() {
-    list_->setIconSize(QSize(theme::buttonIcon, theme::buttonIcon));
+    list_->setIconSize(QSize(theme::ButtonIcon, theme::ButtonIcon));
     list_->setAccessibleName(QStringLiteral("Pages"));
     problem_->setTextFormat(Qt::PlainText);
     problem_->setWordWrap(true);

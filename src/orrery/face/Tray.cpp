@@ -31,7 +31,21 @@ void Tray::ShowLine(Line line) {
     line_ = line;
     const bool on = line == Line::On;
     icon_.setIcon(theme::icon(on ? QStringLiteral("tray-online") : QStringLiteral("tray-offline")));
-    icon_.setToolTip(on ? QStringLiteral("Talvora: on line") : QStringLiteral("Talvora: off line"));
+    tell();
+}
+
+void Tray::ShowUnread(int count) {
+    unread_ = count;
+    tell();
+}
+
+void Tray::tell() {
+    QString text = QStringLiteral("Talvora");
+    if (line_ != Line::Plain)
+        text += line_ == Line::On ? QStringLiteral(": on line") : QStringLiteral(": off line");
+    if (unread_ == 1) text += QStringLiteral(", 1 unread message");
+    if (unread_ > 1) text += QStringLiteral(", %1 unread messages").arg(unread_);
+    icon_.setToolTip(text);
 }
 
 }  // namespace talvora

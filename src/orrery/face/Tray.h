@@ -19,14 +19,18 @@ class Tray {
 
     static bool Available() { return QSystemTrayIcon::isSystemTrayAvailable(); }
     void ShowLine(Line line);
+    void ShowUnread(int count);
+    QString ToolTip() const { return icon_.toolTip(); }
     const QMenu& Menu() const { return menu_; }
 
   private:
+    void tell();
     void addEntry(const char* text, const std::function<void()>& order);
 
     QMenu menu_;
     QSystemTrayIcon icon_;
     Line line_ = Line::Plain;
+    int unread_ = 0;
 };
 
 }  // namespace talvora

@@ -66,7 +66,7 @@ void Welcome::build() {
     auto* const example = new QLabel(QStringLiteral("(ex. Work.Thessaloniki.Pylea)"));
     example->setFont(theme::smallFont());
     auto* const form = new QFormLayout;
-    form->setSpacing(theme::medium);
+    form->setSpacing(theme::Medium);
     form->addRow(QStringLiteral("&Nick:"), nick_);
     form->addRow(QStringLiteral("&Location path:"), path_);
     form->addRow(QString(), example);
@@ -82,7 +82,7 @@ void Welcome::build() {
     auto* const title = new QLabel(QStringLiteral("Who are you, and where?"));
     title->setFont(theme::titleFont());
     auto* const all = new QVBoxLayout(this);
-    all->setSpacing(theme::large);
+    all->setSpacing(theme::Large);
     all->addWidget(title);
     all->addLayout(form);
     all->addWidget(problem_);

@@ -10,7 +10,7 @@ namespace talvora {
 namespace {
 
 std::ptrdiff_t picturesIn(std::string_view text) {
-    return std::ranges::count(text, kPictureMark);
+    return std::ranges::count(text, PictureMark);
 }
 
 void copyPictures(const Paragraph& from, std::size_t begin, Paragraph& to) {
@@ -27,7 +27,7 @@ auto runAt(const Paragraph& paragraph, std::size_t offset) {
 }
 
 bool hasPlace(char c) {
-    return static_cast<unsigned char>(c) >= ' ' ? c != '\x7f' : c == '\t' || c == kLineBreak;
+    return static_cast<unsigned char>(c) >= ' ' ? c != '\x7f' : c == '\t' || c == LineBreak;
 }
 
 void fill(Paragraph& paragraph, std::string_view text, const CharFormat& format) {
@@ -80,10 +80,10 @@ std::vector<Paragraph> plainParagraphs(std::string_view text, const CharFormat& 
     std::vector<Paragraph> paragraphs;
     for (std::size_t begin = 0;;) {
         const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
-        if (paragraphs.size() < kMaxParagraphs) {
+        if (paragraphs.size() < MaxParagraphs) {
             paragraphs.push_back({{}, {}, {}, paragraphFormat});
         } else {
-            paragraphs.back().Text += kLineBreak;
+            paragraphs.back().Text += LineBreak;
         }
         fill(paragraphs.back(), text.substr(begin, end - begin), format);
         if (end == text.size()) return paragraphs;

@@ -22,7 +22,7 @@ void join(Paragraph& paragraph, const Paragraph& from);
 // Joins runs of one format that have come to stand side by side.
 void normalise(std::vector<Run>& runs);
 
-// Paragraphs of one format. CR LF, CR and LF end a paragraph, tab and kLineBreak stay, other control
+// Paragraphs of one format. CR LF, CR and LF end a paragraph, tab and LineBreak stay, other control
 // characters have no place in a document.
 std::vector<Paragraph> plainParagraphs(std::string_view text, const CharFormat& format,
                                        const ParagraphFormat& paragraphFormat);

@@ -22,7 +22,7 @@ Number littleEndian(std::string_view bytes, std::size_t at, std::size_t size) {
 }
 
 std::optional<PixelSize> bounded(Number width, Number height) {
-    if (width < 1 || height < 1 || width > kMaxPicturePixels || height > kMaxPicturePixels / width)
+    if (width < 1 || height < 1 || width > MaxPicturePixels || height > MaxPicturePixels / width)
         return std::nullopt;
     return PixelSize{static_cast<int>(width), static_cast<int>(height)};
 }
@@ -76,7 +76,7 @@ std::optional<PixelSize> sizeOfDib(std::string_view bytes) {
 }  // namespace
 
 std::optional<PixelSize> pictureSize(Picture::Kind kind, std::string_view bytes) {
-    if (bytes.size() > kMaxPictureBytes) return std::nullopt;
+    if (bytes.size() > MaxPictureBytes) return std::nullopt;
     switch (kind) {
         case Picture::Kind::Png:
             return sizeOfPng(bytes);

@@ -7,9 +7,9 @@
 namespace talvora {
 namespace {
 
-constexpr std::size_t maxRemembered = 128;
-constexpr std::size_t leastWords = 64;
-constexpr std::size_t mostWords = 8 << 10;
+constexpr std::size_t MaxRemembered = 128;
+constexpr std::size_t LeastWords = 64;
+constexpr std::size_t MostWords = 8 << 10;
 
 // Looks at samples only: who finds the key compares the whole.
 std::uint64_t keyOf(std::string_view words) {
@@ -26,7 +26,7 @@ std::uint64_t keyOf(std::string_view words) {
 }  // namespace
 
 bool PictureStore::Recall(std::string_view words, Shared& picture) {
-    if (words_.empty() || words.size() < leastWords) return false;
+    if (words_.empty() || words.size() < LeastWords) return false;
     const auto found = words_.find(keyOf(words));
     if (found == words_.end() || found->second.Text != words) return false;
     picture = count(found->second.Content);
@@ -34,8 +34,8 @@ bool PictureStore::Recall(std::string_view words, Shared& picture) {
 }
 
 void PictureStore::remember(std::string_view words, const std::shared_ptr<Stored>& stored) {
-    if (words.size() < leastWords || words.size() > mostWords) return;
-    if (words_.size() >= maxRemembered) words_.clear();
+    if (words.size() < LeastWords || words.size() > MostWords) return;
+    if (words_.size() >= MaxRemembered) words_.clear();
     words_.insert_or_assign(keyOf(words), Words{std::string(words), stored});
 }
 
@@ -64,7 +64,7 @@ PictureStore::Shared PictureStore::count(const std::shared_ptr<Stored>& stored) 
     const Picture& content = stored->Content;
     if (stored->CountedIn != reading_) {
         const std::int64_t size = std::int64_t{content.PixelWidth} * content.PixelHeight;
-        if (pixels_ + size > kMaxDocumentPixels) return nullptr;
+        if (pixels_ + size > MaxDocumentPixels) return nullptr;
         pixels_ += size;
         stored->CountedIn = reading_;
     }

@@ -7,7 +7,7 @@
 namespace talvora {
 namespace {
 
-constexpr std::string_view lineEnd = "\\par\r\n";
+constexpr std::string_view LineEnd = "\\par\r\n";
 
 }  // namespace
 
@@ -35,7 +35,7 @@ bool RichBody::CutFirstLine() {
     for (; searchedFragment_ < EndNumber(); ++searchedFragment_, searchedOffset_ = 0) {
         const std::string& text = fragments_[searchedFragment_ - first_];
         for (;;) {
-            const std::size_t at = text.find(lineEnd.back(), searchedOffset_);
+            const std::size_t at = text.find(LineEnd.back(), searchedOffset_);
             if (at == std::string::npos) break;
             searchedOffset_ = at + 1;
             if (!lineEndsAt(searchedFragment_, at)) continue;
@@ -48,11 +48,11 @@ bool RichBody::CutFirstLine() {
 
 // Whether the bytes up to and with this one are a line end; it may have begun in the fragments before.
 bool RichBody::lineEndsAt(std::uint64_t number, std::size_t offset) const {
-    for (std::size_t left = lineEnd.size();;) {
+    for (std::size_t left = LineEnd.size();;) {
         const std::string& text = fragments_[number - first_];
         const std::size_t begin = number == first_ ? cut_ : 0;
         for (std::size_t at = offset + 1; at > begin; --at) {
-            if (text[at - 1] != lineEnd[left - 1]) return false;
+            if (text[at - 1] != LineEnd[left - 1]) return false;
             if (--left == 0) return true;
         }
         if (number == first_) return false;

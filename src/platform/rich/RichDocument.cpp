@@ -12,12 +12,12 @@
 namespace talvora {
 namespace {
 
-constexpr std::string_view paragraphEnd = "\r\n";
+constexpr std::string_view ParagraphEnd = "\r\n";
 
 void appendPlain(std::string& to, std::string_view text) {
     const std::size_t begin = to.size();
     to += text;
-    std::replace(to.begin() + static_cast<std::ptrdiff_t>(begin), to.end(), kPictureMark, ' ');
+    std::replace(to.begin() + static_cast<std::ptrdiff_t>(begin), to.end(), PictureMark, ' ');
 }
 
 // Whether text that was read under one head would be the same under another.
@@ -54,7 +54,7 @@ std::string RichDocument::Text(Place begin, Place end) const {
     std::string text;
     for (; begin.Paragraph < end.Paragraph; begin = {begin.Paragraph + 1, 0}) {
         appendPlain(text, std::string_view(At(begin.Paragraph).Text).substr(begin.Offset));
-        text += paragraphEnd;
+        text += ParagraphEnd;
     }
     if (begin < end)
         appendPlain(
@@ -70,9 +70,9 @@ Place RichDocument::PlaceAt(std::size_t position) const {
     std::uint64_t number = first_;
     for (const Paragraph& paragraph : paragraphs_) {
         const std::size_t size = paragraph.Text.size();
-        if (position < size + paragraphEnd.size())
+        if (position < size + ParagraphEnd.size())
             return {number, static_cast<std::uint32_t>(std::min(position, size))};
-        position -= size + paragraphEnd.size();
+        position -= size + ParagraphEnd.size();
         ++number;
     }
     return End();
@@ -82,7 +82,7 @@ std::size_t RichDocument::PositionOf(Place place) const {
     place = Within(place);
     std::size_t position = place.Offset;
     for (std::uint64_t number = first_; number < place.Paragraph; ++number)
-        position += paragraphs_[number - first_].Text.size() + paragraphEnd.size();
+        position += paragraphs_[number - first_].Text.size() + ParagraphEnd.size();
     return position;
 }
 

@@ -56,7 +56,7 @@ class RichDocument {
     // Fault 9 if there is no such paragraph.
     const Paragraph& At(std::uint64_t number) const;
 
-    // The plain text; pictures are blanks, line breaks stay kLineBreak.
+    // The plain text; pictures are blanks, line breaks stay LineBreak.
     std::string Text() const;
     std::size_t TextLength() const;
     // From `begin` up to `end`, in the same form.

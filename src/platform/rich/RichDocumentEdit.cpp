@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr std::size_t kMaxFontName = 64;
+constexpr std::size_t MaxFontName = 64;
 
 std::pair<Place, Place> ordered(Place begin, Place end) {
     return std::minmax(begin, end);
@@ -23,7 +23,7 @@ std::pair<Place, Place> ordered(Place begin, Place end) {
 // What a font table can hold: no control characters, no end of an entry, nothing that is RTF.
 std::string fontName(std::string_view name) {
     std::string clean;
-    for (const char c : name.substr(0, kMaxFontName)) {
+    for (const char c : name.substr(0, MaxFontName)) {
         if (static_cast<unsigned char>(c) >= ' ' &&
             std::string_view(";{}\\\x7f").find(c) == std::string_view::npos) {
             clean += c;
@@ -103,7 +103,7 @@ std::uint16_t RichDocument::FontIndex(std::string_view name, std::uint8_t charse
     });
     const auto index = static_cast<std::size_t>(found - head_.Fonts.begin());
     if (found != head_.Fonts.end()) return static_cast<std::uint16_t>(index);
-    if (clean.empty() || index >= kMaxFonts) return head_.Base.Font;
+    if (clean.empty() || index >= MaxFonts) return head_.Base.Font;
     forgetShown();
     head_.Fonts.push_back({clean, charset});
     HeadChanged.raise();
@@ -115,7 +115,7 @@ std::uint16_t RichDocument::ColorIndex(Colour colour) {
         if (head_.Colors[i] == colour) return static_cast<std::uint16_t>(i);
     }
     const std::size_t index = head_.Colors.size();
-    if (index >= kMaxColors) return 0;
+    if (index >= MaxColors) return 0;
     forgetShown();
     head_.Colors.push_back(colour);
     HeadChanged.raise();

@@ -133,7 +133,7 @@ DocumentChange RichShown::MendFront() {
 void RichShown::eraseFront(std::uint32_t offset) {
     if (offset == 0) return;
     Paragraph& front = paragraphs_.front();
-    const auto marks = std::count(front.Text.begin(), front.Text.begin() + offset, kPictureMark);
+    const auto marks = std::count(front.Text.begin(), front.Text.begin() + offset, PictureMark);
     front.Pictures.erase(front.Pictures.begin(), front.Pictures.begin() + marks);
     front.Text.erase(0, offset);
     auto run = std::ranges::upper_bound(front.Runs, offset, {}, &Run::Begin);

@@ -15,7 +15,7 @@ struct CharFormat {
     std::uint16_t Color = 0;        // index in the colour table; 0 is the automatic colour
     std::uint16_t Highlight = 0;    // the colour behind the text; 0 is none
     std::uint16_t Font = 0;         // index in the font table
-    std::uint16_t HalfPoints = 24;  // size, kMinHalfPoints to kMaxHalfPoints
+    std::uint16_t HalfPoints = 24;  // size, MinHalfPoints to MaxHalfPoints
     bool Bold = false;
     bool Italic = false;
     bool Underline = false;
@@ -24,12 +24,12 @@ struct CharFormat {
     bool operator==(const CharFormat&) const = default;
 };
 
-constexpr int kMinHalfPoints = 4;
-constexpr int kMaxHalfPoints = 288;
+constexpr int MinHalfPoints = 4;
+constexpr int MaxHalfPoints = 288;
 
 enum class Alignment : std::uint8_t { Left, Right, Center, Justify };
 
-// Lengths in twips, 1440 to the inch, within kMaxTwips on both sides of 0.
+// Lengths in twips, 1440 to the inch, within MaxTwips on both sides of 0.
 struct ParagraphFormat {
     Alignment Align = Alignment::Left;
     std::int16_t LeftIndent = 0;
@@ -41,7 +41,7 @@ struct ParagraphFormat {
     bool operator==(const ParagraphFormat&) const = default;
 };
 
-constexpr int kMaxTwips = 31680;
+constexpr int MaxTwips = 31680;
 
 // A picture as it came, checked but not decoded: kind, size in bytes and size in pixels are within bounds and
 // agree with its header. Immutable; paragraphs share it.
@@ -58,9 +58,9 @@ struct Picture {
     bool operator==(const Picture&) const = default;
 };
 
-constexpr std::size_t kMaxPictureBytes = 8 << 20;
-constexpr std::int64_t kMaxPicturePixels = 16 << 20;   // of one picture
-constexpr std::int64_t kMaxDocumentPixels = 64 << 20;  // of all different pictures that one reading brings
+constexpr std::size_t MaxPictureBytes = 8 << 20;
+constexpr std::int64_t MaxPicturePixels = 16 << 20;   // of one picture
+constexpr std::int64_t MaxDocumentPixels = 64 << 20;  // of all different pictures that one reading brings
 
 // The text from `Begin` to the next run's begin, or to the paragraph's end.
 struct Run {
@@ -71,13 +71,13 @@ struct Run {
 };
 
 // The characters of a paragraph's text that are no letters.
-constexpr char kLineBreak = '\v';      // a new line within the paragraph
-constexpr char kPictureMark = '\x1a';  // stands for the next of `Pictures`
+constexpr char LineBreak = '\v';      // a new line within the paragraph
+constexpr char PictureMark = '\x1a';  // stands for the next of `Pictures`
 
 struct Paragraph {
     std::string Text;       // code page 1253; the only characters below the blank are tab and the two above
     std::vector<Run> Runs;  // by Begin, the first at 0, neighbours differ; empty only if Text is
-    std::vector<std::shared_ptr<const Picture>> Pictures;  // one for each kPictureMark, in order
+    std::vector<std::shared_ptr<const Picture>> Pictures;  // one for each PictureMark, in order
     ParagraphFormat Format;
 };
 
@@ -93,8 +93,8 @@ struct FontEntry {
 
 // The tables and the state in which each fragment of the document starts.
 struct RichHead {
-    std::vector<FontEntry> Fonts;  // never empty, at most kMaxFonts
-    std::vector<Colour> Colors;    // entry 0 is the automatic colour, whatever its value; at most kMaxColors
+    std::vector<FontEntry> Fonts;  // never empty, at most MaxFonts
+    std::vector<Colour> Colors;    // entry 0 is the automatic colour, whatever its value; at most MaxColors
     CharFormat Base;
     ParagraphFormat BaseParagraph;
     int CodePage = 1253;  // of text whose font doesn't name one
@@ -107,10 +107,10 @@ struct RichHead {
 
 // What one reading makes at most; further paragraph ends become line breaks. An empty paragraph takes a
 // hundred times the memory of the word that makes it.
-constexpr std::size_t kMaxParagraphs = 200'000;         // of a document or plain text
-constexpr std::size_t kMaxParagraphsOfFragment = 1000;  // of one fragment
+constexpr std::size_t MaxParagraphs = 200'000;         // of a document or plain text
+constexpr std::size_t MaxParagraphsOfFragment = 1000;  // of one fragment
 
-constexpr std::size_t kMaxFonts = 1024;
-constexpr std::size_t kMaxColors = 4096;
+constexpr std::size_t MaxFonts = 1024;
+constexpr std::size_t MaxColors = 4096;
 
 }  // namespace talvora

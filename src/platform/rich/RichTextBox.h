@@ -96,7 +96,7 @@ class RichTextBox {
     void userSelects(Place anchor, Place caret);
     // What is typed replaces the selection and takes its first character's format, or the one before the
     // caret; CR LF, CR or LF end a paragraph. Nothing that the user's hands do changes a locked box, or makes
-    // the text longer than kMaxTextByHand.
+    // the text longer than MaxTextByHand.
     void userTypes(std::string_view text);
     void userInsertsLineBreak();
     // Deletes the selection, or one character (or paragraph end) before or behind the caret.
@@ -114,7 +114,7 @@ class RichTextBox {
     bool CanUndo() const;
     bool CanRedo() const;
 
-    static constexpr std::size_t kMaxTextByHand = 4 << 20;
+    static constexpr std::size_t MaxTextByHand = 4 << 20;
 
   private:
     enum class Hand { User, Code };

@@ -94,7 +94,7 @@ void RichTextBox::SetSelFontName(std::string_view name) {
 
 void RichTextBox::SetSelFontSize(double points) {
     const double halves = std::round(points * 2);
-    if (!(halves >= kMinHalfPoints && halves <= kMaxHalfPoints))
+    if (!(halves >= MinHalfPoints && halves <= MaxHalfPoints))
         throw RuntimeError(Fault::InvalidProcedureCall);
     reformat([halves](CharFormat& format) { format.HalfPoints = static_cast<std::uint16_t>(halves); });
 }

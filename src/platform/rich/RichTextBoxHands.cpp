@@ -13,7 +13,7 @@ namespace talvora {
 
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
+constexpr int TwipsPerPixel = 15;
 
 // Finds the fonts and colours of another document in the tables of this one, each once.
 class Tables {
@@ -60,7 +60,7 @@ class Tables {
 // The picture in its natural size on the page, smaller if the page can't hold it.
 std::shared_ptr<const Picture> sized(const std::shared_ptr<const Picture>& picture) {
     const int longer = std::max(picture->PixelWidth, picture->PixelHeight);
-    const double scale = std::min<double>(kTwipsPerPixel, kMaxTwips / std::max(1.0, double(longer)));
+    const double scale = std::min<double>(TwipsPerPixel, MaxTwips / std::max(1.0, double(longer)));
     const int width = std::max(1, static_cast<int>(picture->PixelWidth * scale));
     const int height = std::max(1, static_cast<int>(picture->PixelHeight * scale));
     if (picture->WidthTwips == width && picture->HeightTwips == height) return picture;
@@ -90,7 +90,7 @@ std::vector<Paragraph> RichTextBox::pastedFrom(const Clipboard& clipboard) {
     if (const auto rtf = clipboard.GetText(ClipboardFormat::RTF)) return adopted(*rtf);
     if (const auto picture = clipboard.GetData()) {
         auto paragraphs = plain({});
-        paragraphs[0].Text = kPictureMark;
+        paragraphs[0].Text = PictureMark;
         paragraphs[0].Runs = {{0, formatOfNext()}};
         paragraphs[0].Pictures = {sized(picture)};
         return paragraphs;
@@ -117,7 +117,7 @@ bool RichTextBox::fitLength(Place begin, Place end, std::vector<Paragraph>& by) 
     if (!length_) length_ = document_.TextLength();
     const std::size_t stays = *length_ - lengthOf(document_.Copy(begin, end));
     const std::size_t asked = lengthOf(by);
-    shorten(by, kMaxTextByHand - std::min(stays, kMaxTextByHand));
+    shorten(by, MaxTextByHand - std::min(stays, MaxTextByHand));
     return asked == 0 || lengthOf(by) != 0;
 }
 
@@ -196,7 +196,7 @@ void RichTextBox::userTypes(std::string_view text) {
 }
 
 void RichTextBox::userInsertsLineBreak() {
-    userTypes(std::string_view(&kLineBreak, 1));
+    userTypes(std::string_view(&LineBreak, 1));
 }
 
 void RichTextBox::userErasesBackward() {
@@ -236,7 +236,7 @@ void RichTextBox::userCopies(Clipboard& clipboard) const {
     if (begin == end) return;
     clipboard.Clear();
     clipboard.SetText(SelRTF(), ClipboardFormat::RTF);
-    clipboard.SetText(Replace(SelText(), std::string_view(&kLineBreak, 1), "\r\n"), ClipboardFormat::Text);
+    clipboard.SetText(Replace(SelText(), std::string_view(&LineBreak, 1), "\r\n"), ClipboardFormat::Text);
 }
 
 void RichTextBox::userCuts(Clipboard& clipboard) {

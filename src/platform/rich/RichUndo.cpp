@@ -90,7 +90,7 @@ void RichUndo::dropUndone() {
 
 void RichUndo::bound() {
     // The newest step is kept, however large it is.
-    while (steps_.size() > kMaxSteps || (steps_.size() > 1 && bytes_ > kMaxBytes)) {
+    while (steps_.size() > MaxSteps || (steps_.size() > 1 && bytes_ > MaxBytes)) {
         bytes_ -= bytesOf(steps_.front());
         steps_.pop_front();
     }

@@ -46,8 +46,8 @@ class RichUndo {
     bool CanUndo() const { return done_ > 0; }
     bool CanRedo() const { return done_ < steps_.size(); }
 
-    static constexpr std::size_t kMaxSteps = 500;
-    static constexpr std::size_t kMaxBytes = 8 << 20;
+    static constexpr std::size_t MaxSteps = 500;
+    static constexpr std::size_t MaxBytes = 8 << 20;
 
   private:
     bool joinLast(const EditStep& step);

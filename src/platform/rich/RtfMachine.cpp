@@ -9,7 +9,7 @@
 namespace talvora {
 namespace {
 
-constexpr std::size_t maxDepth = 256;
+constexpr std::size_t MaxDepth = 256;
 
 bool isControl(char32_t code) {
     return (code < ' ' && code != '\t') || code == 0x7F;
@@ -84,7 +84,7 @@ void RtfMachine::run() {
 
 void RtfMachine::open() {
     endOfCharacter();
-    if (stack_.size() < maxDepth)
+    if (stack_.size() < MaxDepth)
         stack_.push_back(state_);
     else
         ++flattened_;
@@ -197,7 +197,7 @@ void RtfMachine::append(std::string_view text) {
 
 void RtfMachine::endParagraph() {
     if (state_.Destination != RtfDestination::Body) return;
-    if (++ended_ >= (fragments_ ? kMaxParagraphsOfFragment : kMaxParagraphs)) return append({&kLineBreak, 1});
+    if (++ended_ >= (fragments_ ? MaxParagraphsOfFragment : MaxParagraphs)) return append({&LineBreak, 1});
     if (!baseKnown_) noteBase();
     if (!fragments_ && open_->Text.empty()) open_->Format = state_.Block;
     open_ = &paragraphs_->emplace_back();
@@ -293,7 +293,7 @@ void RtfMachine::finishPicture() {
 
 void RtfMachine::appendPicture(std::shared_ptr<const Picture> picture) {
     if (!picture || state_.Destination != RtfDestination::Body) return;
-    append({&kPictureMark, 1});
+    append({&PictureMark, 1});
     open_->Pictures.push_back(std::move(picture));
 }
 

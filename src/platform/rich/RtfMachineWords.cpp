@@ -9,14 +9,14 @@
 namespace talvora {
 namespace {
 
-constexpr int maxUnicodeSkip = 16;
-constexpr int maxFontNumber = 0xFFFF;
-constexpr std::size_t maxFontName = 128;
-constexpr std::uint16_t noFont = 0xFFFF;
-static_assert(kMaxFonts < noFont);
+constexpr int MaxUnicodeSkip = 16;
+constexpr int MaxFontNumber = 0xFFFF;
+constexpr std::size_t LongestFontName = 128;
+constexpr std::uint16_t NoFont = 0xFFFF;
+static_assert(MaxFonts < NoFont);
 
 std::int16_t twips(std::int32_t number, int least) {
-    return static_cast<std::int16_t>(std::clamp(number, least, kMaxTwips));
+    return static_cast<std::int16_t>(std::clamp(number, least, MaxTwips));
 }
 
 }  // namespace
@@ -122,16 +122,16 @@ void RtfMachine::setValue(RtfValue value) {
             break;
         case RtfValue::HalfPoints:
             state_.Format.HalfPoints = static_cast<std::uint16_t>(
-                std::clamp(scanner_.Number(CharFormat{}.HalfPoints), kMinHalfPoints, kMaxHalfPoints));
+                std::clamp(scanner_.Number(CharFormat{}.HalfPoints), MinHalfPoints, MaxHalfPoints));
             break;
         case RtfValue::LeftIndent:
-            block.LeftIndent = twips(number, -kMaxTwips);
+            block.LeftIndent = twips(number, -MaxTwips);
             break;
         case RtfValue::RightIndent:
-            block.RightIndent = twips(number, -kMaxTwips);
+            block.RightIndent = twips(number, -MaxTwips);
             break;
         case RtfValue::FirstIndent:
-            block.FirstIndent = twips(number, -kMaxTwips);
+            block.FirstIndent = twips(number, -MaxTwips);
             break;
         case RtfValue::SpaceBefore:
             block.SpaceBefore = twips(number, 0);
@@ -140,7 +140,7 @@ void RtfMachine::setValue(RtfValue value) {
             block.SpaceAfter = twips(number, 0);
             break;
         case RtfValue::UnicodeSkip:
-            state_.UnicodeSkip = std::clamp(scanner_.Number(1), 0, maxUnicodeSkip);
+            state_.UnicodeSkip = std::clamp(scanner_.Number(1), 0, MaxUnicodeSkip);
             break;
         case RtfValue::Unicode:
             unicode(number);
@@ -260,7 +260,7 @@ void RtfMachine::startFont(int number) {
 void RtfMachine::addToFonts(std::string_view text) {
     for (;;) {
         const std::size_t end = text.find(';');
-        const std::size_t room = maxFontName - std::min(maxFontName, font_.Name.size());
+        const std::size_t room = LongestFontName - std::min(LongestFontName, font_.Name.size());
         font_.Name += text.substr(0, std::min(end, room));
         if (end == std::string_view::npos) return;
         addFont();
@@ -269,10 +269,10 @@ void RtfMachine::addToFonts(std::string_view text) {
 }
 
 void RtfMachine::addFont() {
-    const bool possible = fontNumber_ >= 0 && fontNumber_ <= maxFontNumber && head_.Fonts.size() < kMaxFonts;
+    const bool possible = fontNumber_ >= 0 && fontNumber_ <= MaxFontNumber && head_.Fonts.size() < MaxFonts;
     const auto number = static_cast<std::size_t>(fontNumber_);
-    if (possible && number >= fontOfNumber_.size()) fontOfNumber_.resize(number + 1, noFont);
-    if (possible && fontOfNumber_[number] == noFont) {
+    if (possible && number >= fontOfNumber_.size()) fontOfNumber_.resize(number + 1, NoFont);
+    if (possible && fontOfNumber_[number] == NoFont) {
         if (!std::exchange(fontsRead_, true)) head_.Fonts.clear();
         fontOfNumber_[number] = static_cast<std::uint16_t>(head_.Fonts.size());
         pageOfFont_.push_back(codePageOfCharset(font_.Charset, codePageOf(head_.CodePage)));
@@ -297,7 +297,7 @@ void RtfMachine::selectFont(int number) {
 void RtfMachine::addToColors(std::string_view text) {
     auto ends = std::count(text.begin(), text.end(), ';');
     if (ends > 0 && !std::exchange(colorsRead_, true)) head_.Colors.clear();
-    for (; ends > 0 && head_.Colors.size() < kMaxColors; --ends)
+    for (; ends > 0 && head_.Colors.size() < MaxColors; --ends)
         head_.Colors.push_back(std::exchange(color_, 0));
 }
 

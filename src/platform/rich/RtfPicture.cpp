@@ -24,7 +24,7 @@ int valueOf(char digit) {
     return hexDigits[static_cast<unsigned char>(digit)];
 }
 
-constexpr int twipsOfPixel = 15;
+constexpr int TwipsOfPixel = 15;
 
 }  // namespace
 
@@ -37,7 +37,7 @@ void RtfPicture::Begin() {
 }
 
 void RtfPicture::AddHex(std::string_view digits) {
-    if (!kind_ || bytes_.size() > kMaxPictureBytes) return;
+    if (!kind_ || bytes_.size() > MaxPictureBytes) return;
     std::size_t at = 0;
     if (half_ < 0) {
         const std::size_t begin = bytes_.size();
@@ -59,14 +59,14 @@ void RtfPicture::AddHex(std::string_view digits) {
 }
 
 void RtfPicture::AddBytes(std::string_view bytes) {
-    if (kind_ && bytes_.size() + bytes.size() <= kMaxPictureBytes) bytes_ += bytes;
+    if (kind_ && bytes_.size() + bytes.size() <= MaxPictureBytes) bytes_ += bytes;
 }
 
 // The goal, by the scale; without a goal, of a screen's pixels.
 int RtfPicture::twips(Length length, int pixels) {
-    const std::int64_t goal = length.Goal > 0 ? length.Goal : std::int64_t{pixels} * twipsOfPixel;
+    const std::int64_t goal = length.Goal > 0 ? length.Goal : std::int64_t{pixels} * TwipsOfPixel;
     const std::int64_t percent = length.Percent > 0 ? length.Percent : 100;
-    return static_cast<int>(std::clamp<std::int64_t>(goal * percent / 100, 1, kMaxTwips));
+    return static_cast<int>(std::clamp<std::int64_t>(goal * percent / 100, 1, MaxTwips));
 }
 
 std::optional<Picture> RtfPicture::Finish() {

@@ -17,7 +17,7 @@ enum class RtfToken : std::uint8_t { End, Text, Word, Symbol, Hex, Open, Close, 
 constexpr std::uint32_t rtfHash(std::uint32_t hash, char letter) {
     return (hash ^ static_cast<unsigned char>(letter)) * 0x01000193U;
 }
-constexpr std::uint32_t kRtfHashStart = 0x811C9DC5U;
+constexpr std::uint32_t RtfHashStart = 0x811C9DC5U;
 
 namespace detail {
 
@@ -111,7 +111,7 @@ inline RtfToken RtfScanner::control() {
 
 inline RtfToken RtfScanner::word() {
     const char* const begin = at_;
-    hash_ = kRtfHashStart;
+    hash_ = RtfHashStart;
     for (; at_ != end_ && isLetter(*at_); ++at_) hash_ = rtfHash(hash_, *at_);
     text_ = {begin, static_cast<std::size_t>(at_ - begin)};
     number();

@@ -68,7 +68,7 @@ constexpr RtfWord allWords[] = {
     symbol("tab", '\t'),
     symbol("cell", '\t'),
     symbol("nestcell", '\t'),
-    symbol("line", kLineBreak),
+    symbol("line", LineBreak),
     symbol("emdash", '\x97'),
     symbol("endash", '\x96'),
     symbol("bullet", '\x95'),
@@ -146,21 +146,21 @@ constexpr RtfWord allWords[] = {
     group("mmathPr"),
 };
 
-constexpr std::size_t slotCount = 512;
-static_assert(std::size(allWords) < slotCount / 2);
+constexpr std::size_t SlotCount = 512;
+static_assert(std::size(allWords) < SlotCount / 2);
 
 constexpr std::uint32_t hashOf(std::string_view name) {
-    std::uint32_t hash = kRtfHashStart;
+    std::uint32_t hash = RtfHashStart;
     for (const char letter : name) hash = rtfHash(hash, letter);
     return hash;
 }
 
 // Slot by hash, or one of the next; number and 1 of the word, 0 where there is none.
 constexpr auto slots = [] {
-    std::array<std::uint8_t, slotCount> table{};
+    std::array<std::uint8_t, SlotCount> table{};
     for (std::size_t i = 0; i < std::size(allWords); ++i) {
-        std::size_t slot = hashOf(allWords[i].Name) % slotCount;
-        while (table[slot] != 0) slot = (slot + 1) % slotCount;
+        std::size_t slot = hashOf(allWords[i].Name) % SlotCount;
+        while (table[slot] != 0) slot = (slot + 1) % SlotCount;
         table[slot] = static_cast<std::uint8_t>(i + 1);
     }
     return table;
@@ -171,7 +171,7 @@ constexpr RtfWord unknown;
 }  // namespace
 
 const RtfWord& findRtfWord(std::string_view name, std::uint32_t hash) {
-    for (std::size_t slot = hash % slotCount; slots[slot] != 0; slot = (slot + 1) % slotCount) {
+    for (std::size_t slot = hash % SlotCount; slots[slot] != 0; slot = (slot + 1) % SlotCount) {
         const RtfWord& word = allWords[slots[slot] - 1];
         if (word.Name == name) return word;
     }

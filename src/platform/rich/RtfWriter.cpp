@@ -10,10 +10,10 @@ namespace talvora {
 
 namespace {
 
-constexpr std::string_view kDigits = "0123456789abcdef";
-constexpr std::size_t kBytesPerLine = 64;
-constexpr int kGreek = 161;
-constexpr int kDefaultCharset = 1;
+constexpr std::string_view Digits = "0123456789abcdef";
+constexpr std::size_t BytesPerLine = 64;
+constexpr int Greek = 161;
+constexpr int DefaultCharset = 1;
 
 class Writer {
   public:
@@ -105,9 +105,9 @@ void Writer::writeHead() {
 }
 
 void Writer::writeParagraphFormat(const ParagraphFormat& format) {
-    constexpr std::array<std::string_view, 4> kAlignments = {"", "\\qr", "\\qc", "\\qj"};
+    constexpr std::array<std::string_view, 4> Alignments = {"", "\\qr", "\\qc", "\\qj"};
     rtf_ += "\\pard";
-    rtf_ += kAlignments.at(static_cast<std::size_t>(format.Align));
+    rtf_ += Alignments.at(static_cast<std::size_t>(format.Align));
     ParagraphFormat plain;
     change(plain.LeftIndent, format.LeftIndent, "li");
     change(plain.RightIndent, format.RightIndent, "ri");
@@ -148,7 +148,7 @@ void Writer::writeParagraph(const Paragraph& paragraph) {
 bool Writer::standsAsItIs(const CharFormat& format) const {
     if (format.Font >= head_.Fonts.size()) throw RuntimeError(Fault::SubscriptOutOfRange);
     const int charset = head_.Fonts[format.Font].Charset;
-    return charset == kGreek || charset == kDefaultCharset;
+    return charset == Greek || charset == DefaultCharset;
 }
 
 void Writer::writeText(const Paragraph& paragraph, std::size_t begin, std::size_t end, std::size_t& picture) {
@@ -163,7 +163,7 @@ void Writer::writeText(const Paragraph& paragraph, std::size_t begin, std::size_
         while (i < end && isPlain(paragraph.Text[i])) ++i;
         rtf_.append(paragraph.Text, from, i - from);
         if (i == end) return;
-        if (paragraph.Text[i] != kPictureMark) {
+        if (paragraph.Text[i] != PictureMark) {
             writeCharacter(paragraph.Text[i]);
             continue;
         }
@@ -175,7 +175,7 @@ void Writer::writeText(const Paragraph& paragraph, std::size_t begin, std::size_
 void Writer::writeCharacter(char c) {
     if (c == '\t') {
         rtf_ += "\\tab ";
-    } else if (c == kLineBreak) {
+    } else if (c == LineBreak) {
         rtf_ += "\\line ";
     } else if (static_cast<unsigned char>(c) >= 0x80) {
         word("u", long{static_cast<std::int16_t>(codePointOf(static_cast<unsigned char>(c)))});
@@ -187,18 +187,18 @@ void Writer::writeCharacter(char c) {
 }
 
 void Writer::writePicture(const Picture& picture) {
-    constexpr std::array<std::string_view, 3> kKinds = {"\\pngblip", "\\jpegblip", "\\dibitmap0"};
+    constexpr std::array<std::string_view, 3> Kinds = {"\\pngblip", "\\jpegblip", "\\dibitmap0"};
     rtf_ += "{\\pict";
-    rtf_ += kKinds.at(static_cast<std::size_t>(picture.Type));
+    rtf_ += Kinds.at(static_cast<std::size_t>(picture.Type));
     word("picw", long{picture.PixelWidth});
     word("pich", long{picture.PixelHeight});
     word("picwgoal", long{picture.WidthTwips});
     word("pichgoal", long{picture.HeightTwips});
     for (std::size_t i = 0; i < picture.Bytes.size(); ++i) {
-        if (i % kBytesPerLine == 0) rtf_ += "\r\n";
+        if (i % BytesPerLine == 0) rtf_ += "\r\n";
         const auto byte = static_cast<unsigned char>(picture.Bytes[i]);
-        rtf_ += kDigits[byte >> 4];
-        rtf_ += kDigits[byte & 15];
+        rtf_ += Digits[byte >> 4];
+        rtf_ += Digits[byte & 15];
     }
     rtf_ += '}';
 }

@@ -9,8 +9,8 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr int firstPort = 20000;
-constexpr int ports = 12000;
+constexpr int FirstPort = 20000;
+constexpr int Ports = 12000;
 
 bool canBeBound(int port) {
     return QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(port));
@@ -20,9 +20,9 @@ bool canBeBound(int port) {
 
 FreePort::FreePort() {
     claim_.setSocketOptions(QLocalServer::AbstractNamespaceOption);
-    const auto start = static_cast<int>(QCoreApplication::applicationPid() * 7 % ports);
-    for (int tries = 0; tries < ports; ++tries) {
-        const int port = firstPort + (start + tries) % ports;
+    const auto start = static_cast<int>(QCoreApplication::applicationPid() * 7 % Ports);
+    for (int tries = 0; tries < Ports; ++tries) {
+        const int port = FirstPort + (start + tries) % Ports;
         if (!claim_.listen(QStringLiteral("talvora-port-%1").arg(port))) continue;
         number_ = port;
         if (canBeBound(port)) return;

@@ -7,9 +7,9 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr const char* tmux = "/usr/bin/tmux";
-constexpr const char* irssi = "/usr/bin/irssi";
-constexpr int lookPeriod = 20;  // milliseconds; a terminal has no sign for what comes onto its screen
+constexpr const char* Tmux = "/usr/bin/tmux";
+constexpr const char* Client = "/usr/bin/irssi";
+constexpr int LookPeriod = 20;  // milliseconds; a terminal has no sign for what comes onto its screen
 
 // Everything in one window, nothing of what is typed held back, and no look at the machine's own settings.
 std::string configOf(int port, const IrssiOptions& options) {
@@ -32,7 +32,7 @@ settings = {
 }  // namespace
 
 std::string Irssi::whyNot() {
-    for (const char* program : {tmux, irssi}) {
+    for (const char* program : {Tmux, Client}) {
         if (!std::filesystem::exists(program)) return std::string(program) + " is not installed";
     }
     return "";
@@ -41,7 +41,7 @@ std::string Irssi::whyNot() {
 // Never starts a server of its own: that one would not end with the test.
 Process Irssi::run(std::initializer_list<std::string> words) const {
     Program program;
-    program.arguments = {tmux, "-u", "-N", "-S", folder_ / "tmux.sock"};
+    program.arguments = {Tmux, "-u", "-N", "-S", folder_ / "tmux.sock"};
     program.arguments.insert(program.arguments.end(), words);
     program.environment = {"TMUX=", "LC_ALL=C.UTF-8"};
     return Process(program);
@@ -50,17 +50,17 @@ Process Irssi::run(std::initializer_list<std::string> words) const {
 Irssi::Irssi(int serverPort, const IrssiOptions& options) {
     folder_.write("irssi/config", configOf(serverPort, options));
     Program server;
-    server.arguments = {tmux, "-u", "-S", folder_ / "tmux.sock", "-f", "/dev/null", "-D"};
+    server.arguments = {Tmux, "-u", "-S", folder_ / "tmux.sock", "-f", "/dev/null", "-D"};
     server.environment = {"TMUX=", "LC_ALL=C.UTF-8", "HOME=" + folder_.path().string()};
     terminal_ = std::make_unique<Process>(server);
     const Deadline deadline(Patience);
     const std::string home = "--home=" + (folder_ / "irssi");
     // Wide enough that no line is broken, and high enough that none leaves it.
-    while (run({"new-session", "-d", "-x", "200", "-y", "200", irssi, home}).waitExit() != 0) {
+    while (run({"new-session", "-d", "-x", "200", "-y", "200", Client, home}).waitExit() != 0) {
         if (terminal_->ended() || deadline.passed()) {
             throw Missing("tmux takes no session. It wrote:\n" + terminal_->output());
         }
-        terminal_->idle(lookPeriod);
+        terminal_->idle(LookPeriod);
     }
     expect(options.channel + ": Total of [0-9]+ nicks");
 }
@@ -92,7 +92,7 @@ void Irssi::expect(const std::string& pattern) {
         if (terminal_->ended() || deadline.passed()) {
             throw Missing("irssi does not show \"" + pattern + "\". Its screen:\n" + shown);
         }
-        terminal_->idle(lookPeriod);
+        terminal_->idle(LookPeriod);
     }
 }
 

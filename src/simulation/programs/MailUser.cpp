@@ -4,7 +4,7 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr const char* systemChannel = "#orrery";
+constexpr const char* SystemChannel = "#orrery";
 
 std::string trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(' ');
@@ -28,7 +28,7 @@ MailUser::MailUser(int port, std::string nick) : nick_(std::move(nick)), lines_(
     lines_.filter = [this](const std::string& line) { return handle(line); };
     lines_.send("NICK " + nick_);
     lines_.send("USER " + nick_ + " 0 * :Mail user");
-    lines_.send(std::string("JOIN ") + systemChannel + " sesame");
+    lines_.send(std::string("JOIN ") + SystemChannel + " sesame");
     const Deadline deadline(Patience);
     while (!welcome_) {
         if (deadline.passed() || gone()) throw Missing(nick_ + " cannot log on:\n" + lines_.transcript);
@@ -41,7 +41,10 @@ bool MailUser::handle(const std::string& line) {
     const bool ofRobot = words[0].starts_with(":OrreryServ!");
     if (words[0] == "PING") lines_.send("PONG " + line.substr(5));
     if (words[1] == "353" && line.find("OrreryServ") != line.npos) robotIsThere_ = true;
-    if (words[1] == "366") welcome_ = true;
+    if (words[1] == "366") {
+        welcome_ = true;
+        if (robotIsThere_) begin();
+    }
     if (ofRobot && (words[1] == "JOIN" || words[1] == "QUIT")) robotCame(words[1] == "JOIN");
     if (ofRobot && words[1] == "PRIVMSG" && words[2] == nick_ && words[3].starts_with(":\1")) {
         const std::vector<std::string> text =

@@ -12,7 +12,8 @@ std::string robotConfig(int serverPort, int addressPort, const std::string& data
 }
 
 Network::Network(const RobotOptions& options)
-    : config_(
+    : server_(options.server),
+      config_(
           folder_.write("orreryserv.ini", robotConfig(port(), addressPort(), folder_ / "robot.db", options))),
       watcher_(port(), "Watcher") {
     startRobot();

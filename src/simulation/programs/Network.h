@@ -20,6 +20,7 @@ struct RobotOptions {
     std::string addressHost = "127.0.0.1";  // told to those who ask for the address server
     bool waitForRobot = true;               // until it is logged on
     std::string pacing = "LinesPerSecond=0\nRequestsPerMinute=1000000\n";
+    ServerKind server = ServerKind::Ngircd;
 };
 
 // The configuration of a robot on loopback that keeps its store in the file `database`.
@@ -51,7 +52,7 @@ class Network {
 
   private:
     Folder folder_;
-    IrcServer server_{ServerKind::Ngircd};
+    IrcServer server_;
     FreePort addressPort_;
     std::string config_;
     IrcPeer watcher_;

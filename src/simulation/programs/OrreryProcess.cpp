@@ -48,25 +48,38 @@ Program orreryProgram(const Folder& folder, const std::string& profile,
     return program;
 }
 
-OrreryProcess::OrreryProcess(IrcServer& server, const OrreryOptions& options) {
+OrreryProcess::OrreryProcess(IrcServer& server, const OrreryOptions& options)
+    : serverPort_(server.port()), screen_(options.screen) {
     server.hold();
-    start(server.port(), options);
+    start(options);
     server.goOn();
 }
 
-OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options) {
-    start(serverPort, options);
+OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options)
+    : serverPort_(serverPort), screen_(options.screen) {
+    start(options);
 }
 
-void OrreryProcess::start(int serverPort, const OrreryOptions& options) {
-    const std::string profile = folder_.write("network.ini", profileText(serverPort, options));
+void OrreryProcess::start(const OrreryOptions& options) {
+    folder_.write("network.ini", profileText(serverPort_, options));
     installPlugins(folder_, options);
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());
-    Program program = orreryProgram(folder_, profile, settings);
-    if (!options.screen.empty()) std::erase(program.arguments, "--headless");
-    program.environment.insert(program.environment.end(), options.screen.begin(), options.screen.end());
+    std::string queue;
+    for (const std::string& mail : options.mails) {
+        const std::string name = "o" + std::to_string(&mail - options.mails.data() + 1) + ".qrm";
+        folder_.write("data/Mail/" + name, mail);
+        queue += name + "|";
+    }
+    if (!queue.empty()) settings.push_back("Incompleted/SendQueue=" + queue);
+    startAgain(settings);
+}
+
+void OrreryProcess::startAgain(const std::vector<std::string>& settings) {
+    Program program = orreryProgram(folder_, folder_ / "network.ini", settings);
+    if (!screen_.empty()) std::erase(program.arguments, "--headless");
+    program.environment.insert(program.environment.end(), screen_.begin(), screen_.end());
     process_ = std::make_unique<Process>(program);
     const Deadline deadline(Patience);
     while (LineSocket(gatePath()).closed()) {
@@ -78,6 +91,11 @@ void OrreryProcess::start(int serverPort, const OrreryOptions& options) {
     gate_ = std::make_unique<GateReader>(gatePath());
     gate_->send(HostMsg::GatherAbout, {});
     gate_->takeLine(hostMessage(HostMsg::About));
+}
+
+void OrreryProcess::kill() {
+    gate_.reset();
+    process_.reset();
 }
 
 int OrreryProcess::terminate() {

@@ -23,6 +23,7 @@ struct OrreryOptions {
     std::string systemKey = "sesame";
     std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
     std::string pluginList{};            // System/plugin.lst; "" leaves what is shipped
+    std::vector<std::string> mails{};    // that wait to be sent, as a killed composer leaves them
     std::vector<std::string> screen{};   // the environment of a screen; with windows if there is any
 };
 
@@ -40,11 +41,17 @@ class OrreryProcess {
     const Folder& folder() const { return folder_; }
     // SIGTERM, and the exit status.
     int terminate();
+    // kill -9. Returns when the process is gone.
+    void kill();
+    // The same program again, on what the last one left. `settings` are SECTION/KEY=VALUE.
+    void startAgain(const std::vector<std::string>& settings = {});
 
   private:
-    void start(int serverPort, const OrreryOptions& options);
+    void start(const OrreryOptions& options);
 
+    int serverPort_;
     Folder folder_;
+    std::vector<std::string> screen_;
     std::unique_ptr<Process> process_;
     std::unique_ptr<GateReader> gate_;
 };

@@ -11,8 +11,8 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr int notStarted = 127;
-constexpr int lookAtOutput = 10;  // milliseconds
+constexpr int NotStarted = 127;
+constexpr int LookAtOutput = 10;  // milliseconds
 
 bool dropTo(const UserId& id) {
     return setgroups(0, nullptr) == 0 && setgid(id.group) == 0 && setuid(id.user) == 0;
@@ -47,7 +47,7 @@ Process::Process(const Program& program) : name_(program.arguments.at(0)) {
     process_.setWorkingDirectory(QString::fromStdString(program.workingFolder));
     const std::optional<UserId> user = program.dropRoot ? unprivilegedUser() : std::nullopt;
     process_.setChildProcessModifier([user] {
-        if (user && !dropTo(*user)) _exit(notStarted);
+        if (user && !dropTo(*user)) _exit(NotStarted);
         prctl(PR_SET_PDEATHSIG, SIGKILL);  // behind the change of the user, which would undo it
     });
     QStringList arguments;
@@ -78,7 +78,7 @@ int Process::waitExit(Milliseconds wait) {
     if (!ended() && !process_.waitForFinished(static_cast<int>(wait.count()))) {
         throw Missing(name_ + " does not end. It wrote:\n" + output());
     }
-    if (process_.error() == QProcess::FailedToStart) return notStarted;
+    if (process_.error() == QProcess::FailedToStart) return NotStarted;
     return process_.exitCode() + (process_.exitStatus() == QProcess::CrashExit ? 128 : 0);
 }
 
@@ -95,7 +95,7 @@ void Process::expectOutput(const std::string& text, Milliseconds wait) {
         if (deadline.passed() || wasEnded) {
             throw Missing(name_ + " does not write \"" + text + "\". It wrote:\n" + output());
         }
-        idle(lookAtOutput);
+        idle(LookAtOutput);
     }
 }
 

@@ -7,10 +7,10 @@ namespace talvora::programs {
 
 namespace {
 
-constexpr const char* xvfb = "/usr/bin/Xvfb";
-constexpr const char* openbox = "/usr/bin/openbox";
-constexpr const char* xdotool = "/usr/bin/xdotool";
-constexpr int screenPeriod = 50;  // milliseconds; a screen has no sign for what comes onto it
+constexpr const char* Xvfb = "/usr/bin/Xvfb";
+constexpr const char* Openbox = "/usr/bin/openbox";
+constexpr const char* Xdotool = "/usr/bin/xdotool";
+constexpr int ScreenPeriod = 50;  // milliseconds; a screen has no sign for what comes onto it
 
 // The server writes it in a line of its own, perhaps after complaints.
 std::string displayNumber(Process& server) {
@@ -20,7 +20,7 @@ std::string displayNumber(Process& server) {
         for (std::string line; std::getline(lines, line) && !lines.eof();) {
             if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) return line;
         }
-        server.idle(screenPeriod);
+        server.idle(ScreenPeriod);
     }
     throw Missing("no display. The server wrote:\n" + server.output());
 }
@@ -28,7 +28,7 @@ std::string displayNumber(Process& server) {
 }  // namespace
 
 std::string Screen::whyNot() {
-    for (const char* program : {xvfb, openbox, xdotool}) {
+    for (const char* program : {Xvfb, Openbox, Xdotool}) {
         if (!std::filesystem::exists(program)) return std::string(program) + " is not installed";
     }
     return "";
@@ -36,11 +36,11 @@ std::string Screen::whyNot() {
 
 Screen::Screen() {
     Program server;
-    server.arguments = {xvfb, "-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten", "tcp"};
+    server.arguments = {Xvfb, "-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten", "tcp"};
     server_ = std::make_unique<Process>(server);
     display_ = ":" + displayNumber(*server_);
     Program manager;
-    manager.arguments = {openbox, "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"};
+    manager.arguments = {Openbox, "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"};
     manager.environment = environment();
     manager_ = std::make_unique<Process>(manager);
 }
@@ -52,7 +52,7 @@ std::vector<std::string> Screen::environment() const {
 
 std::string Screen::run(std::vector<std::string> words, bool mayFail) const {
     Program program;
-    program.arguments = {xdotool};
+    program.arguments = {Xdotool};
     program.arguments.insert(program.arguments.end(), words.begin(), words.end());
     program.environment = environment();
     Process process(program);
@@ -67,7 +67,7 @@ std::string Screen::expectWindow(const std::string& title) const {
     while (!deadline.passed()) {
         const std::string found = run({"search", "--onlyvisible", "--name", "^" + title + "$"}, true);
         if (!found.empty() && found.find_first_not_of("0123456789") == std::string::npos) return found;
-        manager_->idle(screenPeriod);
+        manager_->idle(ScreenPeriod);
     }
     throw Missing("no window is called " + title);
 }
@@ -80,7 +80,7 @@ void Screen::expectActive(const std::string& title) const {
     const Deadline deadline(Patience);
     while (activeTitle() != title) {
         if (deadline.passed()) throw Missing("the active window is not " + title + " but " + activeTitle());
-        manager_->idle(screenPeriod);
+        manager_->idle(ScreenPeriod);
     }
 }
 

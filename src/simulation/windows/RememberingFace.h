@@ -20,6 +20,7 @@ class RememberingFace final : public HostFace {
     void TellOfMinimizing() override { ++toldOfMinimizing; }
     bool UserActs() const override { return acts || static_cast<GuardedApplication*>(qApp)->UserActs(); }
     void ShowOnLine(bool on) override { onLine = on; }
+    void ShowUnread(int count) override { unread = count; }
     void ShowSettings() override { ++settingsShown; }
     void ShowAbout() override {}
     void Quit() override { ++quits; }
@@ -33,6 +34,7 @@ class RememberingFace final : public HostFace {
     int settingsShown = 0;
     int quits = 0;
     bool onLine = false;
+    int unread = 0;
     bool acts = false;  // whatever the application says
 };
 

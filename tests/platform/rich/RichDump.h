@@ -45,8 +45,8 @@ inline std::string dumpOf(const Paragraph& paragraph, const RichHead& head) {
         if (i != 0 || run.Format != head.Base) dump += dumpOf(run.Format, head.Base);
         dump += paragraph.Text.substr(run.Begin, end - run.Begin);
     }
-    std::ranges::replace(dump, kPictureMark, '#');
-    std::ranges::replace(dump, kLineBreak, '^');
+    std::ranges::replace(dump, PictureMark, '#');
+    std::ranges::replace(dump, LineBreak, '^');
     return dump;
 }
 

@@ -9,7 +9,7 @@
 namespace talvora::test {
 namespace {
 
-constexpr std::string_view kDocument =
+constexpr std::string_view Document =
     "{\\rtf1\\ansicpg1253{\\fonttbl{\\f0\\fcharset161 Tahoma;}{\\f1\\fcharset161 Arial;}}{\\colortbl "
     ";\\red255;}"
     "\\f0\\fs17 one \\b two\\b0\\par\r\n\\cf1\\f1\\fs30 three\\par\r\n}";
@@ -21,7 +21,7 @@ void select(RichTextBox& box, std::size_t begin, std::size_t length) {
 
 TEST(RichTextBox, TellsTheFormatsOfTheSelectionAndNothingWhereTheyDiffer) {
     RichTextBox box;
-    box.SetTextRTF(kDocument);
+    box.SetTextRTF(Document);
     select(box, 4, 5);
     EXPECT_EQ(box.SelBold(), true);
     select(box, 0, std::string::npos);
@@ -73,7 +73,7 @@ TEST(RichTextBox, RaisesEventsWhenSomethingHasChanged) {
         {"nothing to erase", [&] { box.userErasesForward(); }, ""},
         {"an empty clipboard", [&] { box.userPastes(clipboard); }, ""},
         {"undone", [&] { box.userUndoes(); }, "CS"},
-        {"document", [&] { box.SetTextRTF(kDocument); }, "CS"},
+        {"document", [&] { box.SetTextRTF(Document); }, "CS"},
         {"body", [&] { box.ShowBody("{\\rtf1 ", body, "}"); }, "CS"},
     };
     for (const auto& [name, act, expected] : cases) {
@@ -97,13 +97,13 @@ TEST(RichTextBox, StepsAreTakenBackAsTheyWereDone) {
     EXPECT_FALSE(box.CanRedo());
     box.userUndoes();
     EXPECT_EQ(box.Text(), "ab") << "the caret had moved";
-    for (std::size_t i = 0; i < 2 * RichUndo::kMaxSteps; ++i) box.userTypes("\n");
+    for (std::size_t i = 0; i < 2 * RichUndo::MaxSteps; ++i) box.userTypes("\n");
     std::size_t steps = 0;
     for (; box.CanUndo(); ++steps) box.userUndoes();
-    EXPECT_EQ(steps, RichUndo::kMaxSteps);
+    EXPECT_EQ(steps, RichUndo::MaxSteps);
     box.userTypes("y");
     const std::string before = box.Text();
-    box.SetSelText(std::string(RichUndo::kMaxBytes, 'z'));
+    box.SetSelText(std::string(RichUndo::MaxBytes, 'z'));
     box.userUndoes();
     EXPECT_TRUE(box.Text() == before) << "the newest step is kept, however large";
     EXPECT_FALSE(box.CanUndo());
@@ -111,7 +111,7 @@ TEST(RichTextBox, StepsAreTakenBackAsTheyWereDone) {
 
 TEST(RichTextBox, TheClipboardCarriesFormatsIntoAnotherDocument) {
     RichTextBox from;
-    from.SetTextRTF(kDocument);
+    from.SetTextRTF(Document);
     select(from, 4, 10);
     MemoryClipboard clipboard;
     from.userCopies(clipboard);
@@ -131,7 +131,7 @@ TEST(RichTextBox, TheClipboardCarriesFormatsIntoAnotherDocument) {
     to.Paste(clipboard);
     const auto pictures = to.Document().At(to.Document().EndNumber() - 1).Pictures;
     ASSERT_EQ(pictures.size(), 1u);
-    EXPECT_TRUE(pictures[0]->WidthTwips == kMaxTwips && pictures[0]->HeightTwips == 75) << "in proportion";
+    EXPECT_TRUE(pictures[0]->WidthTwips == MaxTwips && pictures[0]->HeightTwips == 75) << "in proportion";
 }
 
 TEST(RichTextBox, HandsLeaveALockedBoxAsItIs) {
@@ -149,7 +149,7 @@ TEST(RichTextBox, HandsLeaveALockedBoxAsItIs) {
 
 TEST(RichTextBox, HandsCannotMakeTheTextEndless) {
     RichTextBox box;
-    box.SetText(std::string(RichTextBox::kMaxTextByHand - 4, 'x'));
+    box.SetText(std::string(RichTextBox::MaxTextByHand - 4, 'x'));
     box.SetSelStartToEnd();
     box.userTypes("ab\ncd");
     EXPECT_TRUE(box.Text().ends_with("xab\r\n"));

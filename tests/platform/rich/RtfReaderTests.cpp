@@ -35,8 +35,8 @@ TEST(RtfReader, TakesTablesFromTheDocument) {
     // Tables that are too long, unfinished or not there at all.
     std::string fonts = "{\\rtf1{\\fonttbl";
     for (int i = 0; i < 3000; ++i) fonts += "{\\f" + std::to_string(i * 40 - 9) + " x;}";
-    EXPECT_EQ(readRtfHead(fonts).Fonts.size(), kMaxFonts);
-    EXPECT_EQ(readRtfHead("{\\rtf{\\colortbl" + std::string(9999, ';')).Colors.size(), kMaxColors);
+    EXPECT_EQ(readRtfHead(fonts).Fonts.size(), MaxFonts);
+    EXPECT_EQ(readRtfHead("{\\rtf{\\colortbl" + std::string(9999, ';')).Colors.size(), MaxColors);
     EXPECT_EQ(readRtfHead("{\\rtf{\\fonttbl{\\f-1 x;}{\\f0 Unfinished}}{\\colortbl}").Fonts,
               RichHead().Fonts);
     EXPECT_EQ(readRtfHead("{\\rtf{\\fonttbl}{\\colortbl}").Colors, RichHead().Colors);
@@ -114,6 +114,9 @@ TEST(RtfReader, OfDocumentsThatEndEarlyOrLate) {
          "[b]xy[]z"},
     };
     for (const auto& [rtf, dump] : cases) EXPECT_EQ(dumpOfRtf(rtf), dump) << rtf.substr(0, 40);
+    // The 256th group still ends what it began; the next one is flattened.
+    EXPECT_EQ(dumpOfRtf("{\\rtf1 " + std::string(254, '{') + "a{\\b b}c"), "a[b]b[]c");
+    EXPECT_EQ(dumpOfRtf("{\\rtf1 " + std::string(255, '{') + "a{\\b b}c"), "a[b]bc");
 }
 
 // ---- Pictures

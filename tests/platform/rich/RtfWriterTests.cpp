@@ -46,24 +46,24 @@ class Chance {
 
     Paragraph paragraph() {
         Paragraph made;
-        made.Format = {Alignment(below(4)), twips(-kMaxTwips), twips(-kMaxTwips),
-                       twips(-kMaxTwips),   twips(0),          0};
+        made.Format = {Alignment(below(4)), twips(-MaxTwips), twips(-MaxTwips),
+                       twips(-MaxTwips),    twips(0),         0};
         for (int runs = below(4); runs > 0; --runs) join(made, piece());
         return made;
     }
     int below(int end) { return std::uniform_int_distribution<>(0, end - 1)(random_); }
 
   private:
-    std::int16_t twips(int from) { return std::int16_t(below(4) == 0 ? from + below(kMaxTwips - from) : 0); }
+    std::int16_t twips(int from) { return std::int16_t(below(4) == 0 ? from + below(MaxTwips - from) : 0); }
     bool on() { return below(2) != 0; }
     std::uint16_t index(int end) { return std::uint16_t(below(end)); }
 
     Paragraph piece() {
-        const std::uint16_t size = index(kMaxHalfPoints - kMinHalfPoints);
+        const std::uint16_t size = index(MaxHalfPoints - MinHalfPoints);
         Paragraph piece{"\x1a", {{0, {index(3), index(3), index(4), size, on(), on(), on(), on()}}}, {}, {}};
-        piece.Runs[0].Format.HalfPoints += kMinHalfPoints;
+        piece.Runs[0].Format.HalfPoints += MinHalfPoints;
         if (below(6) == 0) {
-            piece.Pictures = {dib(1 + below(kMaxTwips), 1 + below(kMaxTwips))};
+            piece.Pictures = {dib(1 + below(MaxTwips), 1 + below(MaxTwips))};
             return piece;
         }
         constexpr std::string_view kOdd = "\\{}\t\v \x80\xa0\xaa\xad\xd2\xff;-?'019abc";

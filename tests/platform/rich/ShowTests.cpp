@@ -173,7 +173,7 @@ TEST(Show, AFloodOfParagraphEndsCostsOneLineAFewAndTheOthersNothing) {
     body.Append("next");
     RichDocument document;
     document.Show("{\\rtf1 ", body, "\r\n\\par }");
-    EXPECT_EQ(document.EndNumber() - document.FirstNumber(), kMaxParagraphsOfFragment + 2);
+    EXPECT_EQ(document.EndNumber() - document.FirstNumber(), MaxParagraphsOfFragment + 2);
     EXPECT_TRUE(document.Text().ends_with("\vx\r\n next\r\n"));
 }
 

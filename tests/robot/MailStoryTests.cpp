@@ -1,0 +1,163 @@
+// Mail between whole clients and the real robot, in one process: what is written arrives as it was written,
+// and once, wherever the line or a program of the three breaks off.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "mail/MailFile.h"
+#include "platform/Text.h"
+#include "platform_qt/TemporaryFolder.h"
+#include "simulation/robot/RobotInWorld.h"
+
+namespace talvora::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+class MailNetwork {
+  public:
+    MailNetwork() {
+        robot.config.PiecesPerMail = 327;
+        robot.config.Store.Database = folder_.path("robot.db");
+        robot.start();
+    }
+    Client& comes(const std::string& nick) {
+        Client& client = world.client(nick);
+        client.around.disk.put("Mail/.keep", "");
+        relay.serve(client);
+        client.host.send(HostMsg::Start);
+        world.time.run(6s);
+        return client;
+    }
+    static frmSendMail& composerOf(Client& client, const std::string& to, const std::string& subject) {
+        MailDesk& mails = client.component->Mails();
+        mails.Panel.mnuNew.Click.raise();
+        frmSendMail& form = *mails.Composers.Forms().back();
+        form.Text1.Text = to;
+        form.Text2.Text = subject;
+        return form;
+    }
+    static void press(frmSendMail& form, int button) {
+        form.Toolbar1.userPresses(form.Toolbar1.Buttons(button));
+    }
+    static void writes(Client& client, const std::string& to, const std::string& subject,
+                       const std::string& text) {
+        frmSendMail& form = composerOf(client, to, subject);
+        form.RichTextBox1.userTypes(text);
+        press(form, ComposerButton::Send);
+    }
+    // The whole mails of a user, as a reader sees them.
+    static std::vector<std::string> mailsOf(Client& client) {
+        std::vector<std::string> found;
+        for (const std::string& name : client.around.files.List("Mail", "i*.qrm")) {
+            const auto mail = MailFile::Open(client.around.disk.content("Mail/" + name).value());
+            found.push_back(mail->Head.From + (mail->Head.Urgent ? "! " : ": ") + mail->Head.Subject +
+                            (mail->IsRTF ? " {" : " [") + mail->Text);
+        }
+        return found;
+    }
+    static std::vector<std::string> waiting(Client& client) {
+        return client.around.files.List("Mail", "o*.qrm");
+    }
+
+    World world;
+    Relay relay;
+    RobotInWorld robot{world, relay};
+
+  private:
+    TemporaryFolder folder_;
+};
+
+TEST(MailStory, EveryKindOfMailReachesOneWhoWasAwayAsItWasWritten) {
+    MailNetwork network;
+    Client& maria = network.comes("Maria");
+    std::string longText;
+    for (int i = 0; longText.size() < 327 * MailFile::PieceSize; ++i) longText += CStr(i) + ",";
+    longText.resize(327 * MailFile::PieceSize);
+    const std::string greek = "\xCA\xE1\xEB\xE7\xEC\xDD\xF1\xE1";
+    network.writes(maria, "Nikos; Anna; Eleni; Petros; Sofia", greek, "At eight\r\nat the sea");
+    network.writes(maria, "Nikos", "Long", longText);
+    frmSendMail* form = &network.composerOf(maria, "nikos[AWAY]", "Look");
+    form->RichTextBox1.userTypes("bold ");
+    form->Emotion("(sun)");
+    network.press(*form, ComposerButton::Bold);
+    form->RichTextBox1.userTypes(greek);
+    maria.around.questions.willAnswer(Answer::Ok);  // formatted mails are long
+    network.press(*form, ComposerButton::RTF);
+    network.press(*form, ComposerButton::Priority);
+    const std::string rich = form->RichTextBox1.TextRTF();
+    network.press(*form, ComposerButton::Send);
+    form = &network.composerOf(maria, "Nikos", "Soon: gone");
+    form->RichTextBox1.userTypes("x");
+    form->ExpireHours = 2;
+    network.press(*form, ComposerButton::Send);
+    network.world.time.run(5min);
+    EXPECT_THAT(network.waiting(maria), IsEmpty());
+
+    Client& nikos = network.comes("Nikos");
+    network.world.time.run(1min);
+    EXPECT_THAT(network.mailsOf(nikos),
+                UnorderedElementsAre("Maria: " + greek + " [At eight\r\nat the sea",
+                                     "Maria: Long [" + longText, "Maria! Look {" + rich, "Maria: Soon [x"));
+    for (const char* nick : {"Anna", "Eleni", "Petros", "Sofia"}) {
+        EXPECT_EQ(network.robot.store->TotalsOf(nick).Mails, 1) << nick;
+    }
+    EXPECT_THAT(nikos.around.questions.asked, IsEmpty());
+}
+
+// What breaks off at a line of the dialogue; the line itself is lost.
+struct Break {
+    const char* name;
+    void (*happens)(MailNetwork& network, Client& maria, Client& nikos);
+};
+const Break breaks[] = {
+    {"Maria's line is cut", [](auto&, auto& maria, auto&) { maria.server.closes(); }},
+    {"Nikos's line is cut", [](auto&, auto&, auto& nikos) { nikos.server.closes(); }},
+    {"the robot's line is cut", [](auto& network, auto&, auto&) { network.robot.server.closes(); }},
+    {"Maria is killed", [](auto&, auto& maria, auto&) { maria.crashAndStart(); }},
+    {"Nikos is killed", [](auto&, auto&, auto& nikos) { nikos.crashAndStart(); }},
+    {"the robot is killed", [](auto& network, auto&, auto&) { network.robot.start(); }},
+};
+
+// A mail there and one back. Gives whether there was such a line.
+bool breaksAt(int step, const Break& how) {
+    MailNetwork network;
+    Client& maria = network.comes("Maria");
+    Client& nikos = network.comes("Nikos");
+    bool struck = false;
+    network.relay.loses = [&, lines = 0](const std::string& line) mutable {
+        if (line.find(":\1MAIL ") != line.npos && lines++ == step) struck = true;
+        return struck;
+    };
+    const std::string twoPieces(MailFile::PieceSize + 1, 'x');
+    network.writes(maria, "Nikos", "One", twoPieces);
+    network.writes(nikos, "Maria", "Two", "second");
+    for (int second = 0; second < 180 && !struck; ++second) network.world.time.run(1s);
+    if (!struck) return false;
+    how.happens(network, maria, nikos);
+    struck = false;
+    network.relay.loses = nullptr;
+    network.world.time.run(5min);
+    EXPECT_THAT(network.waiting(maria), IsEmpty());
+    EXPECT_THAT(network.mailsOf(nikos), ElementsAre("Maria: One [" + twoPieces));
+    EXPECT_THAT(network.mailsOf(maria), ElementsAre("Nikos: Two [second"));
+    for (Client* user : {&maria, &nikos}) EXPECT_THAT(user->around.questions.asked, IsEmpty());
+    return true;
+}
+
+TEST(MailStory, NothingIsLostAndNothingComesTwiceWhereverItBreaksOff) {
+    for (const Break& how : breaks) {
+        int step = 0;
+        for (bool there = true; there && !testing::Test::HasFailure(); ++step) {
+            SCOPED_TRACE(how.name + (" at line " + CStr(step)));
+            there = breaksAt(step, how);
+        }
+        EXPECT_GT(step, 28) << "the dialogue has more lines";
+    }
+}
+
+}  // namespace
+}  // namespace talvora::test
