@@ -1,5 +1,7 @@
 #include "announce/frmAnnouncements.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/Text.h"
@@ -161,11 +163,13 @@ bool frmAnnouncements::fits(const ListRow& row) const {
 }
 
 void frmAnnouncements::fill() {
-    std::vector<ListRow> shown;
-    for (const ListRow& row : rows_) {
-        if (fits(row)) shown.push_back(row);
+    if (Filter.Text.get().empty()) {
+        ListView1.Refresh(rows_);
+    } else {
+        std::vector<ListRow> shown;
+        std::ranges::copy_if(rows_, std::back_inserter(shown), [&](const ListRow& row) { return fits(row); });
+        ListView1.Refresh(shown);
     }
-    ListView1.Refresh(shown);
     showChosen();
     showEmptiness();
 }
