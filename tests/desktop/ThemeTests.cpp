@@ -64,7 +64,7 @@ TEST(Theme, EveryIconShowsAtEverySizeAndFollowsThePalette) {
         EXPECT_EQ(icon.pixmap(QSize(16, 16), 2.0).size(), QSize(32, 32));
         const PaletteOf dark(Qt::black, Qt::white);
         static const QRegularExpression ownColours(
-            QStringLiteral("^(app|tray-|session-|state-|info|warning|error|question)"));
+            QStringLiteral("^(app|tray-|session-|state-|info|warning|error|question|urgent|announcement-2)"));
         EXPECT_EQ(drawn(icon, 32) == onLight, name.contains(ownColours));
     }
     EXPECT_TRUE(theme::icon(QStringLiteral("no such")).isNull());

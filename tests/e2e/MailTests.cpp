@@ -42,7 +42,7 @@ TEST_P(Mails, OfEveryKindReachOneWhoWasAwayAsTheyWereWritten) {
     std::string longText;
     for (int i = 0; longText.size() < 327 * MailFile::PieceSize - 10; ++i)
         longText += std::to_string(i) + ",";
-    longText.resize(327 * MailFile::PieceSize - 1);
+    longText.resize(327 * MailFile::PieceSize - 1, '.');
     const std::string greek = fromUtf8("Καλημέρα σε όλους");
     const std::string rich = "{\\rtf1\\ansicpg1253 {\\b Sun} (sun) :-) \\'e1}";
     std::vector<std::string> toFive;

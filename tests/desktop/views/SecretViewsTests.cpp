@@ -97,6 +97,8 @@ TEST_F(SecretViews, ScriptsAreWrittenOfferedAndRun) {
     EXPECT_EQ(chats().Scripts.Get(), nullptr);
 
     window = chat();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window, 60'000));
     auto* box = named<WritingBox>(window, "Message");
     box->setFocus();
     QTest::keyClicks(box, "\\gr");
