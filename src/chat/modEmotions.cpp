@@ -16,12 +16,6 @@ namespace {
 constexpr std::string_view FileSeparator = ":=:";
 constexpr std::string_view EntrySeparator = "\x02";
 
-struct Emotion {
-    std::string Code;  // in upper case
-    std::string RTF;   // with its line ends
-    bool HasRTF = false;
-};
-
 }  // namespace
 
 // The table made ready for searching: a code can only end where a blank stands, so the codes are kept as a
@@ -35,6 +29,11 @@ class modEmotions::Table {
     const std::vector<std::string> Entries;
 
   private:
+    struct Emotion {
+        std::string Code;  // in upper case
+        std::string RTF;   // with its line ends
+        bool HasRTF = false;
+    };
     using Numbers = std::vector<std::size_t>;  // of emotions, ascending
     struct Node {
         std::vector<std::pair<unsigned char, std::size_t>> Before;  // upper-case characters, and their nodes

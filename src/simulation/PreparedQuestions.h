@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Questions.h"
@@ -23,9 +24,11 @@ class PreparedQuestions final : public Questions {
     }
     void willType(std::optional<std::string> text) { answers_.push_back({Answer::Ok, std::move(text), {}}); }
     // No path stands for a cancelled box, of which a box to save under takes the first.
-    void willChoose(std::vector<std::string> paths) { answers_.push_back({Answer::Ok, {}, {}, paths}); }
+    void willChoose(std::vector<std::string> paths) {
+        answers_.push_back({Answer::Ok, {}, {}, std::move(paths)});
+    }
     void willChooseFont(std::optional<FontChoice> font) {
-        answers_.push_back({Answer::Ok, {}, {}, {}, font});
+        answers_.push_back({Answer::Ok, {}, {}, {}, std::move(font)});
     }
     // Faults are reported in any number, and each is answered so.
     void answerFaults(Answer answer) { faultAnswer_ = answer; }
