@@ -1,5 +1,6 @@
 #include "desktop/views/SendMailView.h"
 
+#include <QAbstractItemView>
 #include <QCompleter>
 #include <QFormLayout>
 #include <QLabel>

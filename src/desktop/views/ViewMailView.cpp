@@ -17,6 +17,7 @@
 #include "desktop/RichTextView.h"
 #include "desktop/Theme.h"
 #include "desktop/views/Pictures.h"
+#include "mail/MailPanel.h"
 
 namespace talvora {
 
