@@ -55,6 +55,7 @@ class Connect final : public HostPlugin {
     std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
     void makeMainWindow();
+    void loadFriends();
     void retireMainWindow();
     void handle(Trap& step, const HostMessage& message);
     void handleText(const HostMessage& message);

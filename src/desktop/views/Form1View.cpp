@@ -284,6 +284,8 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     menu.addSeparator();
+    for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
+        if (entry->Visible) addEntry(menu, *entry);
     const bool ignored = form_.Presence.IsIgnored(form_.Presence.SelectedNick);
     addEntry(menu, ignored ? form_.Presence.mnuUnignore : form_.Presence.mnuIgnore);
     menu.addSeparator();
