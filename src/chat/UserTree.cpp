@@ -59,12 +59,17 @@ UserTree::Key UserTree::keyOf(Text text) {
 
 void UserTree::Clear() {
     trapped(globError_, "Clear", [&](Trap&) {
-        plan_.Clear();
         nickDecode_.ListMemory.give(std::exchange(planned_, 0));
         OnlineCount = 0;
-        for (const char* root : {Registered, Unknown})
-            plan_.Add({.Name = root, .Text = root, .Image = GroupImage, .Expanded = true});
+        plan();
     });
+}
+
+// The roots are there at any time: a reply may be overtaken by another one behind a report.
+void UserTree::plan() {
+    plan_.Clear();
+    for (const char* root : {Registered, Unknown})
+        plan_.Add({.Name = root, .Text = root, .Image = GroupImage, .Expanded = true});
 }
 
 void UserTree::AddUser(Text RealName, Text Host, Text Nick) {
@@ -119,7 +124,7 @@ const PlannedNode* UserTree::add(const PlannedNode* parent, PlannedNode node) {
 void UserTree::Refresh() {
     trapped(globError_, "Refresh", [&](Trap&) {
         TreeView1.Nodes.Refresh(plan_);
-        plan_.Clear();
+        plan();
         nickDecode_.ListMemory.give(std::exchange(shown_, std::exchange(planned_, 0)));
     });
 }

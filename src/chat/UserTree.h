@@ -59,6 +59,7 @@ class UserTree {
         std::string nick, path, ip;
     };
 
+    void plan();
     static Key keyOf(Text text);
     void UserAddEx(const PlannedNode& root, const User& user);
     const PlannedNode* add(const PlannedNode* parent, PlannedNode node);
