@@ -7,6 +7,7 @@
 #include "common/HostMessageNumbers.h"
 #include "common/Trap.h"
 #include "irc/wire/AdaptedSocket.h"
+#include "mail/MailFile.h"
 #include "platform/Files.h"
 #include "platform/Retire.h"
 #include "platform/Text.h"
@@ -127,6 +128,30 @@ void Connect::handleText(const HostMessage& message) {
 
 void Connect::say(const std::string& to, const std::string& text, bool special) {
     if (auto* window = MainWindow()) window->Out.SendPM(to, text, special);
+}
+
+// ---- Notices
+
+void Connect::OpenNotice(const HostValue& window) {
+    const std::string* name = window.asText();
+    Form1* main = MainWindow();
+    if (name == nullptr) return;
+    if (frmChanChat* channel = chats_.Channels.Window(*name)) {
+        bringForward(*channel);
+    } else if (frmPM* chat = chats_.Privates.Window(*name)) {
+        bringForward(*chat);
+    } else if (main != nullptr && name->starts_with(MailFile::Folder)) {
+        mails_.OpenMail(*name);
+        mails_.Panel.RefreshMailList();  // it is read now
+    } else if (main != nullptr) {
+        bringForward(*main);
+    }
+}
+
+void Connect::bringForward(Form& form) {
+    form.WindowState = FormState::Normal;
+    form.Show();
+    services_.ThePlatform.Screen.SetForegroundWindow(form);
 }
 
 // ---- Start and end

@@ -79,7 +79,7 @@ void Form1::Form_Load() {
 
 void Form1::connectUserList(UserList& list) {
     on_ += list.MouseUp.connect([this](const std::string& nick, int button, int, int, int) {
-        Presence.SelectedNick = nick;
+        Presence.Select(nick);
         if (button == 2) PopupMenu.raise(popUserList);
     });
     on_ += list.DblClick.connect([this](const std::string& nick) { startPM(std::string(nick)); });
