@@ -66,6 +66,7 @@ void frmReceiveFile::Winsock1_ConnectionRequest() {
         stray_.Renew();
         Reading.Connected();
         endOffer();
+        over_ = false;
         Timer4.Enabled = true;
     });
 }
@@ -128,9 +129,10 @@ bool frmReceiveFile::act(Trap& step, char type, std::string_view parameter) {
             offered(step, parameter);
             return true;
         case 'S':
-            return Receiving && startNamed(step, parameter);
+            if (Receiving && !over_) startNamed(step, parameter);
+            return Receiving;
         case 'D':
-            if (Receiving) StackData(parameter);
+            if (Receiving && !over_) StackData(parameter);
             return Receiving;
         case 'X':
             canceledBySender(step);
@@ -152,6 +154,7 @@ void frmReceiveFile::offered(Trap& step, std::string_view parameter) {
     pieces.resize(2);
     closeFile(step);
     endOffer();
+    over_ = false;
     ++offer_;
     FileCount = count;
     ask(ShownName(pieces[0]), ShownName(pieces[1]));
@@ -211,7 +214,7 @@ void frmReceiveFile::canceledBySender(Trap& step) {
     hideUnlessNew(offer);
 }
 
-bool frmReceiveFile::startNamed(Trap& step, std::string_view parameter) {
+void frmReceiveFile::startNamed(Trap& step, std::string_view parameter) {
     std::vector<std::string> pieces;
     std::int32_t size = 0;
     const bool understood = stray_(step, [&] {
@@ -221,7 +224,6 @@ bool frmReceiveFile::startNamed(Trap& step, std::string_view parameter) {
         elementOf(pieces, 1);
     });
     if (understood) StartRCV(pieces[1], size);
-    return true;
 }
 
 // ---- The files
@@ -460,6 +462,7 @@ void frmReceiveFile::allow(bool receiving) {
 
 // Nothing may be written or deleted any more.
 void frmReceiveFile::endOffer() {
+    over_ = over_ || accepted_;
     accepted_ = false;
     allow(false);
 }

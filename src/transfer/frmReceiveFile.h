@@ -70,7 +70,7 @@ class frmReceiveFile final : public Form {
     void ask(const std::string& nick, const std::string& count);
     void tellHost(const std::string& title, const std::string& text);
     void canceledBySender(Trap& step);
-    bool startNamed(Trap& step, std::string_view parameter);
+    void startNamed(Trap& step, std::string_view parameter);
     void StartRCV(const std::string& Name, std::int32_t Size);
     void openFile(Trap& step, const std::string& name);
     void showFile(const std::string& name, std::int32_t size);
@@ -110,6 +110,7 @@ class frmReceiveFile final : public Form {
     std::int32_t killed_ = 0;      // the number whose file has been deleted
     std::int32_t connection_ = 0;  // counts them
     std::int32_t offer_ = 0;       // likewise
+    bool over_ = false;  // it was accepted, and has ended; what is still on its way is nobody's fault
     bool accepted_ = false;        // the user has accepted this offer
     bool canceledTold_ = false;    // on this connection
     bool announced_ = false;       // likewise

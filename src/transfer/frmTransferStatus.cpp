@@ -120,6 +120,8 @@ bool frmTransferStatus::act(Trap& step, char type, std::string_view parameter) {
 }
 
 void frmTransferStatus::askedFor(Trap& step, std::string_view parameter) {
+    // What was asked for before the other side's cancel came through.
+    if (canceledTold_) return;
     std::int32_t position = 0;
     const bool can = stray_(step, [&] {
         position = CLng(Val(parameter));
