@@ -61,6 +61,7 @@ class Connect final : public HostPlugin {
     std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
     void makeMainWindow();
+    void loadFriends();
     void retireMainWindow();
     void bringForward(Form& form);
     void handle(Trap& step, const HostMessage& message);

@@ -284,6 +284,8 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     menu.addSeparator();
+    for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
+        if (entry->Visible) addEntry(menu, *entry);
     addEntry(menu, form_.Presence.mnuIgnore);
     addEntry(menu, form_.Presence.mnuUnignore);
     menu.addSeparator();
