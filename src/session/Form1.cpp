@@ -38,6 +38,8 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     popULRefresh.Caption = "&Refresh";
     mnuScripts.Caption = "Manage &scripts...";
     popULChat.Caption = "Start Private &Chat";
+    popULSendFile.Caption = "Send &file";
+    mnuTransfers.Caption = "File &transfers...";
     Width = DesignWidth;
     Height = DesignHeight;
     connectMenus();
@@ -62,6 +64,7 @@ void Form1::connectMenus() {
     });
     // A copy: a window that opens may let the user choose somebody else.
     on_ += popULChat.Click.connect([this] { startPM(std::string(Presence.SelectedNick)); });
+    on_ += popULSendFile.Click.connect([this] { sendFile(std::string(Presence.SelectedNick)); });
 }
 
 void Form1::Form_Load() {
@@ -89,7 +92,7 @@ void Form1::connectFriends(modFriendsList& friends) {
 }
 
 void Form1::pick(const std::string& nick, int button) {
-    Presence.SelectedNick = nick;
+    Presence.Select(nick);
     if (button != 2) return;
     Friends.FitMenus();
     PopupMenu.raise(popUserList);
@@ -104,6 +107,14 @@ void Form1::connectUserList(UserList& list) {
 void Form1::startPM(const std::string& nick) {
     const bool listed = Presence.IsIgnored(nick) || Friends.IsFriend(nick);
     if (!listed || !Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
+}
+
+// The other side answers with its address, which the dialog waits for.
+void Form1::sendFile(const std::string& nick) {
+    trapped(globError_, "popULSendFile_Click", [&](Trap& step) {
+        step([&] { Out.SendPM(nick, "WIP", true); });
+        step([&] { to_.Files->SendData(nick, "", false, true); });
+    });
 }
 
 void Form1::placeAtRightEdge() {

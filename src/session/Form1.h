@@ -56,6 +56,10 @@ class Form1 final : public Form {
     // Ends the connection because the user wants it so, with these words.
     void Leave(const std::string& words);
     void RefreshSettings();
+    // Files dropped on a user of the lists, by their native paths.
+    void OfferFiles(const std::string& nick, const std::vector<std::string>& paths) {
+        to_.Files->Offer(nick, paths);
+    }
     // Minutes between two checks of mail, as read at start-up.
     void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
 
@@ -76,8 +80,10 @@ class Form1 final : public Form {
     MailPanel* const Mail;
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
+    Menu popULSendFile;
     Menu popULRefresh;
-    Menu mnuScripts;  // opens the window of the scripts, whoever owns that
+    Menu mnuTransfers;  // opens the window of what was sent and received, whoever owns that
+    Menu mnuScripts;    // opens the window of the scripts, whoever owns that
 
   protected:
     // The user's close box only hides the window; the session stays on line.
@@ -90,6 +96,7 @@ class Form1 final : public Form {
     void connectUserList(UserList& list);
     void pick(const std::string& nick, int button);
     void startPM(const std::string& nick);
+    void sendFile(const std::string& nick);
     void placeAtRightEdge();
 
     Platform& platform_;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "chat/ChatWindows.h"
+#include "chat/FileOffers.h"
 #include "notify/SmallWindows.h"
 
 namespace talvora {

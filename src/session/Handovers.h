@@ -38,6 +38,7 @@ class Handovers {
     Handover<UserInformation> Whois{nobody_};
     Handover<MailService> Mail{nobody_};
     Handover<AddressResolver> Resolver{nobody_};
+    Handover<FileOffers> Files{nobody_};
     Handover<AnnouncementService> Announcements{nobody_};
 };
 

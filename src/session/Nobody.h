@@ -14,7 +14,8 @@ class Nobody final : public ChannelWindows,
                      public NoteBox,
                      public MailService,
                      public AnnouncementService,
-                     public AddressResolver {
+                     public AddressResolver,
+                     public FileOffers {
     using Text = const std::string&;
     void StartChan(Text) override {}
     void RemoveChan(Text) override {}
@@ -44,6 +45,8 @@ class Nobody final : public ChannelWindows,
     void HandleAnnData(Text) override {}
     bool IsResolving() const override { return false; }
     void ResolveIP(Text) override {}
+    void SendData(Text, Text, bool, bool) override {}
+    void Offer(Text, const std::vector<std::string>&) override {}
 };
 
 }  // namespace talvora

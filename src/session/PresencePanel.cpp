@@ -114,6 +114,13 @@ void PresencePanel::popStat_Click(int index) {
 
 // ---- Ignored users
 
+void PresencePanel::Select(const std::string& nick) {
+    SelectedNick = nick;
+    const bool ignored = IsIgnored(nick);
+    mnuIgnore.Visible = !ignored;
+    mnuUnignore.Visible = ignored;
+}
+
 void PresencePanel::mnuIgnore_Click() {
     trapped(globError_, "mnuIgnore_Click", [&](Trap& step) {
         const std::string bare = TruncNick(SelectedNick);

@@ -27,11 +27,13 @@ class PresencePanel {
     Label Label18;               // the name of the state
     Label lblNick;               // the nick that the user carries on the network
 
+    // The one that fits the nick last picked is visible.
     Menu mnuIgnore;
     Menu mnuUnignore;
 
     // The nick last picked in a user list; what the two menus act on.
     std::string SelectedNick;
+    void Select(const std::string& nick);
 
     // Draws the list of ignored users, those on line with their state.
     void RefreshIgnore();

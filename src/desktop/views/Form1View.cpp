@@ -289,8 +289,8 @@ void Form1View::fillUsers(QMenu& menu) {
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
         if (entry->Visible) addEntry(menu, *entry);
-    const bool ignored = form_.Presence.IsIgnored(form_.Presence.SelectedNick);
-    addEntry(menu, ignored ? form_.Presence.mnuUnignore : form_.Presence.mnuIgnore);
+    addEntry(menu, form_.Presence.mnuIgnore);
+    addEntry(menu, form_.Presence.mnuUnignore);
     menu.addSeparator();
     addEntry(menu, form_.popULRefresh);
 }
