@@ -93,7 +93,7 @@ class Victim {
     }
 
   private:
-    static constexpr int mostBoxes = 4000;
+    static constexpr int mostBoxes = 400;
 
     TransferDesk& desk() { return client_.component->Transfers(); }
     void run(std::chrono::seconds time) { world_.time.run(time); }

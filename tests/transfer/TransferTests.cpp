@@ -1,5 +1,6 @@
 // Two clients hand each other files over the virtual network: what arrives, what a broken transfer leaves,
 // what the dialog offers.
+#include "simulation/robot/RobotInWorld.h"
 #include "transfer/TransferRig.h"
 
 namespace talvora::test {
@@ -46,6 +47,54 @@ TEST_F(TransferTest, FilesOfAllSizesArriveInWholeBlocks) {
     EXPECT_EQ(b.around.disk.openHandles() + a.around.disk.openHandles(), 0);
     EXPECT_THAT(b.host.take(), AllOf(Contains(HasSubstr("User Anna is sending you 1 file(s)")),
                                      Contains(HasSubstr("1 file(s) received from Anna"))));
+}
+
+// The robot and its address server are the real ones.
+TEST_F(TransferTest, TheAddressIsAskedForFromTheUserListOnly) {
+    Relay relay;
+    RobotInWorld robot(world, relay);
+    robot.config.AddressHost = "ip.test";
+    robot.config.AddressPort = 37183;
+    robot.start();
+    for (Client* client : {&a, &b}) {
+        relay.serve(*client);
+        client->server.closes();
+    }
+    world.time.run(20s);  // they are logged on there
+    a.window().Presence.SelectedNick = bob;
+    static_cast<FileOffers&>(desk(a).Offers()).SendData(bob, "", false, true);
+    frmSendFile& dialog = *desk(a).Dialog.Get();
+    world.time.run(10s);
+    EXPECT_EQ(dialog.Text1.Text.get(), "(Resolving...)") << "from a window nobody is asked";
+    EXPECT_FALSE(dialog.Text1.Enabled);
+    a.window().popULSendFile.Click.raise();
+    world.time.run(10s);
+    EXPECT_EQ(dialog.Text1.Text.get(), "127.0.0.1");
+    EXPECT_TRUE(dialog.Text1.Enabled);
+    b.profile.ReceiveAddress = "127.0.0.1";
+    b.host.send(HostMsg::ApplySettings);
+    a.around.disk.picked["/f"] = bytes(3);
+    a.around.questions.willChoose({"/f"});
+    dialog.Command1.Click.raise();
+    dialog.Command4.Click.raise();
+    world.time.run(1s);
+    EXPECT_THAT(receiver().lblFrom.Caption.get(), HasSubstr("1024.00 Gb are free"));
+    accept();
+    EXPECT_EQ(received("f").size(), 1024U);
+    EXPECT_EQ(a.around.settings.GetSetting("Talvora", "Storage", "SendList", ""), "127.0.0.1|");
+}
+
+TEST_F(TransferTest, ATakenPortIsTriedAgainAndSaidQuietly) {
+    Winsock other(b.around.platform.Guarded, world.network.CreateSocket({}));
+    other.LocalAddress = b.profile.ReceiveAddress = "taken";
+    other.LocalPort = TransferPort;
+    other.Listen();
+    b.host.send(HostMsg::ApplySettings);
+    EXPECT_THAT(b.window().Trouble.lblTrouble.Caption.get(),
+                HasSubstr("port 37182 is taken by another program"));
+    other.Close();
+    world.time.run(10s);
+    EXPECT_FALSE(b.window().Trouble.lblTrouble.Visible);
 }
 
 TEST_F(TransferTest, AListOfFortyFilesArrivesWhole) {
