@@ -7,6 +7,7 @@
 #include "common/HostMessageNumbers.h"
 #include "common/Trap.h"
 #include "irc/wire/AdaptedSocket.h"
+#include "mail/MailFile.h"
 #include "platform/Files.h"
 #include "platform/Retire.h"
 #include "platform/Text.h"
@@ -34,8 +35,8 @@ Connect::Connect(const HostServices& services)
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
       chats_(services.ThePlatform, globError_, settings_, gate_, random_),
-      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
-             chats_.Picker),
+      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Friends,
+             chats_.Emotions, chats_.Picker),
       announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile),
       transfers_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
@@ -133,6 +134,30 @@ void Connect::say(const std::string& to, const std::string& text, bool special) 
     if (auto* window = MainWindow()) window->Out.SendPM(to, text, special);
 }
 
+// ---- Notices
+
+void Connect::OpenNotice(const HostValue& window) {
+    const std::string* name = window.asText();
+    Form1* main = MainWindow();
+    if (name == nullptr) return;
+    if (frmChanChat* channel = chats_.Channels.Window(*name)) {
+        bringForward(*channel);
+    } else if (frmPM* chat = chats_.Privates.Window(*name)) {
+        bringForward(*chat);
+    } else if (main != nullptr && name->starts_with(MailFile::Folder)) {
+        mails_.OpenMail(*name);
+        mails_.Panel.RefreshMailList();  // it is read now
+    } else if (main != nullptr) {
+        bringForward(*main);
+    }
+}
+
+void Connect::bringForward(Form& form) {
+    form.WindowState = FormState::Normal;
+    form.Show();
+    services_.ThePlatform.Screen.SetForegroundWindow(form);
+}
+
 // ---- Start and end
 
 void Connect::startUp() {
@@ -175,13 +200,20 @@ void Connect::loadMainWindow(Trap& step) {
     step([&] { form1_->State.Start(nickOfSettings()); });
     step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
+    if (MainWindow() != nullptr) loadFriends();
     if (MainWindow() != nullptr) announcements_.Load();
+}
+
+// Before a log-on nobody is known to be anywhere; the first reply draws the list.
+void Connect::loadFriends() {
+    chats_.Friends.LoadFriends();
+    if (MainWindow() != nullptr && form1_->IRCServ1.LoggedIn) form1_->Friends.RefreshFriends();
 }
 
 void Connect::makeMainWindow() {
     const Form1::Surroundings around{
-        services_.ThePlatform, globError_, settings_,      gate_,        account_, random_,
-        chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
+        services_.ThePlatform, globError_,     settings_,  gate_,          account_,     random_,
+        chats_.Nicks,          chats_.Friends, handovers_, &chats_.Tables, &mails_.Panel};
     retireMainWindow();
     form1_ = std::make_unique<Form1>(around, ircSocket());
     announcements_.Attach(form1_.get());

@@ -38,6 +38,10 @@ class Connect final : public HostPlugin {
     // The model of a new settings page; the component outlives it.
     std::unique_ptr<Settings> MakeSettingsPage();
 
+    // The user opens what a notice told of: `window` is a channel, a nick or a mail's file. A window that is
+    // gone by now leaves the main window.
+    void OpenNotice(const HostValue& window);
+
     // The main window has been made, and nothing of it has happened yet.
     Event<Form1&> MainWindowLoaded;
 
@@ -57,7 +61,9 @@ class Connect final : public HostPlugin {
     std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
     void makeMainWindow();
+    void loadFriends();
     void retireMainWindow();
+    void bringForward(Form& form);
     void handle(Trap& step, const HostMessage& message);
     void handleText(const HostMessage& message);
     void say(const std::string& to, const std::string& text, bool special);

@@ -14,6 +14,7 @@ constexpr int DesignHeight = 9000;
 
 Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
     : UserList1(around.ThePlatform, around.Reporter, around.Nicks),
+      UserList2(around.ThePlatform, around.Reporter, around.Nicks),
       UserList3(around.ThePlatform, around.Reporter, around.Nicks),
       IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
       State(IRCServ1, around.Nicks),
@@ -21,8 +22,9 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       Session(around.ThePlatform, Ending, around.Reporter, IRCServ1, around.TheAccount, around.To),
       Channels(around.ThePlatform, Ending, around.Reporter, around.Settings, IRCServ1, around.TheAccount,
                Session, UserList1, around.To),
-      Users(around.Reporter, IRCServ1, around.Gate, UserList1, around.To),
+      Users(around.Reporter, IRCServ1, around.Gate, UserList1, around.Nicks, around.To),
       Presence(around.ThePlatform, around.Reporter, around.Settings, State, Users, UserList3),
+      Friends(around.Reporter, around.Settings, around.Gate, around.Friends, Users, Presence, UserList2),
       Texts(around.ThePlatform, around.Reporter, IRCServ1, Out, around.TheAccount, around.Gate, Presence,
             around.To),
       Trouble(around.ThePlatform, Ending, IRCServ1),
@@ -41,15 +43,14 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     Width = DesignWidth;
     Height = DesignHeight;
     connectMenus();
-    connectUserList(UserList1);
-    connectUserList(UserList3);
+    connectFriends(around.Friends);
+    for (UserList* list : {&UserList1, &UserList2, &UserList3}) connectUserList(*list);
     if (around.Windows != nullptr)
         Windows.emplace(around.ThePlatform, Ending, around.Reporter, *around.Windows);
 }
 
 void Form1::connectMenus() {
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
-    on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
@@ -80,16 +81,32 @@ void Form1::Form_Load() {
     });
 }
 
+void Form1::connectFriends(modFriendsList& friends) {
+    using Text = const std::string&;
+    on_ += Users.OnlineChanged.connect([this] { Friends.RefreshFriends(); });
+    on_ += friends.Changed.connect([this] { Friends.RefreshFriends(); });
+    on_ += Users.UserTree1.MouseUp.connect(
+        [this](Text nick, Text, Text, int button, int, int, int) { pick(nick, button); });
+    on_ +=
+        Users.UserTree1.DblClickUser.connect([this](Text nick, Text, Text) { startPM(std::string(nick)); });
+}
+
+void Form1::pick(const std::string& nick, int button) {
+    Presence.Select(nick);
+    if (button != 2) return;
+    Friends.FitMenus();
+    PopupMenu.raise(popUserList);
+}
+
 void Form1::connectUserList(UserList& list) {
-    on_ += list.MouseUp.connect([this](const std::string& nick, int button, int, int, int) {
-        Presence.SelectedNick = nick;
-        if (button == 2) PopupMenu.raise(popUserList);
-    });
+    on_ += list.MouseUp.connect(
+        [this](const std::string& nick, int button, int, int, int) { pick(nick, button); });
     on_ += list.DblClick.connect([this](const std::string& nick) { startPM(std::string(nick)); });
 }
 
 void Form1::startPM(const std::string& nick) {
-    if (!Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
+    const bool listed = Presence.IsIgnored(nick) || Friends.IsFriend(nick);
+    if (!listed || !Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
 }
 
 // The other side answers with its address, which the dialog waits for.

@@ -15,6 +15,7 @@
 #include "platform/Form.h"
 #include "session/Account.h"
 #include "session/ChannelPanel.h"
+#include "session/FriendsPanel.h"
 #include "session/Handovers.h"
 #include "session/PresencePanel.h"
 #include "session/SessionPanel.h"
@@ -38,6 +39,7 @@ class Form1 final : public Form {
         const Account& TheAccount;
         Random& Chance;
         modNickDecode& Nicks;
+        modFriendsList& Friends;
         const Handovers& To;
         // The chat windows; without them the program has no list of windows.
         ChatWindowTables* Windows = nullptr;
@@ -62,6 +64,7 @@ class Form1 final : public Form {
     void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
 
     UserList UserList1;  // the users of all joined channels
+    UserList UserList2;  // the friends
     UserList UserList3;  // the ignored
     IRCServ IRCServ1;
     UserState State;
@@ -70,6 +73,7 @@ class Form1 final : public Form {
     ChannelPanel Channels;
     UsersPanel Users;
     PresencePanel Presence;
+    FriendsPanel Friends;
     TextDispatch Texts;
     TroublePanel Trouble;
     std::optional<WindowsPanel> Windows;
@@ -88,7 +92,9 @@ class Form1 final : public Form {
 
   private:
     void connectMenus();
+    void connectFriends(modFriendsList& friends);
     void connectUserList(UserList& list);
+    void pick(const std::string& nick, int button);
     void startPM(const std::string& nick);
     void sendFile(const std::string& nick);
     void placeAtRightEdge();

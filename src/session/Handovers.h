@@ -32,7 +32,6 @@ class Handovers {
 
     Handover<ChannelWindows> Channels{nobody_};
     Handover<PrivateWindows> Privates{nobody_};
-    Handover<UserDirectory> Directory{nobody_};
     Handover<KeyPrompt> Keys{nobody_};
     Handover<MessageOfTheDay> MOTD{nobody_};
     Handover<NoteBox> Notes{nobody_};

@@ -1,6 +1,6 @@
 #pragma once
 // What stands in the place of a window or service that the program does not have: it takes everything and
-// does nothing. Of the users on line it knows the number, since the reply of the server tells it.
+// does nothing.
 
 #include "session/HandoverTargets.h"
 
@@ -8,7 +8,6 @@ namespace talvora {
 
 class Nobody final : public ChannelWindows,
                      public PrivateWindows,
-                     public UserDirectory,
                      public UserInformation,
                      public KeyPrompt,
                      public MessageOfTheDay,
@@ -34,11 +33,6 @@ class Nobody final : public ChannelWindows,
     void QuitPM(Text) override {}
     void RenamePM(Text, Text) override {}
 
-    void Clear() override { online_ = 0; }
-    void AddUser(Text, Text, Text) override { ++online_; }
-    int Count() const override { return online_; }
-    void RefreshFriends() override {}
-
     void Reply(const NameList&, Text) override {}
     void Notice(Text, Text) override {}
     void ExecList(Text) override {}
@@ -53,8 +47,6 @@ class Nobody final : public ChannelWindows,
     void ResolveIP(Text) override {}
     void SendData(Text, Text, bool, bool) override {}
     void Offer(Text, const std::vector<std::string>&) override {}
-
-    int online_ = 0;
 };
 
 }  // namespace talvora

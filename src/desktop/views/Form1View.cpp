@@ -284,8 +284,10 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     menu.addSeparator();
-    const bool ignored = form_.Presence.IsIgnored(form_.Presence.SelectedNick);
-    addEntry(menu, ignored ? form_.Presence.mnuUnignore : form_.Presence.mnuIgnore);
+    for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
+        if (entry->Visible) addEntry(menu, *entry);
+    addEntry(menu, form_.Presence.mnuIgnore);
+    addEntry(menu, form_.Presence.mnuUnignore);
     menu.addSeparator();
     addEntry(menu, form_.popULRefresh);
 }
