@@ -98,6 +98,7 @@ void NodeTree::carryNicks(TreeModel::NickOf nickOf) {
 
 void NodeTree::setFilter(const QString& text) {
     byCode_ = true;
+    collapseAll();  // the toolkit would remember for good each unfolded node that is hidden now
     model_.setFilter(fromQString(text));
     showFolding();
     byCode_ = true;

@@ -67,7 +67,9 @@ void TreeModel::find() {
         Node& node = nodes(i);
         const bool itself = !node.Key().empty() && InStr(node.Name(), filter_, Compare::Text) != 0;
         if (itself) firstFound_ = &node;
-        if (itself || found_.contains(&node)) found_[&node], found_[node.Parent()];
+        if (!itself && !found_.contains(&node)) continue;
+        const int below = found_[&node].keys;
+        found_[node.Parent()].keys += below + (itself ? 1 : 0);
     }
     for (int i = 1; i <= nodes.Count(); ++i) {
         const auto found = found_.find(&nodes(i));
@@ -118,7 +120,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole:
             return accessibleText(shown);
         case CountRole:
-            return shown.Key().empty() ? QVariant(shown.KeysBelow()) : QVariant();
+            return shown.Key().empty() ? QVariant(countOf(shown)) : QVariant();
         case Qt::DecorationRole:
             return iconOf_ && shown.Image() != 0 ? QVariant(iconOf_(shown.Image())) : QVariant();
         default:
@@ -126,9 +128,14 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+int TreeModel::countOf(const Node& group) const {
+    const auto found = found_.find(&group);
+    return found == found_.end() ? group.KeysBelow() : found->second.keys;
+}
+
 QString TreeModel::accessibleText(const Node& shown) const {
     const QString text = oneLine(shown.Text(), LongestNode);
-    return shown.Key().empty() ? tr("%1, %n users", nullptr, shown.KeysBelow()).arg(text) : text;
+    return shown.Key().empty() ? tr("%1, %n users", nullptr, countOf(shown)).arg(text) : text;
 }
 
 Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
@@ -138,7 +145,8 @@ Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
 }
 
 QMimeData* TreeModel::mimeData(const QModelIndexList& indexes) const {
-    return indexes.isEmpty() || !nickOf_ ? nullptr : carryNick(nickOf_(*node(indexes.first())));
+    const Node* shown = indexes.isEmpty() ? nullptr : node(indexes.first());
+    return shown == nullptr || shown->Key().empty() || !nickOf_ ? nullptr : carryNick(nickOf_(*shown));
 }
 
 }  // namespace talvora

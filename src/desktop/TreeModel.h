@@ -18,7 +18,7 @@ class TreeModel final : public QAbstractItemModel {
     using IconOf = std::function<QIcon(int image)>;
     using NickOf = std::function<std::string(const Node&)>;
 
-    // Of a node without a key: how many with one stand below it.
+    // Of a node without a key: how many with one are shown below it, folded or not.
     static constexpr int CountRole = Qt::UserRole;
 
     TreeModel(TreeView& tree, IconOf iconOf);
@@ -49,12 +49,14 @@ class TreeModel final : public QAbstractItemModel {
     // A node that the filter lets through.
     struct Found {
         int place = 0;  // among what is shown, counted from 0
+        int keys = 0;   // nodes with a key that are shown below it
         std::vector<Node*> children;
     };
 
     void arranged();
     void find();
     const std::vector<Node*>& foundBelow(const QModelIndex& parent) const;
+    int countOf(const Node& group) const;
     QString accessibleText(const Node& shown) const;
 
     TreeView& tree_;

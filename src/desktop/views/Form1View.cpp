@@ -1,10 +1,12 @@
 #include "desktop/views/Form1View.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
@@ -29,11 +31,22 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize MainSize{380, 640};
+constexpr QSize MainSize{400, 640};
 constexpr int WindowColumn = 175;  // pixels
 constexpr int ChannelColumn = 130;
 constexpr int WindowsHeight = 190;
 constexpr int UsersColumn = 50;
+
+// All tabs are to be read in a window that is narrow.
+class NarrowTabs final : public QProxyStyle {
+  public:
+    explicit NarrowTabs(QObject* owner) : QProxyStyle(QApplication::style()->name()) { setParent(owner); }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        constexpr int space = 16;  // pixels, on both sides of a name together
+        return metric == PM_TabBarTabHSpace ? space : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
 
 // What a stranger writes does not decide how wide the window is.
 void letShrink(QLabel& label) {
@@ -219,6 +232,7 @@ QTabWidget* Form1View::makePeople() {
     tabs->setDocumentMode(true);
     tabs->setUsesScrollButtons(false);
     tabs->setElideMode(Qt::ElideRight);
+    tabs->tabBar()->setStyle(new NarrowTabs(tabs));
     // A nick on its way to the friends opens the tab over which it rests.
     tabs->tabBar()->setChangeCurrentOnDrag(true);
     ListTree* friends =
