@@ -36,10 +36,12 @@ Connect::Connect(const HostServices& services)
       chats_(services.ThePlatform, globError_, settings_, gate_, random_),
       mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
              chats_.Picker),
-      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
+      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile),
+      notes_(services.ThePlatform, globError_, settings_) {
     chats_.JoinTo(handovers_);
     mails_.JoinTo(handovers_);
     announcements_.JoinTo(handovers_);
+    notes_.JoinTo(handovers_);
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -138,6 +140,7 @@ void Connect::startUp() {
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
         announcements_.Manager.Start();
         chats_.LoadTables();
+        step([&] { notes_.Load(); });
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
@@ -170,6 +173,8 @@ void Connect::loadMainWindow(Trap& step) {
     step([&] { form1_->State.Start(nickOfSettings()); });
     step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
+    if (MainWindow() == nullptr) return;
+    step([&] { notes_.RefreshWins(); });
     if (MainWindow() != nullptr) announcements_.Load();
 }
 
@@ -182,6 +187,7 @@ void Connect::makeMainWindow() {
     announcements_.Attach(form1_.get());
     chats_.Attach(form1_.get());
     mails_.Attach(form1_.get());
+    notes_.Attach(form1_.get());
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -257,9 +263,11 @@ void Connect::terminate(Trap& step) {
     announcements_.UnloadAll(step);
     chats_.UnloadAll(step);
     mails_.UnloadAll(step);
+    notes_.UnloadAll(step);
     announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
     mails_.Attach(nullptr);
+    notes_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

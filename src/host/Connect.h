@@ -11,6 +11,7 @@
 #include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "host/MailDesk.h"
+#include "host/NotifyDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -46,6 +47,7 @@ class Connect final : public HostPlugin {
     ChatDesk& Chats() { return chats_; }
     MailDesk& Mails() { return mails_; }
     AnnounceDesk& Announcements() { return announcements_; }
+    NotifyDesk& Notes() { return notes_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -73,6 +75,7 @@ class Connect final : public HostPlugin {
     ChatDesk chats_;
     MailDesk mails_;
     AnnounceDesk announcements_;
+    NotifyDesk notes_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

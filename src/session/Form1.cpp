@@ -35,7 +35,9 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     Caption = "Talvora";
     popULRefresh.Caption = "&Refresh";
     mnuScripts.Caption = "Manage &scripts...";
+    mnuBar.Caption = "Window list &bar";
     popULChat.Caption = "Start Private &Chat";
+    popULInfo.Caption = "&Info";
     Width = DesignWidth;
     Height = DesignHeight;
     connectMenus();
@@ -47,6 +49,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
 
 void Form1::connectMenus() {
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
+    on_ += popULInfo.Click.connect([this] { popULInfo_Click(); });
     on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
@@ -87,6 +90,11 @@ void Form1::connectUserList(UserList& list) {
 
 void Form1::startPM(const std::string& nick) {
     if (!Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
+}
+
+void Form1::popULInfo_Click() {
+    trapped(globError_, "popULInfo_Click",
+            [&](Trap& step) { step([&] { IRCServ1.SendIRC("WHOIS " + Presence.SelectedNick); }); });
 }
 
 void Form1::placeAtRightEdge() {

@@ -72,8 +72,10 @@ class Form1 final : public Form {
     MailPanel* const Mail;
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
+    Menu popULInfo;
     Menu popULRefresh;
     Menu mnuScripts;  // opens the window of the scripts, whoever owns that
+    Menu mnuBar;      // opens the bar of the open windows, likewise
 
   protected:
     // The user's close box only hides the window; the session stays on line.
@@ -83,6 +85,7 @@ class Form1 final : public Form {
   private:
     void connectMenus();
     void connectUserList(UserList& list);
+    void popULInfo_Click();
     void startPM(const std::string& nick);
     void placeAtRightEdge();
 
