@@ -19,7 +19,7 @@ constexpr std::size_t mailsAhead = 3;   // that the robot has for a messenger
 constexpr int lookAgain = 50;           // milliseconds
 constexpr int queueIsLookedAt = 12000;  // milliseconds
 constexpr int answerComes = 2000;
-constexpr int mostStarts = 20;
+constexpr int mostStarts = 8;
 
 std::vector<std::string> piecesOf(const std::string& mail, int count) {
     std::vector<std::string> pieces;
@@ -114,8 +114,11 @@ class KilledMessenger {
                partner_.received.size() >= written_.size();
     }
 
-    // One without a mail to send asks for its own at its log-on, and then each minute only. How long the
-    // log-on takes is the machine's business: who is ended before it gets nowhere for ever.
+    // One without a mail to send asks for its own at its log-on, and then each minute only, so that it is
+    // ended and asks again. But one that was killed when its mail was erased and its queue not yet saved has
+    // a name without a mail in the queue: at the log-on it asks to send, and for its own mails at the next
+    // look at the queue, ten seconds later. Who is always ended before that, or before the log-on, gets
+    // nowhere for ever.
     void comeToTheEnd() {
         for (int starts = 0; !allDelivered(); ++starts) {
             if (starts == mostStarts) standsStill();
@@ -124,14 +127,14 @@ class KilledMessenger {
                 startAgain(false);
             }
             workUntil([this] { return isThere(); });
-            while (!allDelivered() && moves()) {
+            while (!allDelivered() && moves(starts == 0 ? answerComes : queueIsLookedAt)) {
             }
         }
     }
-    bool moves() {
+    bool moves(int milliseconds) {
         const std::uintmax_t before = delivered();
-        const Deadline still(Milliseconds(mailsOf(user_, 'o').empty() ? answerComes : queueIsLookedAt));
-        workUntil([&] { return delivered() != before || still.passed(); });
+        const Deadline still{Milliseconds(milliseconds)};
+        workUntil([&] { return allDelivered() || delivered() != before || still.passed(); });
         return delivered() != before;
     }
     std::uintmax_t delivered() const {
