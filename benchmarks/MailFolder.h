@@ -1,13 +1,13 @@
 #pragma once
 // Mail on the machine's own disk and store, in a folder that goes with it.
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 #include <array>
 #include <fstream>
 #include <memory>
 #include <string>
 
+#include "Application.h"
 #include "mail/MailFile.h"
 #include "mail/MailPanel.h"
 #include "platform_qt/PosixDisk.h"
@@ -50,12 +50,7 @@ class MailFolder {
         return std::make_unique<MailPanel>(around, status, manager, drafts, windows);
     }
 
-    int argc = 1;
-    std::array<char, 6> program{"bench"};
-    std::array<char*, 2> argv{program.data(), nullptr};
-    std::unique_ptr<QCoreApplication> application =
-        QCoreApplication::instance() == nullptr ? std::make_unique<QCoreApplication>(argc, argv.data())
-                                                : nullptr;
+    Application application;
     QTemporaryDir folder;
     PosixDisk disk{folder.filePath("data").toStdString()};
     Files files{disk};

@@ -47,7 +47,7 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
     });
-    face.SetNoticeOpener([this](const HostValue& window) { openNotice(window); });
+    face.SetNoticeOpener([this](const HostValue& window) { component_.OpenNotice(window); });
 }
 
 // Also the windows of forms that nobody has unloaded.
@@ -64,29 +64,6 @@ void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
         open_.emplace_back(new View(form, more..., site_));
     });
-}
-
-void Views::openNotice(const HostValue& window) {
-    const std::string* name = window.asText();
-    if (name == nullptr) return;
-    ChatDesk& chats = component_.Chats();
-    if (frmChanChat* channel = chats.Channels.Window(*name)) {
-        show(*channel);
-    } else if (frmPM* chat = chats.Privates.Window(*name)) {
-        show(*chat);
-    } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
-        component_.Mails().OpenMail(*name);
-        component_.Mails().Panel.RefreshMailList();  // it is read now
-    } else if (Form1* main = component_.MainWindow()) {
-        main->Show();
-        site_.ThePlatform.Screen.SetForegroundWindow(*main);
-    }
-}
-
-void Views::show(ChatWindow& window) {
-    window.WindowState = FormState::Normal;
-    window.Show();
-    site_.ThePlatform.Screen.SetForegroundWindow(window);
 }
 
 }  // namespace talvora

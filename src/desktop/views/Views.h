@@ -23,8 +23,6 @@ class Views {
     // `more` is what the view shows beside its form.
     template <class View, class TheForm, class... More>
     void viewEach(Event<TheForm&>& loaded, More&... more);
-    void openNotice(const HostValue& window);
-    void show(ChatWindow& window);
 
     Connect& component_;
     ViewMemory memory_;
