@@ -6,16 +6,16 @@
 
 namespace talvora {
 
-class Nobody final : public ChannelWindows,
-                     public PrivateWindows,
-                     public UserDirectory,
-                     public UserInformation,
-                     public KeyPrompt,
-                     public MessageOfTheDay,
-                     public NoteBox,
-                     public MailService,
-                     public AnnouncementService,
-                     public AddressResolver {
+class Nobody : public ChannelWindows,
+               public PrivateWindows,
+               public UserDirectory,
+               public UserInformation,
+               public KeyPrompt,
+               public MessageOfTheDay,
+               public NoteBox,
+               public MailService,
+               public AnnouncementService,
+               public AddressResolver {
     using Text = const std::string&;
     void StartChan(Text) override {}
     void RemoveChan(Text) override {}

@@ -66,7 +66,11 @@ TEST(NoticeQueue, StaysSmallWhateverStrangersDo) {
     EXPECT_THAT(shown, AllOf(Ge(290), Le(303)));
     EXPECT_TRUE(queue.WindowOf(1) == nullptr && queue.WindowOf(static_cast<std::uint32_t>(shown)) != nullptr);
     int waiting = 0;
-    for (std::int64_t now = 200'000; queue.Next(now); now += 1000) ++waiting;
+    queue.Add({"newest", {}, {}, {}});
+    std::string last;
+    for (std::int64_t now = 200'000; const auto next = queue.Next(now); now += 1000, ++waiting)
+        last = next->Conversation;
+    EXPECT_EQ(last, "newest") << "the oldest one went";
     EXPECT_EQ(waiting, static_cast<int>(NoticeQueue::MostWaiting));
 }
 
