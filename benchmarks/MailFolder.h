@@ -2,6 +2,8 @@
 // Mail on the machine's own disk and store, in a folder that goes with it.
 
 #include <QtCore/QTemporaryDir>
+#include <array>
+#include <fstream>
 #include <memory>
 #include <string>
 
@@ -38,11 +40,11 @@ class MailFolder {
     }
 
     void put(int number, int lines = 5) {
-        File file = files.Open("Mail\\" + MailFile::IncomingName(number), FileMode::Output);
-        file.Write(MailFile::IncomingHead("Nikos" + std::to_string(number % 50), "14/03/2026 08:30:00",
-                                          "13/03/2026 22:00:00", "Subject " + std::to_string(number)));
-        for (int line = 0; line < lines; ++line) file.WriteLine(std::string(200, 'x'));
-        file.Write(MailFile::Tail);
+        std::ofstream file(folder.filePath("data/Mail/").toStdString() + MailFile::IncomingName(number));
+        file << MailFile::IncomingHead("Nikos" + std::to_string(number % 50), "14/03/2026 08:30:00",
+                                       "13/03/2026 22:00:00", "Subject " + std::to_string(number));
+        for (int line = 0; line < lines; ++line) file << std::string(200, 'x') << "\r\n";
+        file << MailFile::Tail;
     }
     std::unique_ptr<MailPanel> panel() {
         return std::make_unique<MailPanel>(around, status, manager, drafts, windows);

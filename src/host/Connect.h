@@ -11,6 +11,7 @@
 #include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "host/MailDesk.h"
+#include "host/TransferDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -50,6 +51,7 @@ class Connect final : public HostPlugin {
     ChatDesk& Chats() { return chats_; }
     MailDesk& Mails() { return mails_; }
     AnnounceDesk& Announcements() { return announcements_; }
+    TransferDesk& Transfers() { return transfers_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -59,6 +61,7 @@ class Connect final : public HostPlugin {
     std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
     void makeMainWindow();
+    void loadFriends();
     void retireMainWindow();
     void bringForward(Form& form);
     void handle(Trap& step, const HostMessage& message);
@@ -78,6 +81,7 @@ class Connect final : public HostPlugin {
     ChatDesk chats_;
     MailDesk mails_;
     AnnounceDesk announcements_;
+    TransferDesk transfers_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

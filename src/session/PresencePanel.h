@@ -48,14 +48,16 @@ class PresencePanel {
     bool DoNotDisturb() const { return state_.DoNotDisturb(); }
     // A nick that is nothing but a suffix can stand in no list of bare nicks.
     bool IsIgnored(const std::string& nick) const;
-    // Whether a row of the list of ignored users shows one who is not there to be talked to.
+    // How a list shows one whom it knows by the bare nick: as he came in the last reply of who is on line, or
+    // with a state that says that he is not.
+    std::string shownName(const std::string& bareNick) const;
+    // Whether a row shows one who is not there to be talked to.
     bool IsShownOffline(const std::string& nick) const;
 
   private:
     void showState();
     void mnuIgnore_Click();
     void mnuUnignore_Click();
-    std::string shownName(std::string ignored) const;
     void rebuildMenu();
     void loadStates(Trap& step, File& states);
     void loadState(int index, const std::string& line);
