@@ -15,7 +15,7 @@
 namespace talvora::test {
 namespace {
 
-using testing::_;
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -126,10 +126,12 @@ TEST_F(WindowsTest, StateAndIgnoredUsers) {
     says(":srv 353 Maria = #thes :bore");
     says(":srv 366 Maria #thes :End");
     named<QWidget>(main, "Users")->window();
-    EXPECT_THAT(rightClick(list(main, "Users"), 0), ElementsAre(_, "&Ignore", _));
+    EXPECT_THAT(rightClick(list(main, "Users"), 0),
+                AllOf(Contains("&Ignore"), Not(Contains("&Stop ignoring"))));
     choose("&Ignore");
     EXPECT_THAT(rows(list(main, "Ignored")), ElementsAre(HasSubstr("Bore")));
-    EXPECT_THAT(rightClick(list(main, "Ignored"), 0), ElementsAre(_, "&Stop ignoring", _));
+    EXPECT_THAT(rightClick(list(main, "Ignored"), 0),
+                AllOf(Contains("&Stop ignoring"), Not(Contains("&Ignore"))));
     choose("&Stop ignoring");
     EXPECT_THAT(rows(list(main, "Ignored")), IsEmpty());
 }
