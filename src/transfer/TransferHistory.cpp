@@ -15,7 +15,7 @@ void TransferHistory::Discarded(const std::string& path) {
     const auto is = [&](const FinishedFile& file) { return file.Received && file.Path == path; };
     const auto found = std::find_if(files_.begin(), files_.end(), is);
     if (found == files_.end()) return;
-    found->Outcome = "Taken away again; it is in the waste basket";
+    found->Outcome += "; it is in the waste basket";
     found->Path.clear();
     Changed.raise();
 }

@@ -171,6 +171,7 @@ void frmReceiveFile::offered(Trap& step, std::string_view parameter) {
 void frmReceiveFile::ask(const std::string& nick, const std::string& count) {
     peer_ = nick;
     name_.clear();
+    noted_ = false;
     Picture1.Visible = true;
     Command2.Visible = true;
     Label6.Caption =
@@ -235,6 +236,7 @@ void frmReceiveFile::StartRCV(const std::string& Name, std::int32_t Size) {
         FilePos = 1;
         closeFile(step);
         name_ = ShownName(Name);
+        noted_ = false;
         openFile(step, Name);
         showFile(Name, Size);
         SendData("G1");
@@ -472,7 +474,9 @@ void frmReceiveFile::hideUnlessNew(std::int32_t offer) {
     if (offer == offer_ && !IsUnloaded()) Hide();
 }
 
+// What comes first is the reason; the rest follows from it.
 void frmReceiveFile::note(const std::string& outcome) {
+    if (std::exchange(noted_, true)) return;
     std::string native;
     try {
         if (!name_.empty()) native = around_.ThePlatform.ProgramFiles.NativePath(FilePath);

@@ -114,6 +114,7 @@ class frmReceiveFile final : public Form {
     bool accepted_ = false;        // the user has accepted this offer
     bool canceledTold_ = false;    // on this connection
     bool announced_ = false;       // likewise
+    bool noted_ = false;         // the history knows what became of the file or offer at hand
     std::string name_;             // of the current file, as it is shown
     std::string peer_;             // the sender's nick, as it is shown
     TellOnce stray_;               // of messages that nobody has asked for

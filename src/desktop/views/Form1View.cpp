@@ -286,6 +286,7 @@ void Form1View::fillStates(QMenu& menu) {
 
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
+    addEntry(menu, form_.popULInfo);
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
         if (entry->Visible) addEntry(menu, *entry);
@@ -299,6 +300,7 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanNew)->setIcon(theme::icon(QStringLiteral("channel-new")));
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
+    addEntry(menu, form_.mnuBar);
     menu.addSeparator();
     if (mail_ != nullptr) mail_->fillMain(menu);
     for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {

@@ -11,12 +11,14 @@
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
+#include "desktop/views/PopupView.h"
 #include "desktop/views/PrivateView.h"
 #include "desktop/views/ScriptsView.h"
 #include "desktop/views/SelectUserView.h"
 #include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
 #include "desktop/views/ViewMailView.h"
+#include "desktop/views/WhoisView.h"
 
 namespace talvora {
 
@@ -43,6 +45,8 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<SendMailView>(mails.Composers.Loaded);
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
+    viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    viewEach<WhoisView>(component_.Notes().Whois.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
