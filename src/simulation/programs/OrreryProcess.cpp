@@ -3,6 +3,8 @@
 #include <csignal>
 #include <filesystem>
 
+#include "simulation/programs/IrcServer.h"
+
 namespace talvora::programs {
 
 namespace {
