@@ -27,11 +27,18 @@ class Listeners final : public MessageDatabase {
 };
 
 class BenchSession {
+    static std::string friends() {
+        std::string lines;
+        for (int n = 0; n < 200; ++n) lines += "Nikos" + std::to_string(n * 50) + "\r\n";
+        return lines;
+    }
+
   public:
     BenchSession() {
         around_.disk.put("System/perflix.lst", "DND|Do not disturb|5\r\nAWAY|Away|4\r\nBRB|Be right back|4");
         around_.disk.put("System/emoticons.dat", "(sun):=:{\\i sun}\r\n");
         around_.disk.put("System/plugin.lst", "\r\n");
+        around_.disk.put("System/Friends.lst", friends());
         around_.settings.SaveSetting("Talvora", "Settings", "Nickname", "me");
         network_.server("127.0.0.1", 6667).deaf = true;
         component_.Init(host_, 1);

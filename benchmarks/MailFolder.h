@@ -1,12 +1,13 @@
 #pragma once
 // Mail on the machine's own disk and store, in a folder that goes with it.
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 #include <array>
+#include <fstream>
 #include <memory>
 #include <string>
 
+#include "Application.h"
 #include "mail/MailFile.h"
 #include "mail/MailPanel.h"
 #include "platform_qt/PosixDisk.h"
@@ -39,22 +40,17 @@ class MailFolder {
     }
 
     void put(int number, int lines = 5) {
-        File file = files.Open("Mail\\" + MailFile::IncomingName(number), FileMode::Output);
-        file.Write(MailFile::IncomingHead("Nikos" + std::to_string(number % 50), "14/03/2026 08:30:00",
-                                          "13/03/2026 22:00:00", "Subject " + std::to_string(number)));
-        for (int line = 0; line < lines; ++line) file.WriteLine(std::string(200, 'x'));
-        file.Write(MailFile::Tail);
+        std::ofstream file(folder.filePath("data/Mail/").toStdString() + MailFile::IncomingName(number));
+        file << MailFile::IncomingHead("Nikos" + std::to_string(number % 50), "14/03/2026 08:30:00",
+                                       "13/03/2026 22:00:00", "Subject " + std::to_string(number));
+        for (int line = 0; line < lines; ++line) file << std::string(200, 'x') << "\r\n";
+        file << MailFile::Tail;
     }
     std::unique_ptr<MailPanel> panel() {
         return std::make_unique<MailPanel>(around, status, manager, drafts, windows);
     }
 
-    int argc = 1;
-    std::array<char, 6> program{"bench"};
-    std::array<char*, 2> argv{program.data(), nullptr};
-    std::unique_ptr<QCoreApplication> application =
-        QCoreApplication::instance() == nullptr ? std::make_unique<QCoreApplication>(argc, argv.data())
-                                                : nullptr;
+    Application application;
     QTemporaryDir folder;
     PosixDisk disk{folder.filePath("data").toStdString()};
     Files files{disk};

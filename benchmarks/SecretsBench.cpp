@@ -2,12 +2,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QtCore/QCoreApplication>
-#include <array>
 #include <chrono>
-#include <memory>
 #include <string>
 
+#include "Application.h"
 #include "extensions/modCommands.h"
 #include "extensions/modEncryption.h"
 #include "platform/Text.h"
@@ -26,13 +24,7 @@ const std::string key = "a key of 16 char";
 
 class Cipher {
   private:
-    int argc_ = 1;
-    std::array<char, 6> program_{"bench"};
-    std::array<char*, 2> argv_{program_.data(), nullptr};
-    // The loop needs one; another benchmark may have made it.
-    std::unique_ptr<QCoreApplication> application_ =
-        QCoreApplication::instance() == nullptr ? std::make_unique<QCoreApplication>(argc_, argv_.data())
-                                                : nullptr;
+    Application application_;
     QtLoop loop_;
     SystemClock clock_;
     Random random_;

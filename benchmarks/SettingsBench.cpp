@@ -2,12 +2,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 #include <array>
-#include <memory>
 #include <string>
 
+#include "Application.h"
 #include "platform_qt/SqliteSettings.h"
 
 namespace {
@@ -28,13 +27,7 @@ class Store {
     SqliteSettings& operator*() { return settings_; }
 
   private:
-    int argc_ = 1;
-    std::array<char, 6> program_{"bench"};
-    std::array<char*, 2> argv_{program_.data(), nullptr};
-    // Qt's plug-ins need one; another benchmark may have made it.
-    std::unique_ptr<QCoreApplication> application_ =
-        QCoreApplication::instance() == nullptr ? std::make_unique<QCoreApplication>(argc_, argv_.data())
-                                                : nullptr;
+    talvora::Application application_;
     QTemporaryDir folder_;
     SqliteSettings settings_;
 };

@@ -11,6 +11,7 @@
 
 #include "MailFolder.h"
 #include "desktop/views/MailArea.h"
+#include "desktop/views/PluginViews.h"
 #include "desktop/views/ViewMailView.h"
 #include "simulation/windows/RememberingFace.h"
 

@@ -5,6 +5,7 @@
 
 #include "chat/ChatColors.h"
 #include "chat/ChatWindows.h"
+#include "chat/FileOffers.h"
 #include "chat/frmEmoticons.h"
 #include "chat/modEmotions.h"
 #include "chat/modNickDecode.h"
@@ -50,6 +51,8 @@ struct ChatSurroundings {
     SingleForm<frmEmoticons>& Picker;
     // The private windows, for a channel window that opens one.
     PrivateWindows* Privates = nullptr;
+    // The transfer of files; without it the windows offer none.
+    FileOffers* Files = nullptr;
     // "Hide inactive windows" of the main window.
     bool gHideInactive = true;
 };

@@ -1,6 +1,8 @@
 #include "chat/UserList.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "platform/Text.h"
@@ -10,6 +12,11 @@ namespace {
 
 // The marks of a names reply that say what a user is on a channel.
 constexpr std::string_view StatusMarks = "~+@.&";
+
+std::string_view withoutMark(std::string_view nick) {
+    const bool marked = !nick.empty() && StatusMarks.find(nick.front()) != std::string_view::npos;
+    return nick.substr(marked ? 1 : 0);
+}
 
 }  // namespace
 
@@ -136,8 +143,7 @@ void UserList::Add(Text Nick, Text Channel) {
 
 void UserList::addNow(Text Nick, Text Channel) {
     trapped(globError_, "Add", [&](Trap& step) {
-        const bool marked = !Nick.empty() && StatusMarks.find(Nick.front()) != std::string_view::npos;
-        const std::string nick = Nick.substr(marked ? 1 : 0);
+        const std::string nick(withoutMark(Nick));
         const std::string entry = Channel + "|";
         if (appended(nick, entry)) return;
         Shown shown = shownFor(nick);
@@ -275,6 +281,51 @@ void UserList::addAll(const std::vector<std::string>& names, Text channel) {
 
 void UserList::Clear() {
     trapped(globError_, "Clear", [&](Trap&) { clear(); });
+}
+
+void UserList::Refresh(const std::vector<std::string>& Names, Text Channel) {
+    trapped(globError_, "Refresh", [&](Trap& step) {
+        std::vector<ListRow> rows = rowsFor(Names, Channel);
+        std::vector<int> icons;
+        waiting_.clear();
+        byKey_.clear();
+        byBareNick_.clear();
+        leaveOutWithoutRoom(rows);
+        // An icon may fail, and then its row stands without.
+        for (ListRow& row : rows) {
+            icons.push_back(row.SmallIcon);
+            if (row.SmallIcon > StateImages) row.SmallIcon = 0;
+        }
+        ListView1.Refresh(rows);
+        for (int i = 1; i <= ListView1.ListItems.Count(); ++i) enter(ListView1.ListItems(i));
+        for (std::size_t i = 0; i < icons.size(); ++i) {
+            ListItem* row = icons[i] > StateImages ? byKey_.find(rows[i].Key) : nullptr;
+            if (row != nullptr) setIcon(step, rows[i].Key, *row, icons[i]);
+        }
+    });
+}
+
+std::vector<ListRow> UserList::rowsFor(const std::vector<std::string>& names, Text channel) {
+    std::vector<ListRow> rows;
+    rows.reserve(names.size());
+    std::unordered_set<std::string_view, TextHash, TextEqual> seen;
+    for (const std::string& name : names) {
+        if (!seen.insert(withoutMark(name)).second) continue;
+        ListRow& row = rows.emplace_back();
+        row.Key = withoutMark(name);
+        row.Tag = channel + "|";
+        Shown shown = shownFor(row.Key);
+        row.Text = std::move(shown.text);
+        row.SmallIcon = shown.icon;
+    }
+    return rows;
+}
+
+void UserList::leaveOutWithoutRoom(std::vector<ListRow>& rows) {
+    give(used_);
+    std::erase_if(rows, [this](const ListRow& row) {
+        return !take(UserMemory::RowCost + row.Key.size() + row.Text.size() + row.Tag.size());
+    });
 }
 
 std::int16_t UserList::GetUser(Text Nick) {

@@ -65,6 +65,8 @@ class UserList {
     void ListNames(const std::vector<std::string>& Names, Text Channel);
     void MergeNames(const std::vector<std::string>& Names, Text Channel);
     void Clear();
+    // Ends as Clear and an Add of each name would, but touches only the rows that differ.
+    void Refresh(const std::vector<std::string>& Names, Text Channel);
     // The number of the row, counted from 1, or 0. A row beyond what 16 bits count is an overflow here and
     // for nobody else.
     std::int16_t GetUser(Text Nick);
@@ -117,6 +119,8 @@ class UserList {
     void leave(const ListItem& row);
     void remove(const ListItem& row);
     void clear();
+    std::vector<ListRow> rowsFor(const std::vector<std::string>& names, Text channel);
+    void leaveOutWithoutRoom(std::vector<ListRow>& rows);
     bool appended(Text nick, Text entry);
     void setIcon(Trap& step, Text key, ListItem& row, int icon);
     void rename(Trap& step, const RowIndex& index, Text oldName, Text newNick, bool& changed);

@@ -8,7 +8,7 @@ namespace talvora {
 
 class UserMemory {
   public:
-    std::size_t Most = 96 << 20;
+    std::size_t Most = 80 << 20;
     // What a row needs with its places in the indices, beside its texts.
     static constexpr std::size_t RowCost = 368;
     // A user's channels beyond this are not noted.

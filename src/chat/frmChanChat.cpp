@@ -22,6 +22,9 @@ frmChanChat::frmChanChat(ChatSurroundings& around, modChanWinManager& manager)
     mnuTimeStamp.Caption = "Time stamp";
     mnuPM.Caption = "Start Private &Chat";
     mnuInfo.Caption = "&Info";
+    mnuSendFile.Caption = "Send &file";
+    mnuSendFileUser.Caption = "&Send a file to user...";
+    for (Menu* menu : {&mnuSendFile, &mnuSendFileUser}) menu->Visible = around.Files != nullptr;
     mnuPart.Caption = "&Part channel";
     mnuClose.Caption = "&Close window";
     mnuHide.Caption = "&Hide window";
@@ -43,6 +46,12 @@ void frmChanChat::connectMenus() {
     keepCheck(mnuPopup, section, "Popup_");
     keepCheck(mnuTimeStamp, section, "TimeStamp_");
     on_ += mnuPart.Click.connect([this] { leave(true); });
+    on_ += mnuSendFile.Click.connect([this] {
+        if (around_.Files != nullptr) around_.Files->SendData(std::string(SelectedNick), "", false, true);
+    });
+    on_ += mnuSendFileUser.Click.connect([this] {
+        if (around_.Files != nullptr) around_.Files->SendData("", "", false, false);
+    });
     on_ += mnuClose.Click.connect([this] { leave(false); });
 }
 
@@ -228,6 +237,10 @@ void frmChanChat::seen() {
     if (!HasNews) return;
     StopFlash();
     around_.Session.RefreshWindows();
+}
+
+void frmChanChat::OfferFiles(const std::string& nick, const std::vector<std::string>& paths) {
+    if (around_.Files != nullptr) around_.Files->Offer(nick, paths);
 }
 
 void frmChanChat::Flash() {

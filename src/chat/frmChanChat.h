@@ -26,7 +26,9 @@ class frmChanChat final : public ChatWindow {
     Menu mnuChkFlash;  // its entry in the task bar flashes
     Menu pop;          // the menu of a user, of these:
     Menu mnuPM;
+    Menu mnuSendFile;  // to that user
     Menu mnuInfo;
+    Menu mnuSendFileUser;  // of the window: to whoever the user will name
     Menu mnuPart;
     Menu mnuClose;
 
@@ -45,6 +47,8 @@ class frmChanChat final : public ChatWindow {
     // Unregisters and unloads.
     void Remove();
     void Flash();
+    // Files dropped on a user of the list, or with an empty nick on the window, by their native paths.
+    void OfferFiles(const std::string& nick, const std::vector<std::string>& paths);
     void StopFlash();
 
     void ShowPluginLine(const std::string& text) override;

@@ -24,11 +24,17 @@ frmPM::frmPM(ChatSurroundings& around, modWinManager& manager)
     mnuTimeStamp.Caption = "Timestamp";
     mnuStopPM.Caption = "&Stop Private chat";
     mnuHide.Caption = "&Hide";
+    mnuSendFile.Caption = "Send a file";
+    mnuSendFile.Visible = around.Files != nullptr;
     keepCheck(mnuPopup, PMSection, "Popup_");
     // Written under one key and read under another: each new window starts with the check set.
     keepCheck(mnuNoFocus, PMSection, "NoFocus_");
     keepCheck(mnuTimeStamp, PMSection, "TimeStamp_");
     on_ += mnuStopPM.Click.connect([this] { stop(); });
+    // Nobody is asked for the address here: it comes by a late answer, or the user gives up.
+    on_ += mnuSendFile.Click.connect([this] {
+        if (around_.Files != nullptr) around_.Files->SendData(std::string(UserName), "", false, true);
+    });
 }
 
 void frmPM::Form_Load() {
@@ -186,6 +192,10 @@ void frmPM::UserEnter() {
         offerName(UserName);
         UserGone = false;
     });
+}
+
+void frmPM::OfferFiles(const std::vector<std::string>& paths) {
+    if (around_.Files != nullptr) around_.Files->Offer(std::string(UserName), paths);
 }
 
 void frmPM::unNotice() {

@@ -20,6 +20,7 @@ class frmPM final : public ChatWindow {
     bool UserGone = false;  // it has quit and not come back
 
     Menu mnuStopPM;
+    Menu mnuSendFile;      // to the peer
     CommandMenu Commands;  // the scripts for the peer
 
     // Installs the plug-ins. By the table, once the window is its own.
@@ -32,6 +33,8 @@ class frmPM final : public ChatWindow {
     void UserEnter();
     // The commands that what is typed may become: "\" and a name. None once a parameter has begun.
     std::vector<std::string> CommandsLike(const std::string& typed) const;
+    // Files dropped on the window, by their native paths, are offered to the peer.
+    void OfferFiles(const std::vector<std::string>& paths);
     // The user has seen what was new.
     void unNotice();
 

@@ -10,7 +10,7 @@
 namespace talvora {
 
 // What a notice to the host is about.
-enum class NoticeKind : std::uint8_t { PrivateText = 1, ChannelText = 2, Other = 3 };
+enum class NoticeKind : std::uint8_t { FriendGone = 0, PrivateText = 1, ChannelText = 2, Other = 3 };
 
 struct Notice {
     std::string Title;

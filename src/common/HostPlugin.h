@@ -19,7 +19,7 @@ class HostFace;
 struct NetworkProfile;
 
 // Raised with every change of what stands in this header or is reached from it.
-constexpr int HostPluginVersion = 4;
+constexpr int HostPluginVersion = 5;
 
 struct HostServices {
     Platform& ThePlatform;          // outlives the plug-in, and is its alone

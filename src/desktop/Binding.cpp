@@ -67,7 +67,7 @@ void pressByReturn(Subscriptions& on, CommandButton& model, QPushButton& widget)
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto* shortcut = new QShortcut(QKeySequence(key), &widget);
         QObject::connect(shortcut, &QShortcut::activated, &widget, [&widget] { widget.click(); });
-        follow(on, model.Default, [shortcut](bool on) { shortcut->setEnabled(on); });
+        follow(on, model.Default, [shortcut](bool byReturn) { shortcut->setEnabled(byReturn); });
     }
 }
 

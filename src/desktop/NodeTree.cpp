@@ -3,8 +3,6 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QScrollBar>
-#include <QTimer>
 #include <utility>
 
 #include "desktop/Hands.h"
@@ -22,7 +20,6 @@ NodeTree::NodeTree(TreeView& tree, TreeModel::IconOf iconOf, const QString& acce
         if (tree_.SelectedItem != nullptr) tree_.DblClick.raise();
     });
     followFolding();
-    on_ += tree_.Nodes.Clearing.connect([this] { remember(); });
 }
 
 void NodeTree::followFolding() {
@@ -31,41 +28,21 @@ void NodeTree::followFolding() {
         setExpanded(model_.indexOf(node), node.Expanded());
         byCode_ = false;
     };
-    for (int i = 1; i <= tree_.Nodes.Count(); ++i) show(tree_.Nodes(i));
+    // For the toolkit a node without children is not unfolded, whatever it has been told.
+    const auto showAll = [this, show] {
+        for (int i = 1; i <= tree_.Nodes.Count(); ++i) {
+            const Node& node = tree_.Nodes(i);
+            if (node.Children() != 0 && node.Expanded() != isExpanded(model_.indexOf(node))) show(node);
+        }
+    };
+    showAll();
     on_ += tree_.Nodes.NodeExpanded.connect([show](Node& node) { show(node); });
-    // A node that has been unfolded before it had children is unfolded for the toolkit with its first.
-    on_ += tree_.Nodes.NodeAdded.connect([show](Node& node) {
-        if (node.Place() == 1 && node.Parent() != nullptr && node.Parent()->Expanded()) show(*node.Parent());
-    });
+    on_ += tree_.Nodes.Arranged.connect(showAll);
     const auto fold = [this](const QModelIndex& index, bool open) {
         if (!byCode_) TreeModel::node(index)->SetExpanded(open);
     };
     connect(this, &QTreeView::expanded, this, [fold](const QModelIndex& index) { fold(index, true); });
     connect(this, &QTreeView::collapsed, this, [fold](const QModelIndex& index) { fold(index, false); });
-}
-
-// ---- A tree that is filled anew
-
-void NodeTree::remember() {
-    if (scroll_ >= 0) return;
-    scroll_ = verticalScrollBar()->value();
-    selected_ = currentIndex().isValid() ? TreeModel::node(currentIndex())->Key() : std::string();
-    QTimer::singleShot(0, this, [this] { restore(); });
-}
-
-void NodeTree::restore() {
-    byCode_ = true;
-    for (int i = 1; i <= tree_.Nodes.Count() && !selected_.empty(); ++i) {
-        Node& node = tree_.Nodes(i);
-        if (node.Key() != selected_) continue;
-        tree_.SelectedItem = &node;
-        setCurrentIndex(model_.indexOf(node));
-        break;
-    }
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(scroll_);
-    scroll_ = -1;
-    byCode_ = false;
 }
 
 // ---- Hands

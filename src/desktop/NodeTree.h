@@ -1,6 +1,6 @@
 #pragma once
-// The widget of a TreeView. It passes the user's hands on to the model. A tree that is cleared and filled
-// anew in one go keeps its place on the screen, and what is selected if a node of that key is there again.
+// The widget of a TreeView. It passes the user's hands on to the model. A tree that is refreshed keeps
+// its place on the screen, and what is selected or folded if it is still there.
 
 #include <QTreeView>
 
@@ -25,15 +25,10 @@ class NodeTree final : public QTreeView {
 
   private:
     void followFolding();
-    void remember();
-    void restore();
 
     TreeView& tree_;
     TreeModel model_;
     bool byCode_ = false;  // what happens to the widget now is no hand's doing
-    // Of before the tree was cleared; negative once it has been restored.
-    int scroll_ = -1;
-    std::string selected_;
     Subscriptions on_;
 };
 

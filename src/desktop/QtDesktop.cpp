@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QScreen>
@@ -161,6 +162,17 @@ void QtDesktop::Open(const std::string& url) {
     if (!isOpenableLink(url)) throw RuntimeError(Fault::InvalidProcedureCall);
     const QUrl link(toQString(url), QUrl::TolerantMode);
     if (!link.isValid()) throw RuntimeError(Fault::InvalidProcedureCall);
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    const bool started =
+        opener.isEmpty() ? QDesktopServices::openUrl(link) : startOpener(opener, forAnOpener(link));
+    if (!started) throw RuntimeError(Fault::InvalidProcedureCall);
+}
+
+void QtDesktop::OpenFile(const std::string& nativePath) {
+    const QString path = QString::fromStdString(nativePath);
+    if (!QFileInfo(path).isAbsolute() || !QFileInfo::exists(path))
+        throw RuntimeError(Fault::InvalidProcedureCall);
+    const QUrl link = QUrl::fromLocalFile(path);
     const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     const bool started =
         opener.isEmpty() ? QDesktopServices::openUrl(link) : startOpener(opener, forAnOpener(link));

@@ -36,6 +36,7 @@ class QtDesktop final : public Desktop {
     void Beep() override;
     Clipboard& TheClipboard() override { return clipboard_; }
     void Open(const std::string& url) override;
+    void OpenFile(const std::string& nativePath) override;
 
   private:
     struct Shown {

@@ -15,15 +15,19 @@ constexpr std::size_t LongestNode = 300;  // that a node shows
 
 TreeModel::TreeModel(TreeView& tree, IconOf iconOf) : tree_(tree), iconOf_(std::move(iconOf)) {
     Nodes& nodes = tree.Nodes;
-    on_ += nodes.NodeComes.connect([this](Node* parent) {
-        const int row = parent != nullptr ? parent->Children() : tree_.Nodes.Roots();
-        beginInsertRows(parent != nullptr ? indexOf(*parent) : QModelIndex(), row, row);
-    });
-    on_ += nodes.NodeAdded.connect([this](Node&) { endInsertRows(); });
+    on_ += nodes.Arranging.connect([this] { Q_EMIT layoutAboutToBeChanged(); });
+    on_ += nodes.Arranged.connect([this] { arranged(); });
     on_ += nodes.NodeChanged.connect(
         [this](const Node& node) { Q_EMIT dataChanged(indexOf(node), indexOf(node)); });
-    on_ += nodes.Clearing.connect([this] { beginResetModel(); });
-    on_ += nodes.Cleared.connect([this] { endResetModel(); });
+}
+
+// However much has come, gone and moved: the views lay themselves out once.
+void TreeModel::arranged() {
+    for (const QModelIndex& index : persistentIndexList()) {
+        const Node& shown = *node(index);
+        changePersistentIndex(index, shown.Place() != 0 ? indexOf(shown) : QModelIndex());
+    }
+    Q_EMIT layoutChanged();
 }
 
 Node* TreeModel::node(const QModelIndex& index) {

@@ -26,6 +26,8 @@ class TreeModel final : public QAbstractItemModel {
     QVariant data(const QModelIndex& index, int role) const override;
 
   private:
+    void arranged();
+
     TreeView& tree_;
     IconOf iconOf_;
     Subscriptions on_;

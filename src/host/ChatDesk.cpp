@@ -18,6 +18,7 @@ std::string code(std::uint8_t fore, std::uint8_t back) {
 ChatDesk::ChatDesk(Platform& platform, GlobError& globError, ComponentSettings& settings, HostGate& gate,
                    Random& random)
     : Nicks(globError, platform.ProgramFiles),
+      Friends(globError, platform.ProgramFiles),
       Emotions(platform.ProgramFiles, globError),
       Plugins(platform.ProgramFiles, globError),
       Cipher(random, platform.TheLoop, platform.WallClock),

@@ -4,6 +4,7 @@
 
 #include "chat/ChatSurroundings.h"
 #include "chat/modChanWinManager.h"
+#include "chat/modFriendsList.h"
 #include "chat/modWinManager.h"
 #include "extensions/frmScripts.h"
 #include "extensions/modCommands.h"
@@ -32,6 +33,7 @@ class ChatDesk final : private ChatSession, private KeyPrompt, private MessageOf
 
     ChatColors Colors;
     modNickDecode Nicks;
+    modFriendsList Friends;
     modEmotions Emotions;
     PluginFactories Factories;
     modPluginManager Plugins;

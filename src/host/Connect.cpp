@@ -7,6 +7,7 @@
 #include "common/HostMessageNumbers.h"
 #include "common/Trap.h"
 #include "irc/wire/AdaptedSocket.h"
+#include "mail/MailFile.h"
 #include "platform/Files.h"
 #include "platform/Retire.h"
 #include "platform/Text.h"
@@ -34,12 +35,15 @@ Connect::Connect(const HostServices& services)
       settings_(services.ThePlatform.Settings),
       gate_(settings_),
       chats_(services.ThePlatform, globError_, settings_, gate_, random_),
-      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Emotions,
-             chats_.Picker),
-      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
+      mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Friends,
+             chats_.Emotions, chats_.Picker),
+      announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile),
+      transfers_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
     chats_.JoinTo(handovers_);
     mails_.JoinTo(handovers_);
     announcements_.JoinTo(handovers_);
+    transfers_.JoinTo(handovers_);
+    chats_.Around.Files = &transfers_.Offers();
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
 
@@ -50,6 +54,7 @@ Connect::~Connect() {
 void Connect::Init(MessageDatabase& db, std::int32_t id) {
     gate_.Attach(db, id);
     sink_ = db.MessageBroadcasted.connect([this](const HostMessage& m) { dMsgDB_MessageBroadcasted(m); });
+    transfers_.Listen();
 }
 
 // ---- The message sink
@@ -129,6 +134,30 @@ void Connect::say(const std::string& to, const std::string& text, bool special) 
     if (auto* window = MainWindow()) window->Out.SendPM(to, text, special);
 }
 
+// ---- Notices
+
+void Connect::OpenNotice(const HostValue& window) {
+    const std::string* name = window.asText();
+    Form1* main = MainWindow();
+    if (name == nullptr) return;
+    if (frmChanChat* channel = chats_.Channels.Window(*name)) {
+        bringForward(*channel);
+    } else if (frmPM* chat = chats_.Privates.Window(*name)) {
+        bringForward(*chat);
+    } else if (main != nullptr && name->starts_with(MailFile::Folder)) {
+        mails_.OpenMail(*name);
+        mails_.Panel.RefreshMailList();  // it is read now
+    } else if (main != nullptr) {
+        bringForward(*main);
+    }
+}
+
+void Connect::bringForward(Form& form) {
+    form.WindowState = FormState::Normal;
+    form.Show();
+    services_.ThePlatform.Screen.SetForegroundWindow(form);
+}
+
 // ---- Start and end
 
 void Connect::startUp() {
@@ -136,6 +165,7 @@ void Connect::startUp() {
         account_.gSettingsChanged = true;
         step([&] { readAccount(); });
         step([&] { services_.ThePlatform.ProgramFiles.CloseAll(); });
+        transfers_.Listen();
         announcements_.Manager.Start();
         chats_.LoadTables();
         loadMainWindow(step);
@@ -170,18 +200,26 @@ void Connect::loadMainWindow(Trap& step) {
     step([&] { form1_->State.Start(nickOfSettings()); });
     step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
+    if (MainWindow() != nullptr) loadFriends();
     if (MainWindow() != nullptr) announcements_.Load();
+}
+
+// Before a log-on nobody is known to be anywhere; the first reply draws the list.
+void Connect::loadFriends() {
+    chats_.Friends.LoadFriends();
+    if (MainWindow() != nullptr && form1_->IRCServ1.LoggedIn) form1_->Friends.RefreshFriends();
 }
 
 void Connect::makeMainWindow() {
     const Form1::Surroundings around{
-        services_.ThePlatform, globError_, settings_,      gate_,        account_, random_,
-        chats_.Nicks,          handovers_, &chats_.Tables, &mails_.Panel};
+        services_.ThePlatform, globError_,     settings_,  gate_,          account_,     random_,
+        chats_.Nicks,          chats_.Friends, handovers_, &chats_.Tables, &mails_.Panel};
     retireMainWindow();
     form1_ = std::make_unique<Form1>(around, ircSocket());
     announcements_.Attach(form1_.get());
     chats_.Attach(form1_.get());
     mails_.Attach(form1_.get());
+    transfers_.Attach(form1_.get());
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -223,6 +261,7 @@ std::unique_ptr<Settings> Connect::MakeSettingsPage() {
 
 void Connect::LoadSettings() {
     trapped(globError_, "LoadSettings", [&](Trap& step) {
+        step([&] { transfers_.LoadSettings(); });
         if (MainWindow() == nullptr) return;
         if (needsNewConnection()) account_.gSettingsChanged = true;
         if (account_.gSettingsChanged) step([&] { renewConnection(); });
@@ -248,18 +287,20 @@ void Connect::Class_Terminate() {
 
 void Connect::terminate(Trap& step) {
     gStarted = false;
-    if (MainWindow() == nullptr) return;
+    if (MainWindow() == nullptr) return transfers_.UnloadAll(step);
     std::string text =
         step.value(std::string(), [&] { return settings_.Get(Section::Settings, "QuitMsg", ""); });
     if (text.empty()) text = "Bye bye!";
     step([&] { form1_->IRCServ1.Disconnect(text); });
     step([&] { form1_->Unload(); });
     announcements_.UnloadAll(step);
+    transfers_.UnloadAll(step);
     chats_.UnloadAll(step);
     mails_.UnloadAll(step);
     announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
     mails_.Attach(nullptr);
+    transfers_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

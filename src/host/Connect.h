@@ -11,6 +11,7 @@
 #include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "host/MailDesk.h"
+#include "host/TransferDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
 #include "session/Account.h"
@@ -37,6 +38,10 @@ class Connect final : public HostPlugin {
     // The model of a new settings page; the component outlives it.
     std::unique_ptr<Settings> MakeSettingsPage();
 
+    // The user opens what a notice told of: `window` is a channel, a nick or a mail's file. A window that is
+    // gone by now leaves the main window.
+    void OpenNotice(const HostValue& window);
+
     // The main window has been made, and nothing of it has happened yet.
     Event<Form1&> MainWindowLoaded;
 
@@ -46,6 +51,7 @@ class Connect final : public HostPlugin {
     ChatDesk& Chats() { return chats_; }
     MailDesk& Mails() { return mails_; }
     AnnounceDesk& Announcements() { return announcements_; }
+    TransferDesk& Transfers() { return transfers_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -55,7 +61,9 @@ class Connect final : public HostPlugin {
     std::string nickOfSettings() const;
     void loadMainWindow(Trap& step);
     void makeMainWindow();
+    void loadFriends();
     void retireMainWindow();
+    void bringForward(Form& form);
     void handle(Trap& step, const HostMessage& message);
     void handleText(const HostMessage& message);
     void say(const std::string& to, const std::string& text, bool special);
@@ -73,6 +81,7 @@ class Connect final : public HostPlugin {
     ChatDesk chats_;
     MailDesk mails_;
     AnnounceDesk announcements_;
+    TransferDesk transfers_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

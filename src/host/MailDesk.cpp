@@ -7,8 +7,8 @@
 
 namespace talvora {
 
-MailDesk::MailDesk(const MailSurroundings& around, modNickDecode& nicks, const modEmotions& emotions,
-                   SingleForm<frmEmoticons>& picker)
+MailDesk::MailDesk(const MailSurroundings& around, modNickDecode& nicks, const modFriendsList& friends,
+                   const modEmotions& emotions, SingleForm<frmEmoticons>& picker)
     : Viewers(around.ThePlatform, MostWindows),
       Composers(around.ThePlatform, MostWindows),
       Expire(around.ThePlatform, [around] { return std::make_unique<frmExpire>(around.Reporter); }),
@@ -23,7 +23,8 @@ MailDesk::MailDesk(const MailSurroundings& around, modNickDecode& nicks, const m
       Recipients(around.Settings, *this),
       Panel(around, Status, Manager, Drafts, *this),
       around_(around),
-      services_{Manager, Drafts, Recipients, emotions, picker, Expire, SelectUser} {}
+      services_{Manager, Drafts, Recipients, emotions, picker, Expire, SelectUser},
+      friends_(friends) {}
 
 // ---- The session
 
@@ -48,11 +49,11 @@ void MailDesk::ShowIncoming() {
 // ---- The people
 
 std::vector<std::string> MailDesk::Friends() const {
-    return {};
+    return friends_.FriendList();
 }
 
 std::vector<std::string> MailDesk::OnLine() const {
-    return form1_ != nullptr ? form1_->Users.OnlineRaw() : std::vector<std::string>();
+    return form1_ != nullptr ? form1_->Users.Online()->Raw() : std::vector<std::string>();
 }
 
 // ---- The windows

@@ -3,6 +3,7 @@
 // The main window comes and goes; this stays for the component's life.
 
 #include "chat/modEmotions.h"
+#include "chat/modFriendsList.h"
 #include "mail/MailDrafts.h"
 #include "mail/MailPanel.h"
 #include "mail/MailRecipients.h"
@@ -19,8 +20,8 @@ namespace talvora {
 
 class MailDesk final : private MailSession, private MailWindows, private MailPeople, private MailService {
   public:
-    MailDesk(const MailSurroundings& around, modNickDecode& nicks, const modEmotions& emotions,
-             SingleForm<frmEmoticons>& picker);
+    MailDesk(const MailSurroundings& around, modNickDecode& nicks, const modFriendsList& friends,
+             const modEmotions& emotions, SingleForm<frmEmoticons>& picker);
 
     // The queue and the counters, at the start.
     void LoadSettings() { Manager.LoadSettings(); }
@@ -68,6 +69,7 @@ class MailDesk final : private MailSession, private MailWindows, private MailPeo
 
     MailSurroundings around_;
     ComposerServices services_;
+    const modFriendsList& friends_;
     Form1* form1_ = nullptr;
 };
 

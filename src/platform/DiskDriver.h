@@ -61,6 +61,8 @@ class DiskDriver {
     // All of it, or a fault.
     virtual void write(Handle file, std::int64_t at, std::string_view bytes) = 0;
     virtual std::int64_t size(Handle file) = 0;
+    // A number that is another one after the file's content has changed, whoever did it.
+    virtual std::uint64_t version(Handle file) = 0;
     virtual void truncate(Handle file, std::int64_t size) = 0;
     virtual void flush(Handle file) = 0;
     // The handle is gone even if this faults.
@@ -77,6 +79,10 @@ class DiskDriver {
     virtual void remove(const std::string& path) = 0;
     // To the desktop's waste basket, or to a bounded private folder where there is none.
     virtual void moveToWaste(const std::string& path) = 0;
+    // Bytes that can still be written.
+    virtual std::int64_t freeSpace() = 0;
+    // Where the machine's other programs find it.
+    virtual std::string nativePath(const std::string& path) const = 0;
 };
 
 }  // namespace talvora

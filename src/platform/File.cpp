@@ -177,6 +177,16 @@ std::string File::Get(std::int64_t position, std::size_t count) {
     return binary().readAt(offsetOf(position), count);
 }
 
+std::size_t File::Get(std::int64_t position, char* to, std::size_t count) const {
+    const OpenFile& file = binary();
+    return file.driver.read(file.handle, offsetOf(position), to, count);
+}
+
+std::uint64_t File::Version() const {
+    const OpenFile& file = opened();
+    return file.driver.version(file.handle);
+}
+
 void File::WriteLine(std::string_view text) {
     std::string line;
     line.reserve(text.size() + 2);

@@ -46,6 +46,10 @@ class File {
     bool AtEnd();
     // At most `count` bytes from `position`, counted from 1; fewer at the end of the file.
     std::string Get(std::int64_t position, std::size_t count);
+    // The same into a place that has room for them; how many there were.
+    std::size_t Get(std::int64_t position, char* to, std::size_t count) const;
+    // A number that is another one after the content has changed, whoever did it.
+    std::uint64_t Version() const;
 
     // Behind what was written: `text` and CR LF, or `bytes` alone.
     void WriteLine(std::string_view text);

@@ -154,6 +154,10 @@ std::string Files::ReadStart(std::string_view path, std::size_t count) {
     return Open(path, FileMode::Input).opened().readAt(0, count);
 }
 
+std::string Files::StoredPath(std::string_view path) {
+    return talvora::Replace(fromUtf8(find(path).native), "/", "\\");
+}
+
 void Files::MkDir(std::string_view path) {
     const Place place = find(path);
     if (place.found.What != DiskDriver::Kind::Missing) throw RuntimeError(Fault::PathFileAccessError);

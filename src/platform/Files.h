@@ -60,6 +60,13 @@ class Files {
     // The first `count` bytes; fewer if the file is shorter.
     std::string ReadStart(std::string_view path, std::size_t count);
 
+    // The path with the names as they stand on the disk, or would if it were made now.
+    std::string StoredPath(std::string_view path);
+    // Where the machine's other programs find it.
+    std::string NativePath(std::string_view path) { return disk_.nativePath(find(path).native); }
+    // Bytes that can still be written.
+    std::int64_t FreeSpace() { return disk_.freeSpace(); }
+
     void MkDir(std::string_view path);
     void Kill(std::string_view path);
     // Deletes so that it can be had back: what goes because a stranger says so. The file goes to the

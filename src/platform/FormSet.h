@@ -21,14 +21,22 @@ class FormSet {
     bool IsFull() const { return forms_.size() >= limit_; }
 
     // Takes a new form, raises Loaded, and destroys the form some time after its unload, when none of its
-    // handlers runs any more. Fault 7 if there are as many as there may be; ask IsFull before.
+    // handlers runs any more; at once if a handler of Loaded faults, and the fault goes on. Fault 7 if there
+    // are as many as there may be; ask IsFull before.
     TheForm& Own(std::unique_ptr<TheForm> form) {
         if (IsFull()) throw RuntimeError(Fault::OutOfMemory);
         TheForm& loaded = *form;
         auto entry = std::make_unique<Entry>();
         entry->form = std::move(form);
         Entry& kept = *forms_.emplace_back(std::move(entry));
-        Loaded.raise(loaded);
+        try {
+            Loaded.raise(loaded);
+        } catch (...) {
+            // Without a window nobody could close it.
+            loaded.Unload();
+            retire(loaded);
+            throw;
+        }
         // Connected last: a view that has been made for the form hears of the end first, and goes first.
         kept.unloaded = loaded.Unloaded.connect([this, &loaded] { retire(loaded); });
         if (loaded.IsUnloaded()) retire(loaded);

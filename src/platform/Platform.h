@@ -56,6 +56,9 @@ class Desktop {
     // Hands a link to the default browser, as an argument of its own and never by a shell. Fault 5 for a link
     // other than http, https and ftp, and if no browser can be started.
     virtual void Open(const std::string& url) = 0;
+    // Hands a file or folder, an absolute native path, to the user's program for it, in the same way. Fault 5
+    // if there is none.
+    virtual void OpenFile(const std::string& nativePath) = 0;
 };
 
 struct Platform {

@@ -1,53 +1,52 @@
 #pragma once
-// The model of a tree: nodes with a text, perhaps a key, and a picture. It tells its view which nodes came or
-// changed. A node costs the same to add or find however many there are.
+// The model of a tree: nodes with a text, perhaps a key, and a picture. Its owner plans it anew whenever its
+// source has changed; the tree compares and tells its view only what differs, so nothing flickers, and what
+// is selected or folded stays so as long as it is there. A refresh costs in proportion to the plan.
 
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/Property.h"
-#include "platform/Text.h"
+#include "platform/TreePlan.h"
 
 namespace talvora {
 
 class Nodes;
 
-// Lives in its tree until the tree is cleared.
+// Lives in its tree for as long as the plans name it.
 class Node {
   public:
     const std::string& Key() const { return key_; }  // for the owner; nodes may share one
     const std::string& Text() const { return text_; }
     int Image() const { return image_; }  // 0 is none
     bool Expanded() const { return expanded_; }
-    int Index() const { return index_; }      // in the tree, counted from 1 in the order of adding
+    int Index() const { return index_; }      // in the tree, counted from 1 in the order of the plan
     Node* Parent() const { return parent_; }  // null for a root
     int Children() const { return static_cast<int>(children_.size()); }
-    // Counted from 1; the node's own place among its parent's children, or the roots, is `Place`.
+    // Counted from 1; the node's own place among its parent's children, or the roots, is `Place`, and 0 once
+    // it has gone.
     Node& Child(int place) const;
     int Place() const { return place_; }
-    // The first child of that text, without regard to case; null if there is none.
-    Node* FindChild(const std::string& text) const;
 
-    void SetImage(int image);
     void SetExpanded(bool expanded);
 
   private:
     friend class Nodes;
-    Node(Nodes& owner, Node* parent, std::string key, std::string text, int image);
+    Node(Nodes& owner, Node* parent, const PlannedNode& plan);
+    bool isPlanned(const PlannedNode& plan) const;
 
     Nodes& owner_;
     Node* parent_;
+    std::string name_;
     std::string key_;
     std::string text_;
-    int image_;
+    int image_ = 0;
     int index_ = 0;
     int place_ = 0;
-    bool expanded_ = false;
+    bool expanded_;
     std::vector<Node*> children_;
-    std::unordered_map<std::string, Node*, TextHash, TextEqual> byText_;
 };
 
 class Nodes {
@@ -56,9 +55,9 @@ class Nodes {
     Nodes(const Nodes&) = delete;
     Nodes& operator=(const Nodes&) = delete;
 
-    // The last child of `parent`, or the last root without one.
-    Node& Add(Node* parent, std::string key, std::string text, int image = 0);
-    void Clear();
+    // Makes the tree what is planned. A node of the same name, with a key or without as before, under the
+    // same parent is the same node.
+    void Refresh(const TreePlan& plan);
     int Count() const { return static_cast<int>(nodes_.size()); }
     // Faults with 35600 if there is no such node.
     Node& operator()(int index) const;
@@ -66,19 +65,22 @@ class Nodes {
     int Roots() const { return static_cast<int>(roots_.size()); }
     Node& Root(int place) const;
 
-    // A node is about to come as the last child of its parent (null: as the last root), and has come.
-    Event<Node*> NodeComes;
-    Event<Node&> NodeAdded;
+    // Nodes are about to come, go or move, and have done so; those that have gone still live until all
+    // handlers have returned.
+    Event<> Arranging;
+    Event<> Arranged;
     Event<const Node&> NodeChanged;
     Event<Node&> NodeExpanded;  // or folded
-    // All nodes are about to go, and have gone.
-    Event<> Clearing;
-    Event<> Cleared;
 
   private:
     friend class Node;
+    class Known;
 
-    std::vector<std::unique_ptr<Node>> nodes_;
+    bool isArrangedAs(const TreePlan& plan) const;
+    void arrange(const TreePlan& plan);
+    void append(std::unique_ptr<Node> node);
+
+    std::vector<std::unique_ptr<Node>> nodes_;  // in the order of the plan
     std::vector<Node*> roots_;
 };
 

@@ -58,6 +58,8 @@ class SocketDriver {
     virtual void close() = 0;
     // Queues bytes. What the peer does not take is bounded: beyond it the socket ends with `onError`.
     virtual void send(std::string_view bytes) = 0;
+    // What is queued leaves now and not at the end of the turn, as far as the network takes it.
+    virtual void flush() {}
     // Moves what has arrived to the end of `to`. Bytes that are not taken stay, and beyond a bound the driver
     // stops to read from the network, so that a flooding peer has to wait.
     virtual void take(std::string& to) = 0;
@@ -96,6 +98,8 @@ class Winsock final : private SocketDriver::Listener {
     void Close();
     // Faults with 40006 unless the socket is connected.
     void SendData(std::string_view bytes);
+    // What has been sent leaves now and not at the end of the turn: for who goes on to do something slow.
+    void Flush() { driver_->flush(); }
     // Appends what has arrived to `to`; what is not taken stays and holds the peer up.
     void GetData(std::string& to);
 

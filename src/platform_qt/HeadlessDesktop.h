@@ -19,6 +19,7 @@ class HeadlessDesktop final : public Desktop {
     void Beep() override {}
     Clipboard& TheClipboard() override { return clipboard_; }
     void Open(const std::string&) override { throw RuntimeError(Fault::InvalidProcedureCall); }
+    void OpenFile(const std::string&) override { throw RuntimeError(Fault::InvalidProcedureCall); }
 
   private:
     MemoryClipboard clipboard_;

@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <QtCore/QFile>
@@ -174,6 +175,16 @@ std::int64_t PosixDisk::size(Handle file) {
     return found.st_size;
 }
 
+// Whoever puts a file's time back has changed its last field, too.
+std::uint64_t PosixDisk::version(Handle file) {
+    struct stat found {};
+    check([&] { return ::fstat(file, &found); });
+    const auto moment = [](const timespec& at) {
+        return static_cast<std::uint64_t>(at.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(at.tv_nsec);
+    };
+    return moment(found.st_ctim) * 31 + moment(found.st_mtim) * 7 + static_cast<std::uint64_t>(found.st_size);
+}
+
 void PosixDisk::truncate(Handle file, std::int64_t size) {
     check([&] { return ::ftruncate(file, static_cast<off_t>(size)); });
 }
@@ -246,6 +257,16 @@ void PosixDisk::moveToWaste(const std::string& path) {
     if (kind == Kind::Missing) throw DiskFault(ENOENT);
     if (kind != Kind::File) throw DiskFault(EISDIR);
     if (!QFile::moveToTrash(QString::fromStdString(joinNative(root_, path)))) WasteFolder(*this).keep(path);
+}
+
+std::int64_t PosixDisk::freeSpace() {
+    struct statvfs found {};
+    check([&] { return ::fstatvfs(rootFolder_.get(), &found); });
+    return static_cast<std::int64_t>(found.f_bavail) * static_cast<std::int64_t>(found.f_frsize);
+}
+
+std::string PosixDisk::nativePath(const std::string& path) const {
+    return joinNative(root_, path);
 }
 
 }  // namespace talvora

@@ -24,6 +24,7 @@ class PosixDisk final : public DiskDriver {
     std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) override;
     void write(Handle file, std::int64_t at, std::string_view bytes) override;
     std::int64_t size(Handle file) override;
+    std::uint64_t version(Handle file) override;
     void truncate(Handle file, std::int64_t size) override;
     void flush(Handle file) override;
     void close(Handle file) override;
@@ -35,6 +36,8 @@ class PosixDisk final : public DiskDriver {
     void rename(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
     void moveToWaste(const std::string& path) override;
+    std::int64_t freeSpace() override;
+    std::string nativePath(const std::string& path) const override;
 
   private:
     Descriptor folder(const std::string& path) const;

@@ -50,6 +50,9 @@ class QtSocket final : public SocketDriver {
     void send(std::string_view bytes) override {
         if (link_) link_->send(bytes);
     }
+    void flush() override {
+        if (link_) link_->flush();
+    }
     void take(std::string& to) override {
         if (link_) link_->take(to);
     }

@@ -217,6 +217,10 @@ void SocketLink::send(std::string_view bytes) {
     socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
 }
 
+void SocketLink::flush() {
+    if (socket_ && stands_ && !failure_) socket_->flush();
+}
+
 void SocketLink::take(std::string& to) {
     const qint64 available = socket_ ? socket_->bytesAvailable() : 0;
     if (available <= 0) return;

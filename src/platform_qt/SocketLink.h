@@ -35,6 +35,7 @@ class SocketLink final : public std::enable_shared_from_this<SocketLink> {
 
     void setListener(SocketDriver::Listener* listener) { listener_ = listener; }
     void send(std::string_view bytes);
+    void flush();
     void take(std::string& to);
     // No event comes after this. What was sent is left to `linger`.
     void leave(SocketLinger& linger);

@@ -14,6 +14,7 @@ constexpr int DesignHeight = 9000;
 
 Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket)
     : UserList1(around.ThePlatform, around.Reporter, around.Nicks),
+      UserList2(around.ThePlatform, around.Reporter, around.Nicks),
       UserList3(around.ThePlatform, around.Reporter, around.Nicks),
       IRCServ1(around.ThePlatform, around.Reporter, around.Chance, std::move(ircSocket)),
       State(IRCServ1, around.Nicks),
@@ -21,8 +22,9 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
       Session(around.ThePlatform, Ending, around.Reporter, IRCServ1, around.TheAccount, around.To),
       Channels(around.ThePlatform, Ending, around.Reporter, around.Settings, IRCServ1, around.TheAccount,
                Session, UserList1, around.To),
-      Users(around.Reporter, IRCServ1, around.Gate, UserList1, around.To),
+      Users(around.Reporter, IRCServ1, around.Gate, UserList1, around.Nicks, around.To),
       Presence(around.ThePlatform, around.Reporter, around.Settings, State, Users, UserList3),
+      Friends(around.Reporter, around.Settings, around.Gate, around.Friends, Users, Presence, UserList2),
       Texts(around.ThePlatform, around.Reporter, IRCServ1, Out, around.TheAccount, around.Gate, Presence,
             around.To),
       Trouble(around.ThePlatform, Ending, IRCServ1),
@@ -36,18 +38,19 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     popULRefresh.Caption = "&Refresh";
     mnuScripts.Caption = "Manage &scripts...";
     popULChat.Caption = "Start Private &Chat";
+    popULSendFile.Caption = "Send &file";
+    mnuTransfers.Caption = "File &transfers...";
     Width = DesignWidth;
     Height = DesignHeight;
     connectMenus();
-    connectUserList(UserList1);
-    connectUserList(UserList3);
+    connectFriends(around.Friends);
+    for (UserList* list : {&UserList1, &UserList2, &UserList3}) connectUserList(*list);
     if (around.Windows != nullptr)
         Windows.emplace(around.ThePlatform, Ending, around.Reporter, *around.Windows);
 }
 
 void Form1::connectMenus() {
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
-    on_ += Users.OnlineChanged.connect([this] { Presence.RefreshIgnore(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
@@ -61,6 +64,7 @@ void Form1::connectMenus() {
     });
     // A copy: a window that opens may let the user choose somebody else.
     on_ += popULChat.Click.connect([this] { startPM(std::string(Presence.SelectedNick)); });
+    on_ += popULSendFile.Click.connect([this] { sendFile(std::string(Presence.SelectedNick)); });
 }
 
 void Form1::Form_Load() {
@@ -77,16 +81,40 @@ void Form1::Form_Load() {
     });
 }
 
+void Form1::connectFriends(modFriendsList& friends) {
+    using Text = const std::string&;
+    on_ += Users.OnlineChanged.connect([this] { Friends.RefreshFriends(); });
+    on_ += friends.Changed.connect([this] { Friends.RefreshFriends(); });
+    on_ += Users.UserTree1.MouseUp.connect(
+        [this](Text nick, Text, Text, int button, int, int, int) { pick(nick, button); });
+    on_ +=
+        Users.UserTree1.DblClickUser.connect([this](Text nick, Text, Text) { startPM(std::string(nick)); });
+}
+
+void Form1::pick(const std::string& nick, int button) {
+    Presence.Select(nick);
+    if (button != 2) return;
+    Friends.FitMenus();
+    PopupMenu.raise(popUserList);
+}
+
 void Form1::connectUserList(UserList& list) {
-    on_ += list.MouseUp.connect([this](const std::string& nick, int button, int, int, int) {
-        Presence.SelectedNick = nick;
-        if (button == 2) PopupMenu.raise(popUserList);
-    });
+    on_ += list.MouseUp.connect(
+        [this](const std::string& nick, int button, int, int, int) { pick(nick, button); });
     on_ += list.DblClick.connect([this](const std::string& nick) { startPM(std::string(nick)); });
 }
 
 void Form1::startPM(const std::string& nick) {
-    if (!Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
+    const bool listed = Presence.IsIgnored(nick) || Friends.IsFriend(nick);
+    if (!listed || !Presence.IsShownOffline(nick)) to_.Privates->StartPM(nick);
+}
+
+// The other side answers with its address, which the dialog waits for.
+void Form1::sendFile(const std::string& nick) {
+    trapped(globError_, "popULSendFile_Click", [&](Trap& step) {
+        step([&] { Out.SendPM(nick, "WIP", true); });
+        step([&] { to_.Files->SendData(nick, "", false, true); });
+    });
 }
 
 void Form1::placeAtRightEdge() {

@@ -15,6 +15,7 @@
 #include "platform/Form.h"
 #include "session/Account.h"
 #include "session/ChannelPanel.h"
+#include "session/FriendsPanel.h"
 #include "session/Handovers.h"
 #include "session/PresencePanel.h"
 #include "session/SessionPanel.h"
@@ -38,6 +39,7 @@ class Form1 final : public Form {
         const Account& TheAccount;
         Random& Chance;
         modNickDecode& Nicks;
+        modFriendsList& Friends;
         const Handovers& To;
         // The chat windows; without them the program has no list of windows.
         ChatWindowTables* Windows = nullptr;
@@ -54,10 +56,15 @@ class Form1 final : public Form {
     // Ends the connection because the user wants it so, with these words.
     void Leave(const std::string& words);
     void RefreshSettings();
+    // Files dropped on a user of the lists, by their native paths.
+    void OfferFiles(const std::string& nick, const std::vector<std::string>& paths) {
+        to_.Files->Offer(nick, paths);
+    }
     // Minutes between two checks of mail, as read at start-up.
     void SetMailInterval(std::int32_t minutes) { Session.gMailInterval = minutes; }
 
     UserList UserList1;  // the users of all joined channels
+    UserList UserList2;  // the friends
     UserList UserList3;  // the ignored
     IRCServ IRCServ1;
     UserState State;
@@ -66,14 +73,17 @@ class Form1 final : public Form {
     ChannelPanel Channels;
     UsersPanel Users;
     PresencePanel Presence;
+    FriendsPanel Friends;
     TextDispatch Texts;
     TroublePanel Trouble;
     std::optional<WindowsPanel> Windows;
     MailPanel* const Mail;
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
+    Menu popULSendFile;
     Menu popULRefresh;
-    Menu mnuScripts;  // opens the window of the scripts, whoever owns that
+    Menu mnuTransfers;  // opens the window of what was sent and received, whoever owns that
+    Menu mnuScripts;    // opens the window of the scripts, whoever owns that
 
   protected:
     // The user's close box only hides the window; the session stays on line.
@@ -82,8 +92,11 @@ class Form1 final : public Form {
 
   private:
     void connectMenus();
+    void connectFriends(modFriendsList& friends);
     void connectUserList(UserList& list);
+    void pick(const std::string& nick, int button);
     void startPM(const std::string& nick);
+    void sendFile(const std::string& nick);
     void placeAtRightEdge();
 
     Platform& platform_;

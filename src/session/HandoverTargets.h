@@ -5,19 +5,10 @@
 #include <string>
 
 #include "chat/ChatWindows.h"
+#include "chat/FileOffers.h"
 #include "notify/SmallWindows.h"
 
 namespace talvora {
-
-// The tree of users by place, and the friends that are shown from the same reply.
-class UserDirectory {
-  public:
-    virtual ~UserDirectory() = default;
-    virtual void Clear() = 0;
-    virtual void AddUser(const std::string& realName, const std::string& host, const std::string& nick) = 0;
-    virtual int Count() const = 0;
-    virtual void RefreshFriends() = 0;
-};
 
 class UserInformation {
   public:

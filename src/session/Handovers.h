@@ -32,13 +32,13 @@ class Handovers {
 
     Handover<ChannelWindows> Channels{nobody_};
     Handover<PrivateWindows> Privates{nobody_};
-    Handover<UserDirectory> Directory{nobody_};
     Handover<KeyPrompt> Keys{nobody_};
     Handover<MessageOfTheDay> MOTD{nobody_};
     Handover<NoteBox> Notes{nobody_};
     Handover<UserInformation> Whois{nobody_};
     Handover<MailService> Mail{nobody_};
     Handover<AddressResolver> Resolver{nobody_};
+    Handover<FileOffers> Files{nobody_};
     Handover<AnnouncementService> Announcements{nobody_};
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 // What stands in the place of a window or service that the program does not have: it takes everything and
-// does nothing. Of the users on line it knows the number, since the reply of the server tells it.
+// does nothing.
 
 #include "session/HandoverTargets.h"
 
@@ -8,14 +8,14 @@ namespace talvora {
 
 class Nobody final : public ChannelWindows,
                      public PrivateWindows,
-                     public UserDirectory,
                      public UserInformation,
                      public KeyPrompt,
                      public MessageOfTheDay,
                      public NoteBox,
                      public MailService,
                      public AnnouncementService,
-                     public AddressResolver {
+                     public AddressResolver,
+                     public FileOffers {
     using Text = const std::string&;
     void StartChan(Text) override {}
     void RemoveChan(Text) override {}
@@ -33,11 +33,6 @@ class Nobody final : public ChannelWindows,
     void QuitPM(Text) override {}
     void RenamePM(Text, Text) override {}
 
-    void Clear() override { online_ = 0; }
-    void AddUser(Text, Text, Text) override { ++online_; }
-    int Count() const override { return online_; }
-    void RefreshFriends() override {}
-
     void Reply(const NameList&, Text) override {}
     void Notice(Text, Text) override {}
     void ExecList(Text) override {}
@@ -50,8 +45,8 @@ class Nobody final : public ChannelWindows,
     void HandleAnnData(Text) override {}
     bool IsResolving() const override { return false; }
     void ResolveIP(Text) override {}
-
-    int online_ = 0;
+    void SendData(Text, Text, bool, bool) override {}
+    void Offer(Text, const std::vector<std::string>&) override {}
 };
 
 }  // namespace talvora

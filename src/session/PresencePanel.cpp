@@ -1,7 +1,5 @@
 #include "session/PresencePanel.h"
 
-#include <algorithm>
-
 #include "chat/modNickDecode.h"
 #include "common/FlatList.h"
 #include "platform/Files.h"
@@ -116,6 +114,13 @@ void PresencePanel::popStat_Click(int index) {
 
 // ---- Ignored users
 
+void PresencePanel::Select(const std::string& nick) {
+    SelectedNick = nick;
+    const bool ignored = IsIgnored(nick);
+    mnuIgnore.Visible = !ignored;
+    mnuUnignore.Visible = ignored;
+}
+
 void PresencePanel::mnuIgnore_Click() {
     trapped(globError_, "mnuIgnore_Click", [&](Trap& step) {
         const std::string bare = TruncNick(SelectedNick);
@@ -138,19 +143,18 @@ void PresencePanel::mnuUnignore_Click() {
 
 void PresencePanel::RefreshIgnore() {
     trapped(globError_, "RefreshIgnore", [&](Trap& step) {
-        UserList3.Clear();
+        std::vector<std::string> names;
         for (const std::string& entry : Split(gIgnoreList, "@")) {
             if (entry.empty()) break;
-            step([&] { UserList3.Add(shownName(entry), "@friend"); });
+            names.push_back(shownName(entry));
         }
+        step([&] { UserList3.Refresh(names, "@friend"); });
     });
 }
 
-std::string PresencePanel::shownName(std::string ignored) const {
-    const StringArray& bare = users_.OnlineNicks();
-    const auto found = std::ranges::find_if(bare, [&](const auto& nick) { return EqualText(nick, ignored); });
-    if (found == bare.end()) return ignored.append(OfflineMark);
-    return users_.OnlineRaw()[static_cast<std::size_t>(found - bare.begin())];
+std::string PresencePanel::shownName(const std::string& bareNick) const {
+    const std::string* onLine = users_.Online()->find(bareNick);
+    return onLine != nullptr ? *onLine : bareNick + std::string(OfflineMark);
 }
 
 bool PresencePanel::IsIgnored(const std::string& nick) const {
@@ -158,10 +162,9 @@ bool PresencePanel::IsIgnored(const std::string& nick) const {
     return !bare.empty() && HoldsEntry(gIgnoreList, bare, IgnoreSeparator);
 }
 
-// Somebody may really carry a state of that name.
+// Somebody may really carry a state of that name. A renamed row is in upper case.
 bool PresencePanel::IsShownOffline(const std::string& nick) const {
-    if (!nick.ends_with(OfflineMark) || !IsIgnored(nick)) return false;
-    return std::ranges::none_of(users_.OnlineRaw(), [&](const auto& raw) { return EqualText(raw, nick); });
+    return UCase(nick).ends_with(UCase(OfflineMark)) && users_.Online()->find(bareNickOf(nick)) == nullptr;
 }
 
 }  // namespace talvora

@@ -27,11 +27,13 @@ class PresencePanel {
     Label Label18;               // the name of the state
     Label lblNick;               // the nick that the user carries on the network
 
+    // The one that fits the nick last picked is visible.
     Menu mnuIgnore;
     Menu mnuUnignore;
 
     // The nick last picked in a user list; what the two menus act on.
     std::string SelectedNick;
+    void Select(const std::string& nick);
 
     // Draws the list of ignored users, those on line with their state.
     void RefreshIgnore();
@@ -46,14 +48,16 @@ class PresencePanel {
     bool DoNotDisturb() const { return state_.DoNotDisturb(); }
     // A nick that is nothing but a suffix can stand in no list of bare nicks.
     bool IsIgnored(const std::string& nick) const;
-    // Whether a row of the list of ignored users shows one who is not there to be talked to.
+    // How a list shows one whom it knows by the bare nick: as he came in the last reply of who is on line, or
+    // with a state that says that he is not.
+    std::string shownName(const std::string& bareNick) const;
+    // Whether a row shows one who is not there to be talked to.
     bool IsShownOffline(const std::string& nick) const;
 
   private:
     void showState();
     void mnuIgnore_Click();
     void mnuUnignore_Click();
-    std::string shownName(std::string ignored) const;
     void rebuildMenu();
     void loadStates(Trap& step, File& states);
     void loadState(int index, const std::string& line);

@@ -201,11 +201,11 @@ void TroublePanel::clear() {
 }
 
 void TroublePanel::show() {
-    const bool any = !sentence_.empty();
+    const std::string& sentence = sentence_.empty() ? receiver_ : sentence_;
     // Words that were cut have their stops already.
-    const char* stop = next_.empty() && sentence_.ends_with("...") ? "" : ".";
-    if (any) lblTrouble.Caption = sentence_ + (next_.empty() ? "" : "; " + next_) + stop;
-    lblTrouble.Visible = any;
+    const char* stop = next_.empty() && sentence.ends_with("...") ? "" : ".";
+    if (!sentence.empty()) lblTrouble.Caption = sentence + (next_.empty() ? "" : "; " + next_) + stop;
+    lblTrouble.Visible = !sentence.empty();
 }
 
 }  // namespace talvora

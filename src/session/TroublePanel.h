@@ -4,6 +4,7 @@
 // attempt is what the engine does.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "irc/IRCServ.h"
@@ -20,6 +21,12 @@ class TroublePanel {
 
     // What has happened once, such as a kick, is told for so long.
     Timer tmrTrouble;
+
+    // What keeps others from sending files: told while nothing else is. Empty when it is over.
+    void TellReceiver(std::string sentence) {
+        receiver_ = std::move(sentence);
+        show();
+    }
 
     // While it lives, the connection ends because the user wants it so.
     class Leaving {
@@ -56,6 +63,7 @@ class TroublePanel {
     About about_ = About::Nothing;
     std::string sentence_;    // without its full stop
     std::string next_;        // what the engine does about it
+    std::string receiver_;    // likewise; of the file receiver
     std::string channel_;     // of About::Channel
     bool loggedOn_ = false;   // on this connection, or the one that has just ended
     bool explained_ = false;  // why this connection ends is known

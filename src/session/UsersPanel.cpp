@@ -8,8 +8,13 @@
 namespace talvora {
 
 UsersPanel::UsersPanel(GlobError& globError, IRCServ& engine, HostGate& gate, UserList& userList1,
-                       const Handovers& to)
-    : globError_(globError), IRCServ1(engine), gate_(gate), UserList1(userList1), to_(to) {
+                       modNickDecode& nicks, const Handovers& to)
+    : UserTree1(globError, nicks),
+      globError_(globError),
+      IRCServ1(engine),
+      gate_(gate),
+      UserList1(userList1),
+      to_(to) {
     on_ += IRCServ1.NamesReceived.connect(
         [this](Text channel, const StringArray& names) { IRCServ1_NamesReceived(channel, names); });
     on_ += IRCServ1.UserJoinChannel.connect(
@@ -78,22 +83,28 @@ void UsersPanel::IRCServ1_SocketDisconnect() {
 
 void UsersPanel::IRCServ1_WHORespond(const StringArray& list) {
     trapped(globError_, "IRCServ1_WHORespond", [&](Trap& step) {
-        onlineNicks_.clear();
-        onlineRaw_.clear();
-        to_.Directory->Clear();
-        for (const std::string& line : list) step([&] { enterOnline(line); });
+        const std::uint64_t reply = ++reply_;
+        const auto online = std::make_shared<OnlineUsers>();
+        UserTree1.Clear();
+        for (const std::string& line : list) {
+            step([&] { enterOnline(line, *online); });
+            if (reply != reply_) return;  // a report stood, and a later reply has been taken meanwhile
+        }
+        online->Index();
+        online_ = online;
+        UserTree1.Refresh();
         OnlineChanged.raise();
-        step([&] { to_.Directory->RefreshFriends(); });
-        Label21.Caption = "Online: " + std::to_string(to_.Directory->Count());
+        Label21.Caption = "Online: " + CStr(UserTree1.OnlineCount);
     });
 }
 
-void UsersPanel::enterOnline(Text line) {
-    const auto fields = Split(line, "\5");
-    const std::string& realName = elementOf(fields, 7);
-    to_.Directory->AddUser(realName, fields[2], fields[4]);
-    onlineNicks_.push_back(TruncNick(fields[4]));
-    onlineRaw_.push_back(fields[4]);
+void UsersPanel::enterOnline(Text line, OnlineUsers& online) {
+    splitInto(fields_, line, "\5");
+    const std::string realName = elementOf(fields_, 7);
+    const std::string host = fields_[2];
+    const std::string nick = fields_[4];
+    online.Add(nick);
+    UserTree1.AddUser(realName, host, nick);
 }
 
 void UsersPanel::IRCServ1_WhoisReply(const StringArray& results, Text nick) {

@@ -192,7 +192,14 @@ MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
     if (found == picked.end()) throw DiskFault(ENOENT);
     const auto node = std::make_shared<Node>(Kind::File);
     node->content = found->second;
+    openedPicked_[nativePath] = node;
     return handleOf(node);
+}
+
+void MemoryDisk::rewritePicked(const std::string& nativePath, const std::string& content) {
+    picked[nativePath] = content;
+    if (const auto open = openedPicked_.find(nativePath); open != openedPicked_.end())
+        open->second->content = content;
 }
 
 MemoryDisk::Handle MemoryDisk::createPicked(const std::string& nativePath) {
@@ -239,6 +246,11 @@ void MemoryDisk::write(Handle file, std::int64_t to, std::string_view bytes) {
 std::int64_t MemoryDisk::size(Handle file) {
     call();
     return static_cast<std::int64_t>(at(file).content.size());
+}
+
+std::uint64_t MemoryDisk::version(Handle file) {
+    call();
+    return std::hash<std::string>{}(at(file).content);
 }
 
 void MemoryDisk::truncate(Handle file, std::int64_t size) {
@@ -305,6 +317,15 @@ void MemoryDisk::remove(const std::string& path) {
 // A machine without a desktop.
 void MemoryDisk::moveToWaste(const std::string& path) {
     WasteFolder(*this).keep(path);
+}
+
+std::int64_t MemoryDisk::freeSpace() {
+    call();
+    return free;
+}
+
+std::string MemoryDisk::nativePath(const std::string& path) const {
+    return joinNative("/disk", path);
 }
 
 }  // namespace talvora

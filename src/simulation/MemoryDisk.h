@@ -48,6 +48,9 @@ class MemoryDisk final : public DiskDriver {
     void restart(Survived survived = Survived::Flushed);
 
     std::map<std::string, std::string> picked;  // what `openPicked` finds, by native path
+    std::int64_t free = std::int64_t{1} << 40;  // what `freeSpace` tells
+    // Writes such a file anew, also for who has it open.
+    void rewritePicked(const std::string& nativePath, const std::string& content);
     // What was written by `createPicked`, by native path; nothing if nothing was.
     std::optional<std::string> created(const std::string& nativePath) const;
     int openHandles() const { return static_cast<int>(handles_.size()); }
@@ -58,6 +61,7 @@ class MemoryDisk final : public DiskDriver {
     std::size_t read(Handle file, std::int64_t at, char* to, std::size_t count) override;
     void write(Handle file, std::int64_t at, std::string_view bytes) override;
     std::int64_t size(Handle file) override;
+    std::uint64_t version(Handle file) override;
     void truncate(Handle file, std::int64_t size) override;
     void flush(Handle file) override;
     void close(Handle file) override;
@@ -69,6 +73,8 @@ class MemoryDisk final : public DiskDriver {
     void rename(const std::string& from, const std::string& to) override;
     void remove(const std::string& path) override;
     void moveToWaste(const std::string& path) override;
+    std::int64_t freeSpace() override;
+    std::string nativePath(const std::string& path) const override;
 
   private:
     struct Node;
@@ -89,6 +95,7 @@ class MemoryDisk final : public DiskDriver {
     const Clock* clock_;
     NodeOf root_;
     std::map<Handle, NodeOf> handles_;
+    std::map<std::string, NodeOf> openedPicked_;
     std::map<std::string, NodeOf> created_;  // outside, by native path
     Handle nextHandle_ = 1;
     int callsToFault_ = -1;

@@ -48,9 +48,8 @@ void VirtualSocket::connect(const std::string& host, int port) {
         if (server->second->mood == ScriptedServer::Mood::Accepts) reach(*server->second);
         return;
     }
-    const auto listening = network_.listening_.find(port);
-    if (server == network_.servers_.end() && listening != network_.listening_.end()) {
-        reach(*listening->second);
+    if (server == network_.servers_.end() && network_.listenerAt(host, port) != nullptr) {
+        reachListener();
         return;
     }
     fail(SocketErrors::ConnectionRefused, "Connection is forcefully rejected");
@@ -66,11 +65,23 @@ void VirtualSocket::reach(ScriptedServer& server) {
     });
 }
 
-void VirtualSocket::reach(VirtualSocket& listening) {
-    later([this, &listening] {
-        listening.waiting_.push_back(this);
-        if (listening.listener_ != nullptr) listening.listener_->onRequest();
+void VirtualSocket::reachListener() {
+    later([this] {
+        VirtualSocket* const listening = network_.listenerAt(remoteHost_, remotePort_);
+        if (listening == nullptr)
+            return fail(SocketErrors::ConnectionRefused, "Connection is forcefully rejected");
+        listening->waiting_.push_back(this);
+        waitsAt_ = listening;
+        if (listening->listener_ != nullptr) listening->listener_->onRequest();
     });
+}
+
+void VirtualSocket::leaveQueue() {
+    if (auto* listening = std::exchange(waitsAt_, nullptr)) std::erase(listening->waiting_, this);
+    for (VirtualSocket* knocking : std::exchange(waiting_, {})) {
+        knocking->waitsAt_ = nullptr;
+        knocking->fail(SocketErrors::ConnectionReset, "The connection was reset by the other side");
+    }
 }
 
 void VirtualSocket::becomeConnected() {
@@ -78,11 +89,12 @@ void VirtualSocket::becomeConnected() {
     if (listener_ != nullptr) listener_->onConnected();
 }
 
-void VirtualSocket::listen(const std::string&, int port) {
+void VirtualSocket::listen(const std::string& address, int port) {
     if (port == 0) port = network_.nextPort_++;
-    if (!network_.listening_.emplace(port, this).second) {
+    if (!network_.listening_.emplace(std::pair(port, address), this).second) {
         throw RuntimeError(SocketErrors::AddressInUse, "Address in use", "Winsock");
     }
+    localAddress_ = address;
     localPort_ = port;
 }
 
@@ -91,6 +103,7 @@ void VirtualSocket::accept(SocketDriver& listening) {
     if (waiting.empty()) throw RuntimeError(SocketErrors::NotConnected, "No connection waits", "Winsock");
     peer_ = waiting.front();
     waiting.erase(waiting.begin());
+    peer_->waitsAt_ = nullptr;
     peer_->peer_ = this;
     connected_ = true;
     remoteHost_ = "127.0.0.1";
@@ -107,7 +120,8 @@ void VirtualSocket::close() {
         peer->peer_ = nullptr;
         peer->peerCloses();
     }
-    if (localPort_ != 0) network_.listening_.erase(std::exchange(localPort_, 0));
+    leaveQueue();
+    if (localPort_ != 0) network_.listening_.erase({std::exchange(localPort_, 0), localAddress_});
     inbox_.clear();
     lump_.clear();
     peerClosed_ = false;
@@ -173,6 +187,12 @@ void VirtualSocket::fail(int number, const std::string& description) {
 
 std::unique_ptr<SocketDriver> VirtualNetwork::CreateSocket(const Security&) {
     return std::make_unique<VirtualSocket>(*this);
+}
+
+VirtualSocket* VirtualNetwork::listenerAt(const std::string& host, int port) const {
+    auto found = listening_.find({port, host});
+    if (found == listening_.end()) found = listening_.find({port, ""});
+    return found == listening_.end() ? nullptr : found->second;
 }
 
 ScriptedServer& VirtualNetwork::server(const std::string& host, int port) {

@@ -78,7 +78,8 @@ class VirtualSocket final : public SocketDriver {
     template <class Call>
     void later(Call call);  // not after `close`
     void reach(ScriptedServer& server);
-    void reach(VirtualSocket& listening);
+    void reachListener();
+    void leaveQueue();
     void becomeConnected();
     void receive(const std::string& bytes);
     void closedIfEmpty();
@@ -88,13 +89,15 @@ class VirtualSocket final : public SocketDriver {
     std::shared_ptr<bool> life_ = std::make_shared<bool>(true);  // of this connection
     ScriptedServer* server_ = nullptr;
     VirtualSocket* peer_ = nullptr;
-    std::vector<VirtualSocket*> waiting_;
+    std::vector<VirtualSocket*> waiting_;  // for this one to accept them
+    VirtualSocket* waitsAt_ = nullptr;
     std::string inbox_;
     std::string lump_;
     bool peerClosed_ = false;
     bool connected_ = false;
     std::string remoteHost_;
     int remotePort_ = 0;
+    std::string localAddress_;
     int localPort_ = 0;
 };
 
@@ -116,7 +119,10 @@ class VirtualNetwork final : public Network {
     VirtualTime& time_;
     std::mt19937 random_;
     std::map<std::pair<std::string, int>, std::unique_ptr<ScriptedServer>> servers_;
-    std::map<int, VirtualSocket*> listening_;
+    // At its address and port, or at any address; null if nobody listens there.
+    VirtualSocket* listenerAt(const std::string& host, int port) const;
+
+    std::map<std::pair<int, std::string>, VirtualSocket*> listening_;  // by port and address
     int nextPort_ = 40000;
 };
 

@@ -57,6 +57,7 @@ class VirtualScreen final : public Desktop {
         if (!hasBrowser) throw RuntimeError(Fault::InvalidProcedureCall);
         opened.push_back(url);
     }
+    void OpenFile(const std::string& nativePath) override { Open(nativePath); }
 
     void SetForegroundWindow(Form& form) override { works(&form); }
     void SetTopMost(Form&, bool onTop) override { topMost += onTop ? 1 : 0; }

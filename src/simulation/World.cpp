@@ -78,6 +78,7 @@ Client::Client(VirtualTime& time, VirtualNetwork& network, const std::string& na
     profile.SysChannel = "#system";
     profile.SysChanKey = "syskey";
     profile.Wire = WireProfile::plain();
+    profile.ReceiveAddress = "address-of-" + nick;
     around.disk.put("System/perflix.lst", "DND|Do not disturb|5\r\n\r\naway|Away|4\r\n");
     around.disk.put("System/emoticons.dat", "(sun):=:{\\i sun}\r\n");
     around.disk.put("System/plugin.lst", "\r\n");

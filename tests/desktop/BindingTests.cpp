@@ -11,6 +11,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QToolBar>
@@ -202,22 +203,22 @@ TEST_F(BindingTest, AListSortsByAHeadingAndKeepsItsPlaceOverARefresh) {
     EXPECT_EQ(list.SelectedItem, nullptr);
 }
 
-TEST_F(BindingTest, ATreeFilledAnewKeepsItsPlace) {
+TEST_F(BindingTest, ARefreshedTreeKeepsItsPlace) {
     TreeView tree;
     std::string clicked;
     on += tree.NodeClick.connect([&](const Node& node) { clicked = node.Key(); });
-    const auto fill = [&](int users) {
-        tree.Nodes.Clear();
-        Node& root = tree.Nodes.Add(nullptr, "", "Registered Users");
-        root.SetExpanded(true);
-        Node& folded = tree.Nodes.Add(&root, "", "folded");
-        tree.Nodes.Add(&folded, "inner", "inner");
-        for (int i = 0; i < users; ++i) {
-            tree.Nodes.Add(&root, "key" + std::to_string(i), "user" + std::to_string(i));
+    const auto fill = [&](int users, int first = 0) {
+        TreePlan plan;
+        const PlannedNode& root =
+            plan.Add({.Name = "Registered Users", .Text = "Registered Users", .Expanded = true});
+        const PlannedNode& folded = plan.Add({.Name = "folded", .Text = "folded", .Parent = &root});
+        plan.Add({.Name = "inner", .Key = "inner", .Text = "inner", .Parent = &folded});
+        for (int i = first; i < users; ++i) {
+            const std::string number = std::to_string(i);
+            plan.Add({.Name = number, .Key = "key" + number, .Text = "user" + number, .Parent = &root});
         }
-        EXPECT_EQ(root.FindChild("USER3"), &root.Child(5));
-        EXPECT_EQ(root.FindChild("inner"), nullptr);
-        return &root;
+        tree.Nodes.Refresh(plan);
+        return &tree.Nodes.Root(1);
     };
     auto& view = add(new NodeTree(tree, {}, QStringLiteral("Users")));
     fill(4);
@@ -234,15 +235,24 @@ TEST_F(BindingTest, ATreeFilledAnewKeepsItsPlace) {
     EXPECT_EQ(clicked, "key199");
     const int scroll = view.verticalScrollBar()->value();
     clicked.clear();
+    Node* selected = tree.SelectedItem;
+    QSignalSpy laidOut(view.model(), &QAbstractItemModel::layoutChanged);
     root = fill(300);
-    root->Child(1).SetExpanded(true);
-    EXPECT_EQ(tree.SelectedItem, nullptr);
+    EXPECT_EQ(laidOut.count(), 0) << "nothing differs";
+    root->Child(1).SetExpanded(false);
+    root = fill(310, 1);
     QApplication::processEvents();
+    EXPECT_EQ(laidOut.count(), 1);
+    EXPECT_EQ(view.model()->rowCount(view.model()->index(0, 0)), 310);
+    EXPECT_FALSE(view.isExpanded(view.model()->index(0, 0, view.model()->index(0, 0))));
     EXPECT_EQ(view.verticalScrollBar()->value(), scroll);
+    EXPECT_EQ(tree.SelectedItem, selected);
+    EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("user199"));
     ASSERT_NE(tree.SelectedItem, nullptr);
     EXPECT_EQ(tree.SelectedItem->Key(), "key199");
     EXPECT_EQ(clicked, "") << "no hand has clicked";
-    EXPECT_EQ(view.indexAt(top).data().toString(), QStringLiteral("user199"));
+    fill(150);
+    EXPECT_EQ(tree.SelectedItem, nullptr);
 }
 
 }  // namespace

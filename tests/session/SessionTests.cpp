@@ -361,8 +361,9 @@ class ChannelPanelTest : public testing::Test {
     Random random;
     Windows windows;
     modNickDecode nicks{globError, around.files};
+    modFriendsList friends{globError, around.files};
     Handovers to;
-    Form1 form{{around.platform, globError, settings, gate, account, random, nicks, to},
+    Form1 form{{around.platform, globError, settings, gate, account, random, nicks, friends, to},
                network.CreateSocket({})};
     ChannelPanel& panel = form.Channels;
     ListView& list = panel.ListView2;

@@ -219,6 +219,9 @@ QTabWidget* Form1View::makePeople() {
     ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
     users->setEmptyText(tr("Nobody is in your channels."));
     tabs->addTab(users, theme::icon(QStringLiteral("group")), tr("Users"));
+    ListTree* friends = makeUserListTree(form_.UserList2, tr("Friends"), tabs);
+    friends->setEmptyText(tr("You have no friends here yet."));
+    tabs->addTab(friends, theme::icon(QStringLiteral("person")), tr("Friends"));
     ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
     ignored->setEmptyText(tr("You ignore nobody."));
     tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
@@ -284,8 +287,10 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     menu.addSeparator();
-    const bool ignored = form_.Presence.IsIgnored(form_.Presence.SelectedNick);
-    addEntry(menu, ignored ? form_.Presence.mnuUnignore : form_.Presence.mnuIgnore);
+    for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
+        if (entry->Visible) addEntry(menu, *entry);
+    addEntry(menu, form_.Presence.mnuIgnore);
+    addEntry(menu, form_.Presence.mnuUnignore);
     menu.addSeparator();
     addEntry(menu, form_.popULRefresh);
 }

@@ -49,7 +49,7 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
     });
-    face.SetNoticeOpener([this](const HostValue& window) { openNotice(window); });
+    face.SetNoticeOpener([this](const HostValue& window) { component_.OpenNotice(window); });
 }
 
 // Also the windows of forms that nobody has unloaded.
@@ -94,29 +94,6 @@ void Views::see(Unseen& unseen) {
     // As it would have followed its form.
     view->setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
     view->setVisible(view->TheForm().Visible);
-}
-
-void Views::openNotice(const HostValue& window) {
-    const std::string* name = window.asText();
-    if (name == nullptr) return;
-    ChatDesk& chats = component_.Chats();
-    if (frmChanChat* channel = chats.Channels.Window(*name)) {
-        show(*channel);
-    } else if (frmPM* chat = chats.Privates.Window(*name)) {
-        show(*chat);
-    } else if (component_.MainWindow() != nullptr && name->starts_with(MailFile::Folder)) {
-        component_.Mails().OpenMail(*name);
-        component_.Mails().Panel.RefreshMailList();  // it is read now
-    } else if (Form1* main = component_.MainWindow()) {
-        main->Show();
-        site_.ThePlatform.Screen.SetForegroundWindow(*main);
-    }
-}
-
-void Views::show(ChatWindow& window) {
-    window.WindowState = FormState::Normal;
-    window.Show();
-    site_.ThePlatform.Screen.SetForegroundWindow(window);
 }
 
 }  // namespace talvora

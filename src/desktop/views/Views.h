@@ -35,8 +35,6 @@ class Views {
     void viewWhenShown(Unseen& unseen, Event<TheForm&>& loaded, More&... more);
     void seeMain();
     void see(Unseen& unseen);
-    void openNotice(const HostValue& window);
-    void show(ChatWindow& window);
 
     Connect& component_;
     ViewMemory memory_;

@@ -15,7 +15,7 @@ class ReplyKeeper {
   public:
     enum class Kind : std::uint8_t { Names, Who, List, Whois, Motd };
 
-    static constexpr std::size_t MostBytes = std::size_t{16} * 1024 * 1024;
+    static constexpr std::size_t MostBytes = std::size_t{4} * 1024 * 1024;
     static constexpr std::size_t MostReplies = 64;
 
     // Adds a line to a reply, or begins it. `key` is the channel or nick that the reply is about.

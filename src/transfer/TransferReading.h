@@ -1,0 +1,99 @@
+#pragma once
+// How both sides handle `DataArrival`: the chunk goes into the stream, a chunk with a delimiter winds up the
+// watchdog, and the messages are acted on one by one. Inside src/transfer only.
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "common/Trap.h"
+#include "platform/Timer.h"
+#include "platform/Winsock.h"
+#include "transfer/TransferStream.h"
+
+namespace talvora {
+
+inline void WindUp(Timer& timer) {
+    timer.Enabled = false;
+    timer.Enabled = true;
+}
+
+// Letting other events in lets them in again; behind a few of them nobody does any more.
+class BoundedYield {
+  public:
+    void operator()(Loop& loop) {
+        constexpr int deepest = 8;
+        if (depth_ >= deepest) return;
+        ++depth_;
+        loop.Yield();
+        --depth_;
+    }
+
+  private:
+    int depth_ = 0;
+};
+
+// Faults that the other side's messages cause: the first one goes to the reporter, and while they go on, no
+// other does. True if the statement ran to its end.
+class TellOnce {
+  public:
+    template <class Statement>
+    bool operator()(Trap& step, Statement&& statement) {
+        if (told_) return quietly(statement);
+        told_ = true;  // also if the answer leaves the procedure
+        if (!step(statement)) return false;
+        told_ = false;
+        return true;
+    }
+    void Renew() { told_ = false; }
+
+  private:
+    template <class Statement>
+    static bool quietly(Statement& statement) {
+        try {
+            statement();
+            return true;
+        } catch (const RuntimeError&) {
+            return false;
+        }
+    }
+
+    bool told_ = false;
+};
+
+class TransferReading {
+  public:
+    // A new connection begins. What the last one has left unread stays, and is read as its beginning.
+    void Connected() { torn_.Renew(); }
+    void Clear() { stream_.Clear(); }
+
+    // `act(type, parameter)` says whether to read on; it may end the connection, whose rest nobody reads.
+    // `tooMuch()` is called instead if there is no end in sight.
+    template <class Act, class TooMuch>
+    void DataArrival(Trap& step, Winsock& socket, Timer& watchdog, Act&& act, TooMuch&& tooMuch) {
+        const auto fed = stream_.Feed([&](std::string& to) { socket.GetData(to); });
+        if (fed == TransferStream::Fed::Waits) return;
+        if (fed == TransferStream::Fed::TooMuch) {
+            stream_.Clear();
+            return tooMuch();
+        }
+        WindUp(watchdog);
+        std::string message;
+        while (socket.State() == SocketState::Connected && next(step, message)) {
+            // A message without a letter is of no type.
+            if (message.empty()) continue;
+            if (!act(message.front(), std::string_view(message).substr(1))) return;
+        }
+    }
+
+  private:
+    // A message whose end is still under way is a fault.
+    bool next(Trap& step, std::string& message) {
+        return !stream_.IsEmpty() && torn_(step, [&] { stream_.Next(message); });
+    }
+
+    TransferStream stream_;
+    TellOnce torn_;
+};
+
+}  // namespace talvora
