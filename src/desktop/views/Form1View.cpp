@@ -122,8 +122,8 @@ QWidget* Form1View::makeSession() {
         row->addWidget(label);
     };
     picture(form_.Session.imgStat, tr("Connection"), picturesOf(Pictures::Sessions));
-    on_ += form_.Session.imgStat.Picture.Changed.connect(
-        [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
+    follow(on_, form_.Session.imgStat.Picture,
+           [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
     auto* session = new QLabel(line);
     letShrink(*session);
     attach(on_, form_.Session.Label8, *session);

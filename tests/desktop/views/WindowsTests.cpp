@@ -22,6 +22,17 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+TEST(WindowsOfTheStart, WaitUntilTheLogOnIsUnderWay) {
+    DesktopWorld desktop;
+    desktop.client.host.send(HostMsg::Start);
+    desktop.world.time.settle();
+    EXPECT_THAT(desktop.face.windows, IsEmpty());
+    desktop.chats().Channels.StartChan("#thes");
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    ASSERT_NE(main, nullptr) << "it goes ahead of any other window";
+    EXPECT_FALSE(main->isVisible());
+}
+
 TEST_F(WindowsTest, TalkInAChannel) {
     FormView* main = viewOf(&client.window());
     ASSERT_NE(main, nullptr);
