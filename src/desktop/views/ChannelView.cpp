@@ -21,6 +21,7 @@ ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
 void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
+        addEntry(menu, window_.mnuInfo);
         menu.addSeparator();
         addCommands(menu, window_.Commands);
         return;
