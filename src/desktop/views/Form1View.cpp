@@ -225,6 +225,7 @@ QTabWidget* Form1View::makePeople() {
     ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
     ignored->setEmptyText(tr("You ignore nobody."));
     tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
+    for (ListTree* list : {users, friends}) takeFilesForUsers(*list, offerFiles(), std::nullopt);
     tabs_ = tabs;
     if (form_.Mail != nullptr) addMail();
     return tabs;
@@ -254,6 +255,12 @@ QWidget* Form1View::makeChannels() {
     list->setEmptyText(tr("No channels yet."));
     rows->addWidget(list, 1);
     return part;
+}
+
+TakeFiles Form1View::offerFiles() {
+    return [this](const std::string& nick, const std::vector<std::string>& paths) {
+        form_.OfferFiles(nick, paths);
+    };
 }
 
 // ---- Menus
@@ -286,6 +293,7 @@ void Form1View::fillStates(QMenu& menu) {
 
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
+    addEntry(menu, form_.popULSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
         if (entry->Visible) addEntry(menu, *entry);
@@ -306,6 +314,7 @@ void Form1View::fillMain(QMenu& menu) {
         connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
     }
     menu.addSeparator();
+    addEntry(menu, form_.mnuTransfers)->setIcon(theme::icon(QStringLiteral("file-in")));
     addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });

@@ -12,10 +12,14 @@
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PrivateView.h"
+#include "desktop/views/ReceiveFileView.h"
 #include "desktop/views/ScriptsView.h"
 #include "desktop/views/SelectUserView.h"
+#include "desktop/views/SendFileView.h"
 #include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
+#include "desktop/views/TransferStatusView.h"
+#include "desktop/views/TransfersView.h"
 #include "desktop/views/ViewMailView.h"
 
 namespace talvora {
@@ -43,6 +47,11 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<SendMailView>(mails.Composers.Loaded);
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
+    TransferDesk& transfers = component_.Transfers();
+    viewEach<ReceiveFileView>(transfers.Receiver.Loaded);
+    viewEach<SendFileView>(transfers.Dialog.Loaded);
+    viewEach<TransferStatusView>(transfers.Status.Loaded);
+    viewEach<TransfersView>(transfers.Transfers.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
