@@ -30,6 +30,7 @@ ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
     "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
     "simulation/programs": {"simulation/programs", "common", "platform"},
+    "simulation/peer": {"simulation/peer", "transfer"},
     "simulation/windows": {"simulation/windows", "simulation", "desktop", "desktop/views", "orrery/face", "common",
                            "platform"},
     "platform_qt": {"platform_qt", "platform"},
