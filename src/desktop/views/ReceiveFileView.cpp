@@ -14,7 +14,7 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize ReceiveSize{460, 250};
+constexpr QSize ReceiveSize{460, 230};
 
 }  // namespace
 

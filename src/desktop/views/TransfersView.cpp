@@ -16,8 +16,8 @@ namespace talvora {
 
 namespace {
 
-constexpr QSize TransfersSize{680, 320};
-constexpr std::array<int, 3> TransferColumns = {190, 130, 190};
+constexpr QSize TransfersSize{700, 320};
+constexpr std::array<int, 3> TransferColumns = {230, 110, 190};
 
 }  // namespace
 

@@ -49,6 +49,8 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
     TransferDesk& transfers = component_.Transfers();
     viewEach<ReceiveFileView>(transfers.Receiver.Loaded);
+    // It listens as long as the component is there.
+    if (frmReceiveFile* listening = transfers.Receiver.Get()) open<ReceiveFileView>(*listening);
     viewEach<SendFileView>(transfers.Dialog.Loaded);
     viewEach<TransferStatusView>(transfers.Status.Loaded);
     viewEach<TransfersView>(transfers.Transfers.Loaded);
@@ -69,10 +71,13 @@ Views::~Views() {
 // A view deletes itself with its form.
 template <class View, class TheForm, class... More>
 void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
-    on_ += loaded.connect([this, &more...](TheForm& form) {
-        std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        open_.emplace_back(new View(form, more..., site_));
-    });
+    on_ += loaded.connect([this, &more...](TheForm& form) { open<View>(form, more...); });
+}
+
+template <class View, class TheForm, class... More>
+void Views::open(TheForm& form, More&... more) {
+    std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
+    open_.emplace_back(new View(form, more..., site_));
 }
 
 }  // namespace talvora

@@ -23,6 +23,8 @@ class Views {
     // `more` is what the view shows beside its form.
     template <class View, class TheForm, class... More>
     void viewEach(Event<TheForm&>& loaded, More&... more);
+    template <class View, class TheForm, class... More>
+    void open(TheForm& form, More&... more);
 
     Connect& component_;
     ViewMemory memory_;
