@@ -22,6 +22,8 @@ class ListTree final : public QTreeView {
     const ListItem* rowAt(QPoint at) const { return model_.item(indexAt(at)); }
     // Where a menu that the keyboard opens belongs, on the screen.
     QPoint menuPlace() const;
+    // Shows at once what would be shown a little later.
+    void settle() { model_.settle(); }
 
   protected:
     void focusInEvent(QFocusEvent* event) override;

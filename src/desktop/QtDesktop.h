@@ -10,6 +10,7 @@
 
 #include "desktop/QtClipboard.h"
 #include "platform/Platform.h"
+#include "platform/Pointer.h"
 
 namespace talvora {
 
@@ -29,12 +30,16 @@ class QtDesktop final : public Desktop {
 
     int ScreenWidth() const override;
     int ScreenHeight() const override;
+    // No window is placed at the edge of the screen: the toolkit can't wait for the pointer there for
+    // nothing.
+    bool PlacesWindows() const override { return false; }
     const Form* ForegroundWindow() const override;
     void SetForegroundWindow(Form& form) override;
     void SetTopMost(Form& form, bool onTop) override;
     void FlashWindow(Form& form, bool invert) override;
     void Beep() override;
     Clipboard& TheClipboard() override { return clipboard_; }
+    Pointer& ThePointer() override { return pointer_; }
     void Open(const std::string& url) override;
     void OpenFile(const std::string& nativePath) override;
 
@@ -49,6 +54,7 @@ class QtDesktop final : public Desktop {
 
     Guard* guard_;
     QtClipboard clipboard_;
+    NoPointer pointer_;
     std::vector<Shown> shown_;
     const Form* foreground_ = nullptr;
     QMetaObject::Connection focus_;

@@ -19,6 +19,7 @@ class Clipboard;
 class Files;
 class Form;
 class PluginLibraries;
+class Pointer;
 
 // Makes sockets.
 class Network {
@@ -40,6 +41,8 @@ class Desktop {
     // In twips, 1440 to the inch.
     virtual int ScreenWidth() const = 0;
     virtual int ScreenHeight() const = 0;
+    // Whether a window stands where its form says. Some desktops place all windows themselves.
+    virtual bool PlacesWindows() const = 0;
 
     // The form in whose window the user is working; nothing while that is a window of another program.
     virtual const Form* ForegroundWindow() const = 0;
@@ -53,6 +56,7 @@ class Desktop {
     virtual void Beep() = 0;
 
     virtual Clipboard& TheClipboard() = 0;
+    virtual Pointer& ThePointer() = 0;
     // Hands a link to the default browser, as an argument of its own and never by a shell. Fault 5 for a link
     // other than http, https and ftp, and if no browser can be started.
     virtual void Open(const std::string& url) = 0;

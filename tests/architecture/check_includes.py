@@ -42,6 +42,7 @@ ABOVE = {
     "robot": {"robot", "irc", "irc/wire", "gate", "common", "profile", "platform_qt", "platform"},
     "orrery/face": {"orrery/face", "orrery", "desktop", "gate", "common", "profile", "platform_qt",
                     "platform"},
+    "orrery/headless": {"orrery"},
     "orrery": {"orrery", "gate", "common", "profile", "platform_qt", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)

@@ -28,6 +28,7 @@ ChannelView::ChannelView(frmChanChat& window, const ViewSite& site)
 void ChannelView::fillMenu(QMenu& menu, Menu& model) {
     if (&model == &window_.pop) {
         addEntry(menu, window_.mnuPM);
+        addEntry(menu, window_.mnuInfo);
         if (window_.mnuSendFile.Visible)
             addEntry(menu, window_.mnuSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
         menu.addSeparator();

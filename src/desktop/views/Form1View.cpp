@@ -122,8 +122,8 @@ QWidget* Form1View::makeSession() {
         row->addWidget(label);
     };
     picture(form_.Session.imgStat, tr("Connection"), picturesOf(Pictures::Sessions));
-    on_ += form_.Session.imgStat.Picture.Changed.connect(
-        [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
+    follow(on_, form_.Session.imgStat.Picture,
+           [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
     auto* session = new QLabel(line);
     letShrink(*session);
     attach(on_, form_.Session.Label8, *session);
@@ -293,6 +293,7 @@ void Form1View::fillStates(QMenu& menu) {
 
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
+    addEntry(menu, form_.popULInfo);
     addEntry(menu, form_.popULSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
@@ -307,6 +308,7 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanNew)->setIcon(theme::icon(QStringLiteral("channel-new")));
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
+    addEntry(menu, form_.mnuBar);
     menu.addSeparator();
     if (mail_ != nullptr) mail_->fillMain(menu);
     for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {

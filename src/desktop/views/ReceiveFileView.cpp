@@ -52,7 +52,7 @@ QWidget* ReceiveFileView::makeQuestion() {
     QLabel* question = add(form_.Label6, tr("Question"));
     add(form_.lblFrom, tr("From where, and room"));
     words->addStretch(1);
-    on_ += form_.Picture1.Visible.Changed.connect([question](bool asks) {
+    follow(on_, form_.Picture1.Visible, [question](bool asks) {
         if (!asks) return;
         question->setFocus();
         QAccessibleEvent alert(question, QAccessible::Alert);

@@ -1,5 +1,7 @@
 #include "desktop/views/Views.h"
 
+#include <utility>
+
 #include "desktop/Theme.h"
 #include "desktop/views/AnnounceView.h"
 #include "desktop/views/AnnouncementsView.h"
@@ -11,6 +13,7 @@
 #include "desktop/views/Form1View.h"
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
+#include "desktop/views/PopupView.h"
 #include "desktop/views/PrivateView.h"
 #include "desktop/views/ReceiveFileView.h"
 #include "desktop/views/ScriptsView.h"
@@ -21,6 +24,7 @@
 #include "desktop/views/TransferStatusView.h"
 #include "desktop/views/TransfersView.h"
 #include "desktop/views/ViewMailView.h"
+#include "desktop/views/WhoisView.h"
 
 namespace talvora {
 
@@ -32,7 +36,7 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
         auto* encrypt = dynamic_cast<plg_Encrypt*>(&plugin);
         return encrypt != nullptr ? new EncryptView(*encrypt, parent) : nullptr;
     });
-    viewEach<Form1View>(component_.MainWindowLoaded, announcements.Panel);
+    viewWhenShown<Form1View>(main_, component_.MainWindowLoaded, announcements.Panel);
     viewEach<ChannelView>(chats.Channels.Loaded);
     viewEach<PrivateView>(chats.Privates.Loaded);
     viewEach<EmoticonsView>(chats.Picker.Loaded);
@@ -40,17 +44,19 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<MsgBoxView>(chats.MsgBox.Loaded);
     viewEach<MOTDView>(chats.MOTD.Loaded);
     viewEach<ScriptsView>(chats.Scripts.Loaded);
-    viewEach<AnnouncementsView>(announcements.Viewer.Loaded);
+    viewWhenShown<AnnouncementsView>(announcements_, announcements.Viewer.Loaded);
     viewEach<AnnounceView>(announcements.Composer.Loaded);
     MailDesk& mails = component_.Mails();
     viewEach<ViewMailView>(mails.Viewers.Loaded);
     viewEach<SendMailView>(mails.Composers.Loaded);
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
+    viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    viewEach<WhoisView>(component_.Notes().Whois.Loaded);
     TransferDesk& transfers = component_.Transfers();
-    viewEach<ReceiveFileView>(transfers.Receiver.Loaded);
+    viewWhenShown<ReceiveFileView>(receiver_, transfers.Receiver.Loaded);
     // It listens as long as the component is there.
-    if (frmReceiveFile* listening = transfers.Receiver.Get()) open<ReceiveFileView>(*listening);
+    if (frmReceiveFile* form = transfers.Receiver.Get()) waitFor<ReceiveFileView>(receiver_, *form);
     viewEach<SendFileView>(transfers.Dialog.Loaded);
     viewEach<TransferStatusView>(transfers.Status.Loaded);
     viewEach<TransfersView>(transfers.Transfers.Loaded);
@@ -64,20 +70,49 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
 // Also the windows of forms that nobody has unloaded.
 Views::~Views() {
     site_.Face.SetNoticeOpener({});
+    main_.Shown.disconnect();
+    announcements_.Shown.disconnect();
+    receiver_.Shown.disconnect();
     on_.clear();
     for (const QPointer<FormView>& view : open_) delete view;
 }
 
 // A view deletes itself with its form.
-template <class View, class TheForm, class... More>
-void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
-    on_ += loaded.connect([this, &more...](TheForm& form) { open<View>(form, more...); });
+template <class View, class TheForm>
+void Views::viewEach(Event<TheForm&>& loaded) {
+    on_ += loaded.connect([this](TheForm& form) {
+        seeMain();
+        std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
+        open_.emplace_back(new View(form, site_));
+    });
 }
 
 template <class View, class TheForm, class... More>
-void Views::open(TheForm& form, More&... more) {
-    std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-    open_.emplace_back(new View(form, more..., site_));
+void Views::viewWhenShown(Unseen& unseen, Event<TheForm&>& loaded, More&... more) {
+    on_ += loaded.connect([this, &unseen, &more...](TheForm& form) { waitFor<View>(unseen, form, more...); });
+}
+
+template <class View, class TheForm, class... More>
+void Views::waitFor(Unseen& unseen, TheForm& form, More&... more) {
+    unseen.Make = [this, &form, &more...] { return new View(form, more..., site_); };
+    unseen.Shown = form.Visible.Changed.connect([this, &unseen](bool) { see(unseen); });
+}
+
+// The first window that the host hears of is its main window, so this one goes ahead of all others.
+void Views::seeMain() {
+    if (component_.MainWindow() != nullptr) see(main_);
+}
+
+void Views::see(Unseen& unseen) {
+    if (&unseen != &main_) seeMain();
+    unseen.Shown.disconnect();
+    const auto make = std::exchange(unseen.Make, {});
+    if (!make) return;
+    FormView* const view = make();
+    open_.emplace_back(view);
+    // As it would have followed its form.
+    view->setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
+    view->setVisible(view->TheForm().Visible);
 }
 
 }  // namespace talvora

@@ -82,6 +82,7 @@ void OrreryProcess::startAgain(const std::vector<std::string>& settings) {
     Program program = orreryProgram(folder_, folder_ / "network.ini", settings);
     if (!screen_.empty()) std::erase(program.arguments, "--headless");
     program.environment.insert(program.environment.end(), screen_.begin(), screen_.end());
+    kill();  // one that still ran would refuse the next one its folder
     process_ = std::make_unique<Process>(program);
     const Deadline deadline(Patience);
     while (LineSocket(gatePath()).closed()) {

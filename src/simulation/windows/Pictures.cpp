@@ -14,6 +14,7 @@
 
 #include "desktop/QtQuestions.h"
 #include "desktop/QtText.h"
+#include "desktop/ListTree.h"
 #include "desktop/RichTextView.h"
 #include "orrery/face/NetworkPage.h"
 #include "orrery/face/NoticesPage.h"
@@ -54,6 +55,7 @@ class Photographer {
         }
         for (QWidget* widget : window->findChildren<QWidget*>()) {
             if (auto* view = dynamic_cast<RichTextView*>(widget)) view->settle();
+            if (auto* list = dynamic_cast<ListTree*>(widget)) list->settle();
         }
         const QString file = QStringLiteral("%1/%2%3.png").arg(folder_, QString::fromLatin1(name), suffix_);
         complete_ = window->grab().save(file) && complete_;
