@@ -8,13 +8,14 @@
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTimer>
+#include <QTreeView>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 
+#include "desktop/ListTree.h"
 #include "desktop/QtQuestions.h"
 #include "desktop/QtText.h"
-#include "desktop/ListTree.h"
 #include "desktop/RichTextView.h"
 #include "orrery/face/NetworkPage.h"
 #include "orrery/face/NoticesPage.h"
@@ -317,13 +318,16 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     desktop.settle();
     desktop.settle();
     moment(desk.Receiver.Get(), "receiving");
-    desktop.client.window().mnuTransfers.Click.raise();
-    ListView& list = desk.Transfers.Get()->ListView1;
-    if (list.ListItems.Count() > 0) list.userClicks(list.ListItems(1));
-    moment(desk.Transfers.Get(), "transfers");
     desktop.world.network.delay = 0;
     desktop.world.time.run(std::chrono::seconds(20));
     desktop.settle();
+    desktop.client.window().mnuTransfers.Click.raise();
+    if (FormView* history = desktop.viewOf(desk.Transfers.Get())) {
+        auto* list = history->findChild<QTreeView*>();
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(0, 0));
+    }
+    moment(desk.Transfers.Get(), "transfers");
 }
 
 void takeScripts(DesktopWorld& desktop, Photographer& photographer) {
