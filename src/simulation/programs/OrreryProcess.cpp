@@ -65,6 +65,7 @@ OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options)
 void OrreryProcess::start(const OrreryOptions& options) {
     folder_.write("network.ini", profileText(serverPort_, options));
     installPlugins(folder_, options);
+    if (!options.friends.empty()) folder_.write("data/System/Friends.lst", options.friends);
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());
