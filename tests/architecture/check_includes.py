@@ -29,7 +29,8 @@ CORE = {
 ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
     "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
-    "simulation/programs": {"simulation/programs", "common", "platform"},
+    "simulation/programs": {"simulation/programs", "common", "platform_qt", "platform"},
+    "simulation/files": {"simulation/files", "host", "orrery", "common", "platform_qt", "platform"},
     "simulation/windows": {"simulation/windows", "simulation", "desktop", "desktop/views", "orrery/face", "common",
                            "platform"},
     "platform_qt": {"platform_qt", "platform"},
