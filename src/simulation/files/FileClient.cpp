@@ -39,10 +39,11 @@ FileClient::FileClient(const std::string& folder, const std::string& nick, const
       profile_(profile),
       component_(HostServices{platform_.platform(), profile_}) {
     ComponentSettings(settings_).Save(Section::Settings, "Nickname", nick);
+    watch();
     component_.Init(database_, pluginID);
 }
 
-void FileClient::Start() {
+void FileClient::watch() {
     TransferDesk& desk = component_.Transfers();
     on_ += desk.Receiver.Loaded.connect([this](frmReceiveFile& form) { watchReceiver(form); });
     on_ += desk.Dialog.Loaded.connect([this](frmSendFile& form) { watchDialog(form); });
@@ -51,6 +52,9 @@ void FileClient::Start() {
     on_ += database_.MessageBroadcasted.connect([](const HostMessage& message) {
         if (message.MsgID == HostMsg::ServerNumeric) tell("numeric " + message.Data.at(0).text());
     });
+}
+
+void FileClient::Start() {
     HostMessage message;
     message.MsgID = HostMsg::Start;
     message.FromID = HostAddress::Host;
@@ -73,9 +77,6 @@ void FileClient::watchReceiver(frmReceiveFile& form) {
 
 void FileClient::watchDialog(frmSendFile& form) {
     onDialog_ = {};
-    onDialog_ += form.Text1.Enabled.Changed.connect([&form](bool enabled) {
-        if (enabled) tell("address is coming");
-    });
     onDialog_ += form.Text1.Text.Changed.connect([](const std::string& text) { tell("address " + text); });
 }
 

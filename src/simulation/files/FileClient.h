@@ -32,6 +32,7 @@ class FileClient {
     void Obey(const std::string& line);
 
   private:
+    void watch();
     void watchReceiver(frmReceiveFile& form);
     void watchSender(frmTransferStatus& form);
     void watchDialog(frmSendFile& form);
