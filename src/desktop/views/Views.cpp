@@ -1,10 +1,14 @@
 #include "desktop/views/Views.h"
 
+#include <QShortcut>
+#include <type_traits>
+
 #include "desktop/Theme.h"
 #include "desktop/views/AnnounceView.h"
 #include "desktop/views/AnnouncementsView.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/ChannelView.h"
+#include "desktop/views/CornerView.h"
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/EncryptView.h"
 #include "desktop/views/ExpireView.h"
@@ -45,7 +49,11 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<SendMailView>(mails.Composers.Loaded);
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
-    viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    if (platform.Screen.PlacesWindows()) {
+        viewEach<CornerView>(component_.Notes().Popup.Loaded);
+    } else {
+        viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    }
     viewEach<WhoisView>(component_.Notes().Whois.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
@@ -61,12 +69,20 @@ Views::~Views() {
     for (const QPointer<FormView>& view : open_) delete view;
 }
 
+void Views::addBarKey(FormView& view) {
+    auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), &view);
+    QObject::connect(key, &QShortcut::activated, &view, [this] { component_.Notes().ToggleBar(); });
+}
+
 // A view deletes itself with its form.
 template <class View, class TheForm, class... More>
 void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
     on_ += loaded.connect([this, &more...](TheForm& form) {
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        open_.emplace_back(new View(form, more..., site_));
+        auto* view = new View(form, more..., site_);
+        open_.emplace_back(view);
+        // Where one writes a message the key makes bold letters.
+        if constexpr (!std::is_same_v<View, SendMailView>) addBarKey(*view);
     });
 }
 

@@ -24,6 +24,9 @@ class Views {
     template <class View, class TheForm, class... More>
     void viewEach(Event<TheForm&>& loaded, More&... more);
 
+    // The key that opens the bar from any window.
+    void addBarKey(FormView& view);
+
     Connect& component_;
     ViewMemory memory_;
     PluginViews plugins_;
