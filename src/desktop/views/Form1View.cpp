@@ -346,7 +346,7 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanNew)->setIcon(theme::icon(QStringLiteral("channel-new")));
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
-    addEntry(menu, form_.mnuBar);
+    addEntry(menu, form_.mnuBar)->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
     menu.addSeparator();
     if (mail_ != nullptr) mail_->fillMain(menu);
     for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {

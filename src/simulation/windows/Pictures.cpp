@@ -368,6 +368,28 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     moment(desk.Transfers.Get(), "transfers");
 }
 
+void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+    NotifyDesk& notes = desktop.client.component->Notes();
+    desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
+    desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
+                 greek("Ποιος έρχεται στην παραλία το Σάββατο το πρωί;"));
+    notes.ToggleBar();
+    desktop.settle();
+    frmPopup& bar = *notes.Popup.Get();
+    bar.Wins(0).Label2_MouseMove();
+    desktop.settle();
+    photographer.take(desktop.viewOf(&bar), "bar");
+    bar.PutAway();
+    for (const char* line :
+         {"311 Maria Nikos[DND] nikos pc7.example.org * :UL:Thessaloniki.Center@Net1",
+          "312 Maria Nikos[DND] irc.example.org :The server", "319 Maria Nikos[DND] :#music @#thessaloniki",
+          "317 Maria Nikos[DND] 7500 1773478800 :seconds idle, signon time",
+          "318 Maria Nikos[DND] :End of WHOIS"}) {
+        desktop.says(std::string(":srv ") + line);
+    }
+    photographer.take(desktop.viewOf(notes.Whois.Get()), "whois");
+}
+
 void takeScripts(DesktopWorld& desktop, Photographer& photographer) {
     desktop.client.window().mnuScripts.Click.raise();
     frmScripts* scripts = desktop.chats().Scripts.Get();
@@ -458,6 +480,7 @@ int run(const QString& folder, bool dark) {
     takeAnnouncements(desktop, photographer);
     takeTransfers(desktop, photographer);
     takeScripts(desktop, photographer);
+    takePeople(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
     return photographer.Complete() ? 0 : 1;
