@@ -1,9 +1,12 @@
 #include "desktop/ListModel.h"
 
 #include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
 #include <algorithm>
 #include <utility>
 
+#include "desktop/NickDrag.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
 
@@ -12,6 +15,7 @@ namespace talvora {
 namespace {
 
 constexpr std::size_t LongestText = 300;  // that a row shows
+constexpr QChar BehindAll(0xFFFF);        // no letter of a name
 constexpr int MostSingle = 50;            // rows that come to a sorted list one by one, until a pause
 constexpr int TogetherAfter = 33;         // milliseconds
 
@@ -162,7 +166,8 @@ std::vector<const ListModel::Named*> ListModel::takeComing() {
 
 QString ListModel::nameOf(const ListItem& row) const {
     const std::size_t column = list_.Sorted ? static_cast<std::size_t>(std::max(list_.SortKey.get(), 0)) : 0;
-    return toQString(row.SortText(column)).toCaseFolded();
+    const QString name = toQString(row.SortText(column)).toCaseFolded();
+    return isLesser(row) ? BehindAll + name : name;
 }
 
 bool ListModel::before(const Named& one, const Named& other) const {
@@ -247,6 +252,14 @@ QVariant ListModel::shown(const ListItem& row, int column) const {
     return oneLine(text, LongestText);
 }
 
+QVariant ListModel::fontOf(const ListItem& row) const {
+    if (!row.Bold() && !isLesser(row)) return {};
+    QFont font;
+    font.setBold(row.Bold());
+    font.setItalic(isLesser(row));
+    return font;
+}
+
 QVariant ListModel::data(const QModelIndex& index, int role) const {
     const ListItem* row = index.isValid() ? rowAt(index.row()) : nullptr;
     if (row == nullptr) return {};
@@ -266,12 +279,11 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         case Qt::CheckStateRole:
             if (!first || !look_.Checkable) return {};
             return row->Checked() ? Qt::Checked : Qt::Unchecked;
-        case Qt::FontRole: {
-            if (!row->Bold()) return {};
-            QFont font;
-            font.setBold(true);
-            return font;
-        }
+        case Qt::FontRole:
+            return fontOf(*row);
+        case Qt::ForegroundRole:
+            return isLesser(*row) ? QVariant(QGuiApplication::palette().brush(QPalette::PlaceholderText))
+                                  : QVariant();
         default:
             return {};
     }
@@ -284,7 +296,8 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
-    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (look_.CarriesNicks && index.isValid()) flags |= Qt::ItemIsDragEnabled;
     return look_.Checkable && index.column() == 0 ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
@@ -293,6 +306,11 @@ bool ListModel::setData(const QModelIndex& index, const QVariant& value, int rol
     if (row == nullptr || role != Qt::CheckStateRole) return false;
     list_.userTicks(*row, value.toInt() == Qt::Checked);
     return true;
+}
+
+QMimeData* ListModel::mimeData(const QModelIndexList& indexes) const {
+    const ListItem* row = look_.CarriesNicks && !indexes.isEmpty() ? item(indexes.first()) : nullptr;
+    return row == nullptr ? nullptr : carryNick(row->Key());
 }
 
 }  // namespace talvora

@@ -23,6 +23,9 @@ class ListModel final : public QAbstractTableModel {
         Order Sorting = Order::AsListed;  // until the list says that it is sorted
         bool Checkable = false;
         bool ClickableHeads = false;
+        // Rows that are less than others: behind them in a list by name, slanted and pale.
+        std::function<bool(const ListItem&)> Lesser;
+        bool CarriesNicks = false;  // the key of a row can be dragged to where nicks are taken
     };
 
     ListModel(ListView& list, Look look);
@@ -39,6 +42,7 @@ class ListModel final : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
   private:
     void inserted(int index);
@@ -69,7 +73,9 @@ class ListModel final : public QAbstractTableModel {
     std::vector<const Named*> takeComing();
     void keepPlaces(const std::function<void()>& move);
     const ListItem* rowAt(int place) const;
+    bool isLesser(const ListItem& row) const { return look_.Lesser && look_.Lesser(row); }
     QVariant shown(const ListItem& row, int column) const;
+    QVariant fontOf(const ListItem& row) const;
 
     ListView& list_;
     Look look_;

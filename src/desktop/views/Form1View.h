@@ -13,7 +13,9 @@ class QVBoxLayout;
 
 namespace talvora {
 
+class ListTree;
 class MailArea;
+class UserTreeArea;
 
 class Form1View final : public FormView {
   public:
@@ -30,6 +32,8 @@ class Form1View final : public FormView {
     QWidget* makeTrouble();
     QWidget* makeWindows();
     QTabWidget* makePeople();
+    ListTree* addUsers(QTabWidget& tabs, UserList& users, const QString& name, const QString& emptyText);
+    void befriend(const std::string& nick);
     QWidget* makeChannels();
     void addMail();
     QPushButton* makeUnread();
@@ -43,6 +47,7 @@ class Form1View final : public FormView {
     Form1& form_;
     picAnn& announcement_;
     QTabWidget* tabs_ = nullptr;
+    UserTreeArea* everybody_ = nullptr;
     MailArea* mail_ = nullptr;  // none without mail
 };
 

@@ -1,5 +1,6 @@
 #include "desktop/views/Pictures.h"
 
+#include "chat/UserTree.h"
 #include "desktop/Theme.h"
 #include "mail/MailPanel.h"
 #include "session/SessionPanel.h"
@@ -58,6 +59,9 @@ QIcon pictureOf(Pictures list, int number) {
     switch (list) {
         case Pictures::States:
             return theme::icon(QStringLiteral("state-%1").arg(number));
+        case Pictures::Users:
+            return number == UserTree::GroupImage ? theme::icon(QStringLiteral("place"))
+                                                  : pictureOf(Pictures::States, number);
         case Pictures::Sessions:
             return theme::icon(QString::fromLatin1(sessionName(number)));
         case Pictures::Windows:

@@ -8,7 +8,8 @@
 namespace talvora {
 
 enum class Pictures {
-    States,    // of users: lists, trees and the user's own
+    States,    // of users: lists and the user's own
+    Users,     // of the tree of users: the same, and that of a group
     Sessions,  // of the connection
     Windows,   // of open chat windows
     Channels,

@@ -1,5 +1,7 @@
 #include "desktop/views/Views.h"
 
+#include <QShortcut>
+#include <type_traits>
 #include <utility>
 
 #include "desktop/Theme.h"
@@ -7,6 +9,7 @@
 #include "desktop/views/AnnouncementsView.h"
 #include "desktop/views/ChanKeyView.h"
 #include "desktop/views/ChannelView.h"
+#include "desktop/views/CornerView.h"
 #include "desktop/views/EmoticonsView.h"
 #include "desktop/views/EncryptView.h"
 #include "desktop/views/ExpireView.h"
@@ -51,7 +54,11 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<SendMailView>(mails.Composers.Loaded);
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
-    viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    if (platform.Screen.PlacesWindows()) {
+        viewEach<CornerView>(component_.Notes().Popup.Loaded);
+    } else {
+        viewEach<PopupView>(component_.Notes().Popup.Loaded);
+    }
     viewEach<WhoisView>(component_.Notes().Whois.Loaded);
     TransferDesk& transfers = component_.Transfers();
     viewWhenShown<ReceiveFileView>(receiver_, transfers.Receiver.Loaded);
@@ -77,13 +84,21 @@ Views::~Views() {
     for (const QPointer<FormView>& view : open_) delete view;
 }
 
+void Views::addBarKey(FormView& view) {
+    auto* key = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), &view);
+    QObject::connect(key, &QShortcut::activated, &view, [this] { component_.Notes().ToggleBar(); });
+}
+
 // A view deletes itself with its form.
 template <class View, class TheForm>
 void Views::viewEach(Event<TheForm&>& loaded) {
     on_ += loaded.connect([this](TheForm& form) {
         seeMain();
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        open_.emplace_back(new View(form, site_));
+        auto* view = new View(form, site_);
+        open_.emplace_back(view);
+        // Where one writes a message the key makes bold letters.
+        if constexpr (!std::is_same_v<View, SendMailView>) addBarKey(*view);
     });
 }
 
@@ -110,6 +125,7 @@ void Views::see(Unseen& unseen) {
     if (!make) return;
     FormView* const view = make();
     open_.emplace_back(view);
+    addBarKey(*view);
     // As it would have followed its form.
     view->setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
     view->setVisible(view->TheForm().Visible);

@@ -38,6 +38,9 @@ class Views {
     void seeMain();
     void see(Unseen& unseen);
 
+    // The key that opens the bar from any window.
+    void addBarKey(FormView& view);
+
     Connect& component_;
     ViewMemory memory_;
     PluginViews plugins_;

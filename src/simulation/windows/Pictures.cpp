@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QScreen>
 #include <QStyleFactory>
@@ -75,6 +76,8 @@ void furnish(DesktopWorld& desktop) {
     desktop.client.around.disk.put("System/plugin.lst",
                                    "Shout.Plugin F T F F Say it loud\r\n"
                                    "<SYS>.plg_Encrypt T F 0 0 Encryption\r\n");
+    desktop.client.around.disk.put("System/Friends.lst",
+                                   greek("Anna\r\nNikos\r\nKostas\r\nΠαναγιώτα_Παπαδοπούλου\r\nDimitra"));
     desktop.client.around.disk.put("System/script_cmd.dat",
                                    "part\x01PART #thessaloniki\r\nbrb\x01NICK %0 Maria[AWAY]\x02"
                                    "ECHO Back soon\r\n");
@@ -105,6 +108,40 @@ void fillChannel(DesktopWorld& desktop) {
     channel->Text1.Text = "I will be there at five";
 }
 
+// A reply of who is on line.
+void fillTree(DesktopWorld& desktop) {
+    for (const char* user :
+         {"Anna UL:Θεσσαλονίκη.Κέντρο", "Nikos[DND] UL:Θεσσαλονίκη.Κέντρο",
+          "Παναγιώτα_Παπαδοπούλου[AWAY] UL:Θεσσαλονίκη.Κέντρο", "Giorgos[LUNCH] UL:Θεσσαλονίκη.Καλαμαριά",
+          "Eleni UL:Θεσσαλονίκη.Καλαμαριά", "Stavros UL:Αθήνα.Πλάκα", "Sofia[PHONE] UL:Αθήνα.Πλάκα",
+          "Manolis UL:Κρήτη.Χανιά", "Ioanna[SLEEP] UL:Κρήτη.Χανιά", "Maria UL:Θεσσαλονίκη.Κέντρο",
+          "Stranger nobody"}) {
+        const std::string text = greek(user);
+        const std::size_t blank = text.find(' ');
+        desktop.client.server.says(":srv 352 Maria * u h srv " + text.substr(0, blank) + " H :0 " +
+                                   text.substr(blank + 1));
+    }
+    desktop.says(":srv 315 Maria * :End of WHO");
+}
+
+void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+    fillTree(desktop);
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    auto* tabs = main->findChild<QTabWidget*>();
+    for (const char* name : {"main-friends", "main-online", "main-channels"}) {
+        photographer.take(main, name);
+        tabs->setCurrentIndex(tabs->currentIndex() + 1);
+        desktop.settle();
+    }
+    tabs->setCurrentIndex(1);
+    auto* box = tabs->currentWidget()->findChild<QLineEdit*>();
+    box->setText(QStringLiteral("an"));
+    desktop.settle();
+    photographer.take(main, "main-online-found");
+    box->clear();
+    tabs->setCurrentIndex(0);
+}
+
 void takeChats(DesktopWorld& desktop, Photographer& photographer) {
     const auto channelView = [&](const char* name) {
         return desktop.viewOf(desktop.chats().Channels.Window(name));
@@ -119,6 +156,7 @@ void takeChats(DesktopWorld& desktop, Photographer& photographer) {
     desktop.chats().Picker.Load().Display(*desktop.chats().Privates.Window(nick + "[AWAY]"), 0, 0);
     desktop.settle();
     photographer.take(desktop.viewOf(desktop.chats().Picker.Get()), "emoticons");
+    fillTree(desktop);
     photographer.take(desktop.viewOf(&desktop.client.window()), "main");
     desktop.client.window().PopupMenu.raise(desktop.client.window().Presence.popState);
     photographer.take(QApplication::activePopupWidget(), "states");
@@ -332,6 +370,28 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     moment(desk.Transfers.Get(), "transfers");
 }
 
+void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+    NotifyDesk& notes = desktop.client.component->Notes();
+    desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
+    desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
+                 greek("Ποιος έρχεται στην παραλία το Σάββατο το πρωί;"));
+    notes.ToggleBar();
+    desktop.settle();
+    frmPopup& bar = *notes.Popup.Get();
+    bar.Wins(0).Label2_MouseMove();
+    desktop.settle();
+    photographer.take(desktop.viewOf(&bar), "bar");
+    bar.PutAway();
+    for (const char* line :
+         {"311 Maria Nikos[DND] nikos pc7.example.org * :UL:Thessaloniki.Center@Net1",
+          "312 Maria Nikos[DND] irc.example.org :The server", "319 Maria Nikos[DND] :#music @#thessaloniki",
+          "317 Maria Nikos[DND] 7500 1773478800 :seconds idle, signon time",
+          "318 Maria Nikos[DND] :End of WHOIS"}) {
+        desktop.says(std::string(":srv ") + line);
+    }
+    photographer.take(desktop.viewOf(notes.Whois.Get()), "whois");
+}
+
 void takeScripts(DesktopWorld& desktop, Photographer& photographer) {
     desktop.client.window().mnuScripts.Click.raise();
     frmScripts* scripts = desktop.chats().Scripts.Get();
@@ -416,11 +476,13 @@ int run(const QString& folder, bool dark) {
     desktop.logOn();
     desktop.says(":srv 266 Maria :Current global users: 5007  Max: 5100");
     fillChannel(desktop);
+    takePeople(desktop, photographer);
     takeMails(desktop, photographer);
     takeSmall(desktop, photographer);
     takeAnnouncements(desktop, photographer);
     takeTransfers(desktop, photographer);
     takeScripts(desktop, photographer);
+    takePeople(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
     return photographer.Complete() ? 0 : 1;
