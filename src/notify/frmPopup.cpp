@@ -15,6 +15,8 @@ constexpr int CornerHeight = 5;  // pixels
 // While the pointer is of interest, and so no load: nobody sees that it isn't each millisecond.
 constexpr int LookPeriod = 50;  // milliseconds
 constexpr int ShowDelay = 500;  // milliseconds
+// How long the desktop may take to give the keyboard to a bar that was opened by hand: two seconds.
+constexpr int LooksUntilWorkedIn = 2000 / LookPeriod;
 constexpr int SlideStep = 120;  // twips
 constexpr int SlidePeriod = 4;  // milliseconds
 constexpr char ChannelMark = 'C';
@@ -42,6 +44,7 @@ frmPopup::frmPopup(Platform& platform, GlobError& reporter, ComponentSettings& s
     on_ += tmrShowDelay.Tick.connect([this] { tmrShowDelay_Timer(); });
     on_ += tmrSlide.Tick.connect([this] { tmrSlide_Timer(); });
     on_ += platform.Screen.ThePointer().Arrived.connect([this] { Timer1.Wake(); });
+    on_ += platform.Screen.ScreenChanged.connect([this] { Screen_Changed(); });
 }
 
 void frmPopup::Form_Load() {
@@ -215,6 +218,12 @@ void frmPopup::tmrShowDelay_Timer() {
     ShowAll();
 }
 
+void frmPopup::Screen_Changed() {
+    if (IsUnloaded()) return;
+    RefreshWins();
+    rest();
+}
+
 // ---- By hand
 
 void frmPopup::Toggle() {
@@ -232,6 +241,7 @@ void frmPopup::openByHand() {
         if (!isShownInWindow()) Top = 0;
         tmrSlide.Enabled = false;
         TakesKeyboard = true;
+        looksUntilWorkedIn_ = LooksUntilWorkedIn;
         step([&] { platform_.Screen.SetForegroundWindow(*this); });
     });
 }
@@ -239,6 +249,7 @@ void frmPopup::openByHand() {
 void frmPopup::PutAway() {
     coolDownAll();
     TakesKeyboard = false;
+    looksUntilWorkedIn_ = 0;
     if (!BarOut) return;
     BarOut = false;
     Notice();
@@ -248,6 +259,10 @@ void frmPopup::Form_QueryUnload(bool& cancel, CloseReason reason) {
     if (reason != CloseReason::UserClosesBox) return;
     cancel = true;
     PutAway();
+}
+
+void frmPopup::Form_Unload() {
+    platform_.Screen.ThePointer().StopWaiting();
 }
 
 // ---- The pointer
@@ -275,7 +290,12 @@ void frmPopup::Timer1_Timer() {
         return;
     }
     tmrShowDelay.Enabled = false;
-    if (platform_.Screen.ForegroundWindow() == this || isInCorner() || isPointedAt()) return;
+    if (platform_.Screen.ForegroundWindow() == this) {
+        looksUntilWorkedIn_ = 0;
+        return;
+    }
+    if (looksUntilWorkedIn_ > 0 && --looksUntilWorkedIn_ > 0) return;
+    if (isInCorner() || isPointedAt()) return;
     PutAway();
     rest();
 }

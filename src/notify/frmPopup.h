@@ -71,6 +71,8 @@ class frmPopup final : public Form {
     // Shows the form without taking the focus from the active window.
     void Display();
     void Form_Click() { RefreshWins(); }
+    // The pointer is on what is to be seen of the bar.
+    void PointerEnters() { wake(); }
 
     // Opens it for the keyboard, or puts it away again.
     void Toggle();
@@ -83,6 +85,7 @@ class frmPopup final : public Form {
   protected:
     // The close box of a bar that stands in a window.
     void Form_QueryUnload(bool& cancel, CloseReason reason) override;
+    void Form_Unload() override;
 
   private:
     // An array with what goes with it.
@@ -109,6 +112,7 @@ class frmPopup final : public Form {
     void rest();
     void placeAt(int top);
     void openByHand();
+    void Screen_Changed();
     bool isShownInWindow() const { return !platform_.Screen.PlacesWindows(); }
     bool isInCorner() const;
     bool isPointedAt() const;
@@ -118,6 +122,7 @@ class frmPopup final : public Form {
     GlobError& globError_;
     ComponentSettings& settings_;
     BarWindows& windows_;
+    int looksUntilWorkedIn_ = 0;  // the desktop takes its time to give it the keyboard
     Side wins_{Wins, HotWin, 0, {}};
     Side notices_{WinNotice, HotNotice, 0, {}};
     Subscriptions on_;

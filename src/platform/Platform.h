@@ -38,9 +38,11 @@ class Network {
 class Desktop {
   public:
     virtual ~Desktop() = default;
-    // In twips, 1440 to the inch.
+    // Of the primary screen, in twips, 1440 to the inch.
     virtual int ScreenWidth() const = 0;
     virtual int ScreenHeight() const = 0;
+    // It is another one, or stands elsewhere, or has another size.
+    Event<> ScreenChanged;
     // Whether a window stands where its form says. Some desktops place all windows themselves.
     virtual bool PlacesWindows() const = 0;
 

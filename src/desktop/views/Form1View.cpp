@@ -242,8 +242,9 @@ QTabWidget* Form1View::makePeople() {
     everybody_ = new UserTreeArea(form_.Users.UserTree1, tabs);
     tabs->addTab(everybody_, tr("Online"));
     tabs->addTab(makeChannels(), tr("Channels"));
-    addUsers(*tabs, form_.UserList1, tr("Users"), tr("Nobody is in your channels."));
+    ListTree* users = addUsers(*tabs, form_.UserList1, tr("Users"), tr("Nobody is in your channels."));
     addUsers(*tabs, form_.UserList3, tr("Ignored"), tr("You ignore nobody."));
+    for (ListTree* list : {users, friends}) takeFilesForUsers(*list, offerFiles(), std::nullopt);
     tabs_ = tabs;
     if (form_.Mail != nullptr) addMail();
     auto* find = new QShortcut(QKeySequence::Find, this);
@@ -294,6 +295,12 @@ QWidget* Form1View::makeChannels() {
     return part;
 }
 
+TakeFiles Form1View::offerFiles() {
+    return [this](const std::string& nick, const std::vector<std::string>& paths) {
+        form_.OfferFiles(nick, paths);
+    };
+}
+
 // ---- Menus
 
 void Form1View::fillMenu(QMenu& menu, Menu& model) {
@@ -325,6 +332,7 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     addEntry(menu, form_.popULInfo);
+    addEntry(menu, form_.popULSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
         if (entry->Visible) addEntry(menu, *entry);
@@ -338,7 +346,7 @@ void Form1View::fillMain(QMenu& menu) {
     addEntry(menu, form_.Channels.popChanNew)->setIcon(theme::icon(QStringLiteral("channel-new")));
     addEntry(menu, form_.Channels.popChanList);
     addEntry(menu, form_.popULRefresh);
-    addEntry(menu, form_.mnuBar);
+    addEntry(menu, form_.mnuBar)->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
     menu.addSeparator();
     if (mail_ != nullptr) mail_->fillMain(menu);
     for (Label* link : {&announcement_.Label15, &announcement_.PostNew}) {
@@ -346,6 +354,7 @@ void Form1View::fillMain(QMenu& menu) {
         connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
     }
     menu.addSeparator();
+    addEntry(menu, form_.mnuTransfers)->setIcon(theme::icon(QStringLiteral("file-in")));
     addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });

@@ -3,6 +3,7 @@
 // channels and the users.
 
 #include "announce/picAnn.h"
+#include "desktop/FileDrop.h"
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
@@ -37,6 +38,8 @@ class Form1View final : public FormView {
     void addMail();
     QPushButton* makeUnread();
     QWidget* makeFooter();
+    // What is done with files that are dropped on a user.
+    TakeFiles offerFiles();
     void fillStates(QMenu& menu);
     void fillUsers(QMenu& menu);
     void fillMain(QMenu& menu);

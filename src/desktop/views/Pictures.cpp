@@ -5,6 +5,7 @@
 #include "mail/MailPanel.h"
 #include "session/SessionPanel.h"
 #include "session/WindowsPanel.h"
+#include "transfer/frmTransfers.h"
 
 namespace talvora {
 
@@ -71,6 +72,9 @@ QIcon pictureOf(Pictures list, int number) {
             return theme::icon(QStringLiteral("announcement-%1").arg(number));
         case Pictures::Mails:
             return theme::icon(QString::fromLatin1(mailName(number)));
+        case Pictures::Transfers:
+            return theme::icon(number == TransferPicture::Sent ? QStringLiteral("file-out")
+                                                               : QStringLiteral("file-in"));
     }
     return {};
 }

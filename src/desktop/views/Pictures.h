@@ -14,7 +14,8 @@ enum class Pictures {
     Windows,   // of open chat windows
     Channels,
     Announcements,  // their categories
-    Mails           // of the list of messages, and of a message's window
+    Mails,          // of the list of messages, and of a message's window
+    Transfers       // whether a file came or went
 };
 
 QIcon pictureOf(Pictures list, int number);

@@ -33,8 +33,13 @@ class Views {
     // `more` is what the view shows beside its form.
     template <class View, class TheForm, class... More>
     void viewWhenShown(Unseen& unseen, Event<TheForm&>& loaded, More&... more);
+    template <class View, class TheForm, class... More>
+    void waitFor(Unseen& unseen, TheForm& form, More&... more);
     void seeMain();
     void see(Unseen& unseen);
+
+    // The key that opens the bar from any window.
+    void addBarKey(FormView& view);
 
     Connect& component_;
     ViewMemory memory_;
@@ -43,6 +48,8 @@ class Views {
     std::vector<QPointer<FormView>> open_;
     Unseen main_;
     Unseen announcements_;
+    Unseen receiver_;
+    Unseen bar_;
     Subscriptions on_;
 };
 

@@ -69,6 +69,14 @@ WhoisView::WhoisView(frmWhois& form, const ViewSite& site) : FormView(form, site
     close->setFocus();
 }
 
+// An answer comes late, but it was asked for: it shows, and leaves the keyboard where it is by then.
+void WhoisView::comeForward() {
+    if (Ended()) return;
+    if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    FormView::comeForward();
+}
+
 void WhoisView::addRow(QFormLayout& rows, const QString& title, Label& text, Label* words) {
     auto* name = new QLabel(title, this);
     name->setFont(theme::smallFont());

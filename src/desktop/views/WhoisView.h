@@ -12,6 +12,9 @@ class WhoisView final : public FormView {
   public:
     WhoisView(frmWhois& form, const ViewSite& site);
 
+  protected:
+    void comeForward() override;
+
   private:
     // A row with the system's own text, and the same for people beside it.
     void addRow(QFormLayout& rows, const QString& title, Label& text, Label* words = nullptr);

@@ -13,12 +13,16 @@ namespace talvora::programs {
 
 class IrcServer;
 
+// An address of loopback that no other user of a test has: the port for files is the same for all.
+std::string ownAddress();
+
 struct OrreryOptions {
     std::string nick = "Nikos";
     std::string channels{};  // the setting ChanList: each name followed by "|"
     std::string dialect = "standard";
     std::string encoding = "cp1253";
-    std::vector<std::string> settings{};  // SECTION/KEY=VALUE
+    std::vector<std::string> settings{};        // SECTION/KEY=VALUE
+    std::string receiveAddress = ownAddress();  // for files
     std::string systemChannel = "#orrery";
     std::string systemKey = "sesame";
     std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
