@@ -57,6 +57,13 @@ class FormView : public QWidget {
     // Shows the menu of `model` at a point of the screen.
     void popUp(Menu& model, QPoint at);
     const ViewSite& Site() const { return site_; }
+    // The form is unloaded, and may be gone.
+    bool Ended() const { return ended_; }
+
+    // What Visible, Shown and a new place or size of the form do to the window.
+    virtual void showOrHide(bool visible);
+    virtual void comeForward();
+    virtual void place();
 
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -70,9 +77,6 @@ class FormView : public QWidget {
     void followForm();
     QPoint menuPlace() const;
     void showTitle();
-    void showOrHide(bool visible);
-    void comeForward();
-    void place();
     void end();
     void release();
 

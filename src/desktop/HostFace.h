@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "common/HostMessages.h"
@@ -59,6 +60,8 @@ class HostFace {
     virtual void ShowOnLine(bool onLine) = 0;
     // How many messages nobody has read, likewise.
     virtual void ShowUnread(int count) = 0;
+    // How far the work of a form's window is, from 0 to 1; nothing ends it. Both may come often.
+    virtual void ShowProgress(const Form& form, std::optional<double> done) = 0;
 
     virtual void ShowSettings() = 0;
     virtual void ShowAbout() = 0;

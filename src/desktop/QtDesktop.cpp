@@ -78,10 +78,21 @@ bool isOpenableLink(const std::string& url) {
 QtDesktop::QtDesktop(Guard& guard) : guard_(&guard) {
     focus_ =
         QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, qGuiApp, [this] { focusMoved(); });
+    screen_ = QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, qGuiApp, [this] {
+        watchScreen();
+        screenMoved();
+    });
+    watchScreen();
+    if (EdgePointer::IsPossible()) edge_ = std::make_unique<EdgePointer>(guard);
 }
 
 QtDesktop::~QtDesktop() {
-    QObject::disconnect(focus_);
+    for (const auto& connection : {focus_, screen_, geometry_}) QObject::disconnect(connection);
+}
+
+void QtDesktop::SetGuard(Guard& guard) {
+    guard_ = &guard;
+    if (edge_) edge_->SetGuard(guard);
 }
 
 void QtDesktop::Register(const Form& form, QWidget& window) {
@@ -104,6 +115,22 @@ int QtDesktop::ScreenWidth() const {
 int QtDesktop::ScreenHeight() const {
     const QScreen* screen = QGuiApplication::primaryScreen();
     return screen != nullptr ? screen->size().height() * TwipsPerInch / Inch : 0;
+}
+
+void QtDesktop::watchScreen() {
+    QObject::disconnect(geometry_);
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) return;
+    geometry_ = QObject::connect(screen, &QScreen::geometryChanged, qGuiApp, [this] { screenMoved(); });
+}
+
+void QtDesktop::screenMoved() {
+    guard_->run("ScreenChanged", [this] { ScreenChanged.raise(); });
+}
+
+Pointer& QtDesktop::ThePointer() {
+    if (edge_) return *edge_;
+    return noPointer_;
 }
 
 const Form* QtDesktop::ForegroundWindow() const {

@@ -6,10 +6,13 @@
 #include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 #include <vector>
 
+#include "desktop/EdgePointer.h"
 #include "desktop/QtClipboard.h"
 #include "platform/Platform.h"
+#include "platform/Pointer.h"
 
 namespace talvora {
 
@@ -18,7 +21,7 @@ class QtDesktop final : public Desktop {
     // `guard` takes faults of those who hear ForegroundChanged, and outlives the desktop.
     explicit QtDesktop(Guard& guard);
     // The desktop is made before the platform whose guard it uses from then on.
-    void SetGuard(Guard& guard) { guard_ = &guard; }
+    void SetGuard(Guard& guard);
     QtDesktop(const QtDesktop&) = delete;
     QtDesktop& operator=(const QtDesktop&) = delete;
     ~QtDesktop() override;
@@ -29,12 +32,14 @@ class QtDesktop final : public Desktop {
 
     int ScreenWidth() const override;
     int ScreenHeight() const override;
+    bool PlacesWindows() const override { return edge_ != nullptr; }
     const Form* ForegroundWindow() const override;
     void SetForegroundWindow(Form& form) override;
     void SetTopMost(Form& form, bool onTop) override;
     void FlashWindow(Form& form, bool invert) override;
     void Beep() override;
     Clipboard& TheClipboard() override { return clipboard_; }
+    Pointer& ThePointer() override;
     void Open(const std::string& url) override;
     void OpenFile(const std::string& nativePath) override;
 
@@ -45,13 +50,19 @@ class QtDesktop final : public Desktop {
     };
 
     void focusMoved();
+    void watchScreen();
+    void screenMoved();
     QWidget* windowOf(const Form& form) const;
 
     Guard* guard_;
     QtClipboard clipboard_;
+    std::unique_ptr<EdgePointer> edge_;  // null where the desktop has no such pointer
+    NoPointer noPointer_;
     std::vector<Shown> shown_;
     const Form* foreground_ = nullptr;
     QMetaObject::Connection focus_;
+    QMetaObject::Connection screen_;    // which one is the primary
+    QMetaObject::Connection geometry_;  // of that one
     QElapsedTimer lastBeep_;
 };
 

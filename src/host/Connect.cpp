@@ -38,11 +38,13 @@ Connect::Connect(const HostServices& services)
       mails_({services.ThePlatform, globError_, settings_, gate_}, chats_.Nicks, chats_.Friends,
              chats_.Emotions, chats_.Picker),
       announcements_(services.ThePlatform, globError_, settings_, gate_, services.Profile),
-      transfers_(services.ThePlatform, globError_, settings_, gate_, services.Profile) {
+      transfers_(services.ThePlatform, globError_, settings_, gate_, services.Profile),
+      notes_(services.ThePlatform, globError_, settings_) {
     chats_.JoinTo(handovers_);
     mails_.JoinTo(handovers_);
     announcements_.JoinTo(handovers_);
     transfers_.JoinTo(handovers_);
+    notes_.JoinTo(handovers_);
     chats_.Around.Files = &transfers_.Offers();
     random_.RandomizeByClock(services.ThePlatform.WallClock.SecondsSinceMidnight());
 }
@@ -147,6 +149,8 @@ void Connect::OpenNotice(const HostValue& window) {
     } else if (main != nullptr && name->starts_with(MailFile::Folder)) {
         mails_.OpenMail(*name);
         mails_.Panel.RefreshMailList();  // it is read now
+    } else if (*name == frmReceiveFile::Folder) {
+        bringForward(transfers_.WindowOfNotice());
     } else if (main != nullptr) {
         bringForward(*main);
     }
@@ -168,6 +172,7 @@ void Connect::startUp() {
         transfers_.Listen();
         announcements_.Manager.Start();
         chats_.LoadTables();
+        step([&] { notes_.Load(); });
         loadMainWindow(step);
         gStarted = MainWindow() != nullptr;  // the end may have come in between
     });
@@ -201,6 +206,8 @@ void Connect::loadMainWindow(Trap& step) {
     step([&] { mails_.LoadSettings(); });
     form1_->Form_Load();
     if (MainWindow() != nullptr) loadFriends();
+    if (MainWindow() == nullptr) return;
+    step([&] { notes_.RefreshWins(); });
     if (MainWindow() != nullptr) announcements_.Load();
 }
 
@@ -220,6 +227,7 @@ void Connect::makeMainWindow() {
     chats_.Attach(form1_.get());
     mails_.Attach(form1_.get());
     transfers_.Attach(form1_.get());
+    notes_.Attach(form1_.get());
 }
 
 // An unloaded window is destroyed when none of its handlers runs any more: another plug-in may end and start
@@ -297,10 +305,12 @@ void Connect::terminate(Trap& step) {
     transfers_.UnloadAll(step);
     chats_.UnloadAll(step);
     mails_.UnloadAll(step);
+    notes_.UnloadAll(step);
     announcements_.Attach(nullptr);
     chats_.Attach(nullptr);
     mails_.Attach(nullptr);
     transfers_.Attach(nullptr);
+    notes_.Attach(nullptr);
 }
 
 Form1* Connect::MainWindow() const {

@@ -11,6 +11,7 @@
 #include "host/AnnounceDesk.h"
 #include "host/ChatDesk.h"
 #include "host/MailDesk.h"
+#include "host/NotifyDesk.h"
 #include "host/TransferDesk.h"
 #include "platform/Random.h"
 #include "profile/NetworkProfile.h"
@@ -52,6 +53,7 @@ class Connect final : public HostPlugin {
     MailDesk& Mails() { return mails_; }
     AnnounceDesk& Announcements() { return announcements_; }
     TransferDesk& Transfers() { return transfers_; }
+    NotifyDesk& Notes() { return notes_; }
     Account& TheAccount() { return account_; }
 
   private:
@@ -82,6 +84,7 @@ class Connect final : public HostPlugin {
     MailDesk mails_;
     AnnounceDesk announcements_;
     TransferDesk transfers_;
+    NotifyDesk notes_;
     Handovers handovers_;
     bool gStarted = false;  // the main window is loaded, so host messages may reach it
     bool ending_ = false;

@@ -186,10 +186,12 @@ class ControlArray {
         }
         return *found->second;
     }
-    Control& Load(int index) {
+    Control& Load(int index) { return Load(index, std::make_unique<Control>()); }
+    // The same with a control that takes something to be made.
+    Control& Load(int index, std::unique_ptr<Control> made) {
         auto& control = controls_[index];
         if (control != nullptr) throw RuntimeError(360, "Object already loaded");
-        control = std::make_unique<Control>();
+        control = std::move(made);
         Loaded.raise(index);
         return *control;
     }

@@ -19,6 +19,7 @@ class Clipboard;
 class Files;
 class Form;
 class PluginLibraries;
+class Pointer;
 
 // Makes sockets.
 class Network {
@@ -37,9 +38,13 @@ class Network {
 class Desktop {
   public:
     virtual ~Desktop() = default;
-    // In twips, 1440 to the inch.
+    // Of the primary screen, in twips, 1440 to the inch.
     virtual int ScreenWidth() const = 0;
     virtual int ScreenHeight() const = 0;
+    // It is another one, or stands elsewhere, or has another size.
+    Event<> ScreenChanged;
+    // Whether a window stands where its form says. Some desktops place all windows themselves.
+    virtual bool PlacesWindows() const = 0;
 
     // The form in whose window the user is working; nothing while that is a window of another program.
     virtual const Form* ForegroundWindow() const = 0;
@@ -53,6 +58,7 @@ class Desktop {
     virtual void Beep() = 0;
 
     virtual Clipboard& TheClipboard() = 0;
+    virtual Pointer& ThePointer() = 0;
     // Hands a link to the default browser, as an argument of its own and never by a shell. Fault 5 for a link
     // other than http, https and ftp, and if no browser can be started.
     virtual void Open(const std::string& url) = 0;

@@ -110,11 +110,13 @@ PosixDisk::PosixDisk(std::string root) : root_(std::move(root)) {
 }
 
 Descriptor PosixDisk::folder(const std::string& path) const {
-    Descriptor here(check([&] { return ::openat(rootFolder_.get(), ".", FolderFlags); }));
-    for (std::size_t from = 0; from < path.size();) {
+    Descriptor here;
+    int above = rootFolder_.get();
+    for (std::size_t from = 0; from <= path.size();) {
         const std::size_t to = std::min(path.find('/', from), path.size());
-        const std::string name = path.substr(from, to - from);
-        here.reset(check([&] { return ::openat(here.get(), name.c_str(), FolderFlags); }));
+        const std::string name = path.empty() ? "." : path.substr(from, to - from);
+        here.reset(check([&] { return ::openat(above, name.c_str(), FolderFlags); }));
+        above = here.get();
         from = to + 1;
     }
     return here;

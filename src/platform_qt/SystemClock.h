@@ -14,6 +14,7 @@ class SystemClock final : public Clock {
   public:
     DateTime Now() const override;
     double SecondsSinceMidnight() const override;
+    DateTime At(std::int64_t seconds) const override { return localDateTime(seconds); }
 };
 
 }  // namespace talvora

@@ -37,9 +37,11 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
     Caption = "Talvora";
     popULRefresh.Caption = "&Refresh";
     mnuScripts.Caption = "Manage &scripts...";
+    mnuBar.Caption = "Window list &bar";
     popULChat.Caption = "Start Private &Chat";
     popULSendFile.Caption = "Send &file";
     mnuTransfers.Caption = "File &transfers...";
+    popULInfo.Caption = "&Info";
     Width = DesignWidth;
     Height = DesignHeight;
     connectMenus();
@@ -51,6 +53,7 @@ Form1::Form1(const Surroundings& around, std::unique_ptr<SocketDriver> ircSocket
 
 void Form1::connectMenus() {
     on_ += popULRefresh.Click.connect([this] { Session.Refresh(); });
+    on_ += popULInfo.Click.connect([this] { popULInfo_Click(); });
     for (Event<>* click : {&Presence.imgState.Click, &Presence.Label18.Click}) {
         on_ += click->connect([this] { PopupMenu.raise(Presence.popState); });
     }
@@ -115,6 +118,11 @@ void Form1::sendFile(const std::string& nick) {
         step([&] { Out.SendPM(nick, "WIP", true); });
         step([&] { to_.Files->SendData(nick, "", false, true); });
     });
+}
+
+void Form1::popULInfo_Click() {
+    trapped(globError_, "popULInfo_Click",
+            [&](Trap& step) { step([&] { IRCServ1.SendIRC("WHOIS " + Presence.SelectedNick); }); });
 }
 
 void Form1::placeAtRightEdge() {

@@ -81,9 +81,11 @@ class Form1 final : public Form {
     Menu popUserList;  // of a row in a user list
     Menu popULChat;
     Menu popULSendFile;
+    Menu popULInfo;
     Menu popULRefresh;
     Menu mnuTransfers;  // opens the window of what was sent and received, whoever owns that
-    Menu mnuScripts;    // opens the window of the scripts, whoever owns that
+    Menu mnuScripts;    // opens the window of the scripts, likewise
+    Menu mnuBar;        // opens the bar of the open windows, likewise
 
   protected:
     // The user's close box only hides the window; the session stays on line.
@@ -95,6 +97,7 @@ class Form1 final : public Form {
     void connectFriends(modFriendsList& friends);
     void connectUserList(UserList& list);
     void pick(const std::string& nick, int button);
+    void popULInfo_Click();
     void startPM(const std::string& nick);
     void sendFile(const std::string& nick);
     void placeAtRightEdge();

@@ -5,6 +5,7 @@
 #include "platform/Files.h"
 #include "platform/MemoryClipboard.h"
 #include "platform/Platform.h"
+#include "platform/Pointer.h"
 #include "simulation/MemoryDisk.h"
 #include "simulation/MemorySettings.h"
 #include "simulation/PreparedQuestions.h"
@@ -46,13 +47,40 @@ class VirtualClock final : public Clock {
     VirtualTime& time_;
 };
 
+// A pointer that goes where it is told, on a screen of 1024 pixels.
+class VirtualPointer final : public Pointer {
+  public:
+    std::optional<Place> Position() const override {
+        ++asked;
+        return place_;
+    }
+    void AwaitAtTop(int left, int height) override { strip_ = Place{left, height}; }
+    void StopWaiting() override { strip_.reset(); }
+
+    void goes(int x, int y) {
+        place_ = {x, y};
+        if (strip_ && x >= strip_->X && y < strip_->Y) {
+            strip_.reset();
+            Arrived.raise();
+        }
+    }
+
+    mutable int asked = 0;  // how often somebody wanted to know where it is
+
+  private:
+    Place place_{512, 384};
+    std::optional<Place> strip_;
+};
+
 // A desktop that does as it is told, and remembers the links that it was given.
 class VirtualScreen final : public Desktop {
   public:
     int ScreenWidth() const override { return 15360; }
     int ScreenHeight() const override { return 11520; }
+    bool PlacesWindows() const override { return placesWindows; }
     const Form* ForegroundWindow() const override { return foreground_; }
     Clipboard& TheClipboard() override { return clipboard; }
+    Pointer& ThePointer() override { return pointer; }
     void Open(const std::string& url) override {
         if (!hasBrowser) throw RuntimeError(Fault::InvalidProcedureCall);
         opened.push_back(url);
@@ -70,6 +98,8 @@ class VirtualScreen final : public Desktop {
     }
 
     MemoryClipboard clipboard;
+    VirtualPointer pointer;
+    bool placesWindows = true;
     bool hasBrowser = true;
     int beeps = 0;
     int flashes = 0;

@@ -10,11 +10,10 @@ import sys
 
 CONTROLS = (
     "Label|Image|CommandButton|CheckBox|ComboBox|EditCombo|TextBox|VScrollBar|ListBox|ListView|TreeView|"
-    "ProgressBar|Toolbar|TabStrip|RichTextBox|IRCWin|UserList|Menu"
+    "ProgressBar|Toolbar|TabStrip|RichTextBox|IRCWin|UserList|Menu|HButton"
 )
 # What is shown nowhere on purpose, and why.
 NOWHERE = {
-    "frmChanChat.mnuInfo": "the answer has no window yet",
 }
 CONTROL = re.compile(rf"^    (?:ControlArray<)?(?:{CONTROLS})\b>? (\w+(?:, \w+)*)\s*[;{{(=]", re.MULTILINE)
 CLASS = re.compile(r"^class (\w+)(?: final)?(?: : ([^{]*))?\{(.*?)^\};", re.MULTILINE | re.DOTALL)

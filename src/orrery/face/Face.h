@@ -16,6 +16,7 @@
 #include "desktop/QtDesktop.h"
 #include "desktop/QtQuestions.h"
 #include "orrery/OrreryFace.h"
+#include "orrery/face/LauncherEntry.h"
 #include "orrery/face/Notices.h"
 #include "orrery/face/SettingsWindow.h"
 #include "orrery/face/Tray.h"
@@ -48,6 +49,7 @@ class Face final : public OrreryFace, public HostFace {
     bool UserActs() const override { return application_.UserActs(); }
     void ShowOnLine(bool onLine) override;
     void ShowUnread(int count) override;
+    void ShowProgress(const Form& form, std::optional<double> done) override { entry_.Show(form, done); }
     void ShowSettings() override;
     void ShowAbout() override;
     void Quit() override;
@@ -74,6 +76,7 @@ class Face final : public OrreryFace, public HostFace {
     QtQuestions questions_;
     QtDesktop desktop_{early_};
     QDBusConnection bus_;
+    LauncherEntry entry_{bus_};
     std::unique_ptr<HostSide> host_;
     QObject context_;  // of calls that wait for the next turn
     Subscription hearing_;

@@ -76,6 +76,7 @@ OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options)
 void OrreryProcess::start(const OrreryOptions& options) {
     folder_.write("network.ini", profileText(serverPort_, options));
     installPlugins(folder_, options);
+    if (!options.friends.empty()) folder_.write("data/System/Friends.lst", options.friends);
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());
@@ -93,6 +94,7 @@ void OrreryProcess::startAgain(const std::vector<std::string>& settings) {
     Program program = orreryProgram(folder_, folder_ / "network.ini", settings);
     if (!screen_.empty()) std::erase(program.arguments, "--headless");
     program.environment.insert(program.environment.end(), screen_.begin(), screen_.end());
+    kill();  // one that still ran would refuse the next one its folder
     process_ = std::make_unique<Process>(program);
     const Deadline deadline(Patience);
     while (LineSocket(gatePath()).closed()) {

@@ -27,6 +27,7 @@ struct OrreryOptions {
     std::string systemKey = "sesame";
     std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
     std::string pluginList{};            // System/plugin.lst; "" leaves what is shipped
+    std::string friends{};               // the file of friends
     std::vector<std::string> mails{};    // that wait to be sent, as a killed composer leaves them
     std::vector<std::string> screen{};   // the environment of a screen; with windows if there is any
 };

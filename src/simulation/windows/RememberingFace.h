@@ -21,6 +21,10 @@ class RememberingFace final : public HostFace {
     bool UserActs() const override { return acts || static_cast<GuardedApplication*>(qApp)->UserActs(); }
     void ShowOnLine(bool on) override { onLine = on; }
     void ShowUnread(int count) override { unread = count; }
+    void ShowProgress(const Form& form, std::optional<double> done) override {
+        if (done) progress[&form] = *done;
+        if (!done) progress.erase(&form);
+    }
     void ShowSettings() override { ++settingsShown; }
     void ShowAbout() override {}
     void Quit() override { ++quits; }
@@ -35,6 +39,7 @@ class RememberingFace final : public HostFace {
     int quits = 0;
     bool onLine = false;
     int unread = 0;
+    std::map<const Form*, double> progress;
     bool acts = false;  // whatever the application says
 };
 
