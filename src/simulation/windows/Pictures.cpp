@@ -272,10 +272,13 @@ void takePeople(DesktopWorld& desktop, Photographer& photographer) {
     desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
     desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
                  greek("Ποιος έρχεται στην παραλία το Σάββατο το πρωί;"));
+    desktop.says(":Eleni!e@h PRIVMSG Maria :Good morning");
+    desktop.client.around.screen.works(desktop.chats().Privates.Window("Eleni"));
+    desktop.world.time.run(std::chrono::seconds(3));
     notes.ToggleBar();
     desktop.settle();
     frmPopup& bar = *notes.Popup.Get();
-    bar.Wins(0).Label2_MouseMove();
+    bar.WinNotice(1).Label2_MouseMove();
     desktop.settle();
     photographer.take(desktop.viewOf(&bar), "bar");
     bar.PutAway();
