@@ -100,7 +100,7 @@ TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
     screen.press("Escape");
     screen.expectNoWindow(bar);
     screen.expectActive("Channel - #One");
-    EXPECT_EQ(maria.terminate(), 0);
+    EXPECT_EQ(maria.terminate(), 0) << maria.process().output();
     EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
 }
 
