@@ -53,6 +53,7 @@ class BenchSession {
         time_.settle();
     }
 
+    Form1& window() { return *component_.MainWindow(); }
     void handle(const std::string& line) { IRCServBench::handle(component_.MainWindow()->IRCServ1, line); }
     // The list of windows is redrawn some time after it was asked for.
     void passTime() { time_.run(std::chrono::milliseconds(50)); }

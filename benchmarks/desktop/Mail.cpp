@@ -3,13 +3,10 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
 #include <memory>
 
 #include "MailFolder.h"
+#include "desktop/Measure.h"
 #include "desktop/views/MailArea.h"
 #include "desktop/views/PluginViews.h"
 #include "desktop/views/ViewMailView.h"
@@ -18,47 +15,10 @@
 namespace {
 
 using namespace talvora;
-using SteadyClock = std::chrono::steady_clock;
+using namespace talvora::measure;
 
 constexpr int manyMails = 10'000;
 constexpr int longMail = 300;  // lines
-
-// Whether a widget has been painted.
-class Glance final : public QObject {
-  public:
-    explicit Glance(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        seen_ = seen_ || event->type() == QEvent::Paint;
-        return QObject::eventFilter(watched, event);
-    }
-    // Runs the loop until it was.
-    void wait() {
-        while (!seen_) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-        seen_ = false;
-    }
-
-  private:
-    bool seen_ = false;
-};
-
-double millisecondsOf(const auto& call) {
-    const auto begin = SteadyClock::now();
-    call();
-    return std::chrono::duration<double, std::milli>(SteadyClock::now() - begin).count();
-}
-
-template <class Measure>
-void print(const char* name, Measure measure) {
-    std::array<double, 7> runs{};
-    for (double& run : runs) run = measure();
-    std::sort(runs.begin(), runs.end());
-    std::printf("%s\t%.6g\tms\n", name, runs[runs.size() / 2]);
-    std::fflush(stdout);
-}
-
-void calm() {
-    for (int i = 0; i < 20; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
-}
 
 void list() {
     MailFolder mails(manyMails);

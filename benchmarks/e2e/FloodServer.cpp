@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace talvora::bench {
 
@@ -27,6 +28,14 @@ Descriptor listenOn(int port) {
         throw programs::Missing("the server's port cannot be opened");
     }
     return result;
+}
+
+// Not in the order of the names.
+std::string nameOf(int number, int of) {
+    constexpr std::string_view states[] = {"[DND]", "[AWAY]", "[BRB]", "[own]"};
+    std::string name = "user" + std::to_string(number * 7919LL % of);
+    if (number % 4 == 0) name += states[static_cast<std::size_t>(number / 4 % 4)];
+    return name;
 }
 
 std::string_view wordBehind(std::string_view line, std::size_t at) {
@@ -190,6 +199,26 @@ std::string typicalTraffic(int lines) {
         }
     }
     return result;
+}
+
+std::string namesReply(int names) {
+    constexpr std::size_t longestLine = 510;
+    const std::string front = std::string(server) + "353 Nikos = #talk :";
+    std::string result;
+    std::string line = front;
+    for (int i = 0; i < names; ++i) {
+        const std::string name = (i % 10 == 0 ? "@" : "") + nameOf(i, names) + " ";
+        if (line.size() + name.size() > longestLine) result += std::exchange(line, front) + "\r\n";
+        line += name;
+    }
+    return result + line + "\r\n" + std::string(server) +
+           "366 Nikos #talk :End of NAMES list\r\nPING :names\r\n";
+}
+
+std::string namesQuit(int names) {
+    std::string result;
+    for (int i = 0; i < names; ++i) result += ":" + nameOf(i, names) + "!~u@host.example QUIT :bye\r\n";
+    return result + "PING :gone\r\n";
 }
 
 }  // namespace talvora::bench

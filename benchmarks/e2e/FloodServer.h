@@ -54,5 +54,10 @@ class FloodServer {
 
 // A busy network's traffic of `lines` lines, most of them channel text, about 80 bytes each.
 std::string typicalTraffic(int lines);
+// The names of a channel in as many lines as a server needs, their end, and PING :names behind them. Every
+// fourth name has a state, every tenth a mark.
+std::string namesReply(int names);
+// All of them quit, and PING :gone behind it.
+std::string namesQuit(int names);
 
 }  // namespace talvora::bench

@@ -27,6 +27,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int startRuns = 9;
 constexpr int floodRuns = 5;
+constexpr int namesRuns = 9;
+constexpr int nameCount = 10000;
 constexpr int mailRuns = 5;
 constexpr int mailLines = 300;
 constexpr int idleRuns = 3;
@@ -108,6 +110,28 @@ void measureFlood(FloodServer& server, const Host& host) {
         process->kill();
     }
     print("e2e.lines_per_s", median(values), "lines/s");
+}
+
+// A channel's names with its window and the main window open: from the first byte to the answer of the PING
+// behind them.
+void measureNames(FloodServer& server, const Host& host) {
+    const std::string names = namesReply(nameCount);
+    const std::string quit = namesQuit(nameCount);
+    const auto process = host.start();
+    server.accept();
+    server.logOn();
+    host.openWindows(server);
+    std::vector<double> values;
+    for (int run = 0; run < namesRuns; ++run) {
+        server.serve(programs::Milliseconds(2000));
+        const auto start = Clock::now();
+        server.flood(names, "PONG :names");
+        values.push_back(secondsSince(start) * 1000);
+        server.serve(programs::Milliseconds(1000));
+        server.flood(quit, "PONG :gone");
+    }
+    print("desktop.names_10000_ms", median(values), "ms");
+    end(*process);
 }
 
 // Lines a second of a mail that the robot gives, each answered as soon as it is durable.
@@ -229,6 +253,7 @@ int run(bool windows) {
     measureStart(server, host);
     if (!windows) measureFlood(server, host);
     if (!windows) measureMail(server, host);
+    if (windows) measureNames(server, host);
     measureIdle(server, host, windows);
     return 0;
 }

@@ -3,63 +3,123 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/Text.h"
+
 namespace talvora {
 namespace {
 
+constexpr std::size_t FewestPlaces = 16;
+
 // Where a row stands, or belongs, among rows in the list's order.
-auto placeOf(std::vector<ListItem*>& rows, const ListItem& row) {
-    const auto before = [](const ListItem* other, int index) { return other->Index() < index; };
-    return std::lower_bound(rows.begin(), rows.end(), row.Index(), before);
+auto placeAmong(std::vector<ListItem*>& rows, const ListItem& row) {
+    const auto before = [](const ListItem* one, const ListItem* other) { return one->StandsBefore(*other); };
+    return std::lower_bound(rows.begin(), rows.end(), &row, before);
+}
+
+// The lower bits choose the place, so all bits of the text's hash go into them.
+std::uint32_t hashOf(std::string_view name) {
+    constexpr std::uint64_t spread = 0x9E3779B97F4A7C15U;
+    return static_cast<std::uint32_t>(TextHash{}(name)*spread >> 32);
 }
 
 }  // namespace
 
+// Nowhere if no row has the name.
+std::size_t RowIndex::placeOf(std::string_view name, std::uint32_t hash) const {
+    if (places_.empty()) return Nowhere;
+    for (std::size_t i = home(hash); places_[i].first != nullptr; i = next(i)) {
+        if (places_[i].hash == hash && EqualText(nameOf_(places_[i].first->Key()), name)) return i;
+    }
+    return Nowhere;
+}
+
 ListItem* RowIndex::find(std::string_view name) const {
-    const auto found = rows_.find(name);
-    return found == rows_.end() ? nullptr : found->second.first;
+    const std::size_t place = placeOf(name, hashOf(name));
+    return place == Nowhere ? nullptr : places_[place].first;
 }
 
 void RowIndex::enter(ListItem& row) {
-    const auto place = rows_.try_emplace(nameOf_(row.Key())).first;
-    Rows& rows = place->second;
-    if (rows.first == nullptr) {
-        rows.first = &row;
-        return;
-    }
-    ListItem* other = &row;
-    const bool before = row.Index() < rows.first->Index();
-    if (before) std::swap(rows.first, other);
-    rows.others.insert(placeOf(rows.others, *other), other);
-    if (before) rename(place);
+    const std::string_view name = nameOf_(row.Key());
+    const std::uint32_t hash = hashOf(name);
+    const std::size_t place = placeOf(name, hash);
+    if (place != Nowhere) return enterBeside(places_[place], row);
+    if (2 * (taken_ + 1) > places_.size()) grow();
+    put({&row, hash, false});
+    ++taken_;
 }
 
-void RowIndex::rename(Map::iterator place) {
-    auto node = rows_.extract(place);
-    node.key() = nameOf_(node.mapped().first->Key());
-    rows_.insert(std::move(node));
+void RowIndex::put(Place entry) {
+    std::size_t i = home(entry.hash);
+    while (places_[i].first != nullptr) i = next(i);
+    places_[i] = entry;
+}
+
+void RowIndex::grow() {
+    std::vector<Place> wider(std::max(FewestPlaces, 2 * places_.size()));
+    wider.swap(places_);
+    for (const Place& entry : wider) {
+        if (entry.first != nullptr) put(entry);
+    }
+}
+
+void RowIndex::enterBeside(Place& place, ListItem& row) {
+    std::vector<ListItem*> others;
+    if (place.more) others = std::move(others_.extract(place.first).mapped());
+    ListItem* other = &row;
+    if (row.StandsBefore(*place.first)) std::swap(place.first, other);
+    others.insert(placeAmong(others, *other), other);
+    others_.emplace(place.first, std::move(others));
+    place.more = true;
 }
 
 void RowIndex::leave(const ListItem& row) {
-    const auto found = rows_.find(nameOf_(row.Key()));
-    if (found == rows_.end()) return;
-    Rows& rows = found->second;
-    if (rows.first != &row) {
-        const auto place = placeOf(rows.others, row);
-        if (place != rows.others.end() && *place == &row) rows.others.erase(place);
-    } else if (rows.others.empty()) {
-        rows_.erase(found);
-    } else {
-        rows.first = rows.others.front();
-        rows.others.erase(rows.others.begin());
-        rename(found);
+    const std::string_view name = nameOf_(row.Key());
+    const std::size_t i = placeOf(name, hashOf(name));
+    if (i == Nowhere) return;
+    Place& place = places_[i];
+    if (!place.more) {
+        if (place.first == &row) vacate(i);
+        return;
     }
+    std::vector<ListItem*> others = std::move(others_.extract(place.first).mapped());
+    if (place.first == &row) {
+        place.first = others.front();
+        others.erase(others.begin());
+    } else {
+        const auto at = placeAmong(others, row);
+        if (at != others.end() && *at == &row) others.erase(at);
+    }
+    place.more = !others.empty();
+    if (place.more) others_.emplace(place.first, std::move(others));
+}
+
+// What stands behind moves up, unless it would then be in front of where its search begins.
+void RowIndex::vacate(std::size_t place) {
+    --taken_;
+    std::size_t hole = place;
+    for (std::size_t i = next(hole); places_[i].first != nullptr; i = next(i)) {
+        const std::size_t mask = places_.size() - 1;
+        const bool mayMove = ((i - home(places_[i].hash)) & mask) >= ((i - hole) & mask);
+        if (!mayMove) continue;
+        places_[hole] = places_[i];
+        hole = i;
+    }
+    places_[hole] = Place{};
 }
 
 bool RowIndex::holds(std::string_view name, const ListItem& row) const {
-    const auto found = rows_.find(name);
-    if (found == rows_.end()) return false;
-    const auto& [first, others] = found->second;
-    return first == &row || std::find(others.begin(), others.end(), &row) != others.end();
+    const std::size_t i = placeOf(name, hashOf(name));
+    if (i == Nowhere) return false;
+    if (places_[i].first == &row) return true;
+    if (!places_[i].more) return false;
+    const std::vector<ListItem*>& others = others_.at(places_[i].first);
+    return std::find(others.begin(), others.end(), &row) != others.end();
+}
+
+void RowIndex::clear() {
+    places_ = {};
+    others_.clear();
+    taken_ = 0;
 }
 
 }  // namespace talvora

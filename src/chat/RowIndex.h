@@ -2,13 +2,17 @@
 // Finds the rows of a list by a name, without regard to case. Several rows can have one name; the one that
 // stands first in the list is the one that is found. Names are not copied: each is a part of its row's key,
 // which stays as it is while the row is entered.
+//
+// A table of its own, since a list of ten thousand comes in one turn of the loop: it needs no memory for a
+// single row, and remembers the hash of each.
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "platform/ListView.h"
-#include "platform/Text.h"
 
 namespace talvora {
 
@@ -24,21 +28,30 @@ class RowIndex {
     void leave(const ListItem& row);
     // Also of a row that is no more; it is compared only as an address.
     bool holds(std::string_view name, const ListItem& row) const;
-    void clear() { rows_.clear(); }
+    void clear();
 
   private:
-    // In the list's order. A second row is rare and kept apart, so that the first needs no memory of its own.
-    struct Rows {
+    // The first row of a name. An empty place ends the search for those whose hash leads in front of it.
+    struct Place {
         ListItem* first = nullptr;
-        std::vector<ListItem*> others;
+        std::uint32_t hash = 0;
+        bool more = false;  // whether others_ has rows of the same name
     };
+    static constexpr std::size_t Nowhere = static_cast<std::size_t>(-1);
 
-    using Map = std::unordered_map<std::string_view, Rows, TextHash, TextEqual>;
-    // The name in the map is that of the first row.
-    void rename(Map::iterator place);
+    std::size_t home(std::uint32_t hash) const { return hash & (places_.size() - 1); }
+    std::size_t next(std::size_t place) const { return (place + 1) & (places_.size() - 1); }
+    std::size_t placeOf(std::string_view name, std::uint32_t hash) const;
+    void put(Place entry);
+    void grow();
+    void enterBeside(Place& place, ListItem& row);
+    void vacate(std::size_t place);
 
     NameOf nameOf_;
-    Map rows_;
+    std::vector<Place> places_;  // none, or a power of two, at most half of them taken
+    std::size_t taken_ = 0;
+    // The rare rows behind a first one of the same name, in the list's order.
+    std::unordered_map<const ListItem*, std::vector<ListItem*>> others_;
 };
 
 }  // namespace talvora

@@ -49,6 +49,11 @@ void UserList::give(std::size_t bytes) {
 
 // ---- What waits
 
+std::string UserList::Names::next() {
+    const std::size_t begin = taken == 0 ? 0 : ends[taken - 1];
+    return text.substr(begin, ends[taken++] - begin);
+}
+
 bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second) {
     if (waiting_.empty()) return false;
     Waiting entry;
@@ -61,7 +66,7 @@ bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second)
 
 void UserList::wait(Waiting entry) {
     entry.cost = sizeof entry + entry.first.size() + entry.second.size();
-    for (const std::string& name : entry.names) entry.cost += sizeof(std::string) + name.size();
+    entry.cost += entry.names.text.size() + entry.names.ends.size() * sizeof(std::size_t);
     if (!take(entry.cost)) return;
     waiting_.push_back(std::move(entry));
     tmrNames_.Enabled = true;
@@ -75,8 +80,8 @@ void UserList::workOff(std::size_t count) {
 // Out of the queue before it is done: a report in the middle lets other events in.
 void UserList::workOffOne() {
     Waiting& front = waiting_.front();
-    if (front.done < front.names.size()) {
-        const std::string name = std::move(front.names[front.done++]);
+    if (front.names.left()) {
+        const std::string name = front.names.next();
         const std::string channel = front.first;
         addNow(name, channel);
         return;
@@ -102,7 +107,10 @@ UserList::Shown UserList::shownFor(Text nick) {
     std::string description;
     std::uint8_t icon = 0;
     nickDecode_.GetNickDesc(bareNick, description, icon);
-    return {ProperCase(bareNick) + " (" + description + ")", icon};
+    std::string text = ProperCase(bareNick);
+    text.reserve(text.size() + description.size() + 3);
+    text.append(" (").append(description).append(")");
+    return {std::move(text), icon};
 }
 
 void UserList::enter(ListItem& row) {
@@ -266,7 +274,8 @@ void UserList::addAll(const std::vector<std::string>& names, Text channel) {
     if (now == names.size()) return;
     Waiting rest;
     rest.first = channel;
-    rest.names.assign(names.begin() + static_cast<std::ptrdiff_t>(now), names.end());
+    rest.names.ends.reserve(names.size() - now);
+    for (std::size_t i = now; i < names.size(); ++i) rest.names.add(names[i]);
     wait(std::move(rest));
 }
 

@@ -30,9 +30,10 @@ class UserList {
     // The images of the states that come with the control, counted from 1.
     static constexpr int StateImages = 8;
 
-    // So many names are entered at once, and so many a turn from then on.
-    std::size_t AtOnce = 10'000;
-    std::size_t ATurn = 3'000;
+    // So many names are entered at once, and so many a turn from then on. Several lists enter the same names
+    // in one turn, and views follow; the windows stay usable meanwhile.
+    std::size_t AtOnce = 1'000;
+    std::size_t ATurn = 1'000;
 
     UserList(Platform& platform, GlobError& globError, modNickDecode& nickDecode);
     UserList(const UserList&) = delete;
@@ -71,13 +72,22 @@ class UserList {
     std::int16_t GetUser(Text Nick);
 
   private:
+    // Names one behind the other in one text: a hundred thousand are put aside within a turn.
+    struct Names {
+        std::string text;
+        std::vector<std::size_t> ends;
+        std::size_t taken = 0;
+
+        void add(Text name) { ends.push_back(text.append(name).size()); }
+        bool left() const { return taken < ends.size(); }
+        std::string next();
+    };
     // What waits for its turn.
     struct Waiting {
         void (UserList::*act)(Text, Text) = nullptr;  // or names to enter
         std::string first;
         std::string second;
-        std::vector<std::string> names;
-        std::size_t done = 0;
+        Names names;
         std::size_t cost = 0;
     };
     struct Shown {

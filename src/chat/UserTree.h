@@ -44,6 +44,7 @@ class UserTree {
 
     // Of a user, never of a group; the nick is as it came. The position has one pixel added.
     Event<Text, Text, Text> ClickUser;  // Nick, Path, IP
+    static std::string NickOf(const Node& user) { return keyOf(user.Key()).nick; }
     Event<Text, Text, Text> DblClickUser;
     Event<Text, Text, Text, int, int, int, int> MouseUp;  // and Button, Shift, x, y
 

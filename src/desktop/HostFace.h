@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "common/HostMessages.h"
@@ -42,6 +43,8 @@ class HostFace {
     // The window that shows a form, until either ends.
     virtual void Register(const Form& form, QWidget& window) = 0;
     virtual void Forget(const Form& form) = 0;
+    // The window that a second start of the program brings forward, until it ends.
+    virtual void SetMainWindow(QWidget& window) = 0;
 
     // What a class of settings page and an icon of message 5 stand for.
     virtual void AddSettingsPage(const std::string& className, PageMaker maker) = 0;
@@ -59,6 +62,8 @@ class HostFace {
     virtual void ShowOnLine(bool onLine) = 0;
     // How many messages nobody has read, likewise.
     virtual void ShowUnread(int count) = 0;
+    // How far the work of a form's window is, from 0 to 1; nothing ends it. Both may come often.
+    virtual void ShowProgress(const Form& form, std::optional<double> done) = 0;
 
     virtual void ShowSettings() = 0;
     virtual void ShowAbout() = 0;

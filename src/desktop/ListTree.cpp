@@ -4,9 +4,9 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
 
+#include "desktop/EmptyText.h"
 #include "desktop/Hands.h"
 
 namespace talvora {
@@ -21,6 +21,7 @@ ListTree::ListTree(ListView& list, const ListModel::Look& look, const QString& a
     setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideRight);
     setHeaderHidden(model_.columnCount() == 1);
+    if (look.CarriesNicks) setDragEnabled(true);
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(false);
     connect(this, &QTreeView::doubleClicked, this, [this] { open(); });
@@ -118,11 +119,7 @@ void ListTree::keyPressEvent(QKeyEvent* event) {
 
 void ListTree::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (model_.rowCount() != 0 || emptyText_.isEmpty()) return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
-                     Qt::AlignTop | Qt::AlignHCenter | Qt::TextWordWrap, emptyText_);
+    if (model_.rowCount() == 0) paintEmptyText(*viewport(), emptyText_);
 }
 
 }  // namespace talvora

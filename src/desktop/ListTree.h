@@ -18,8 +18,12 @@ class ListTree final : public QTreeView {
         emptyText_ = text;
         viewport()->update();
     }
+    // Null where there is none; a place of the viewport.
+    const ListItem* rowAt(QPoint at) const { return model_.item(indexAt(at)); }
     // Where a menu that the keyboard opens belongs, on the screen.
     QPoint menuPlace() const;
+    // Shows at once what would be shown a little later.
+    void settle() { model_.settle(); }
 
   protected:
     void focusInEvent(QFocusEvent* event) override;

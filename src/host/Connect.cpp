@@ -149,6 +149,8 @@ void Connect::OpenNotice(const HostValue& window) {
     } else if (main != nullptr && name->starts_with(MailFile::Folder)) {
         mails_.OpenMail(*name);
         mails_.Panel.RefreshMailList();  // it is read now
+    } else if (*name == frmReceiveFile::Folder) {
+        bringForward(transfers_.WindowOfNotice());
     } else if (main != nullptr) {
         bringForward(*main);
     }

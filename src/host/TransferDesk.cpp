@@ -49,6 +49,12 @@ void TransferDesk::JoinTo(Handovers& to) {
     to.Files = Offers();
 }
 
+Form& TransferDesk::WindowOfNotice() {
+    frmReceiveFile* receiver = Receiver.Get();
+    if (receiver != nullptr && receiver->Visible) return *receiver;
+    return Transfers.Load();
+}
+
 void TransferDesk::LoadSettings() {
     if (frmReceiveFile* form = Receiver.Get()) form->RefreshSettings();
 }

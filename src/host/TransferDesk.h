@@ -24,6 +24,8 @@ class TransferDesk final : private AddressResolver, private FileOffers {
     void Attach(Form1* window);
     void JoinTo(Handovers& to);
     FileOffers& Offers() { return *this; }
+    // What a notice of files leads to: the question or the files under way, else what has become of them.
+    Form& WindowOfNotice();
     // The profile may have changed.
     void LoadSettings();
     void UnloadAll(Trap& step);

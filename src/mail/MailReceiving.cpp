@@ -25,7 +25,8 @@ void modMailManager::StartMailDump(Text From, Text Subject, Text SentDate, std::
         gInTotal = Total;
         uncounted_ = false;
         // What is left of an interrupted mail must not be taken for this one's by a start in between.
-        if (incompleted("IncomingID") != "0" || incompleted("IncomingLine") != "0") forgetIncoming(step);
+        const auto isLeft = [&](const char* key) { return incompleted(key) != "0"; };
+        if (isLeft("IncomingID") || isLeft("LocalMID") || isLeft("IncomingLine")) forgetIncoming(step);
         if (!step([&] { saveNumber("IncomingID", ID); }) ||
             !step([&] { saveNumber("IncomingTotal", Total); }) ||
             !step([&] { saveNumber("LocalMID", gLocalMID); }))

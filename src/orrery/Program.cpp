@@ -1,18 +1,13 @@
 #include "orrery/Program.h"
 
-#include <langinfo.h>
-#include <sys/stat.h>
-
-#include <clocale>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <exception>
+#include <string>
 #include <vector>
 
 #include "common/Version.h"
 #include "platform/CodePage1253.h"
 #include "platform/RuntimeError.h"
-#include "platform_qt/QtPlatform.h"
 #include "profile/NetworkProfile.h"
 
 namespace talvora {
@@ -45,20 +40,6 @@ int runProgram(int argc, char** argv, int (*host)(const CommandLine& line, char*
     } catch (const std::exception& error) {
         return complain(error.what(), ExitStatus::CannotStart);
     }
-}
-
-void prepareEnvironment() {
-    QtPlatform::prepareProcess();
-    ::umask(077);
-    // A loop of its own starts quicker and is smaller than the desktop's.
-    ::setenv("QT_NO_GLIB", "1", 1);
-    // The toolkit complains about any other encoding of the locale, and then uses this one all the same.
-    std::setlocale(LC_CTYPE, "");
-    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) ::setenv("LC_ALL", "C.UTF-8", 1);
-}
-
-void settleLocale() {
-    std::setlocale(LC_NUMERIC, "C");
 }
 
 }  // namespace talvora

@@ -1,6 +1,6 @@
 #pragma once
-// What the programs `orrery` and `orrery-desktop` share between `main` and the host: exit statuses,
-// complaints, the command line, and the process as the host needs it.
+// What the programs `orrery`, `orrery-headless` and `orrery-desktop` share between `main` and the host: exit
+// statuses, complaints and the command line. Standard library only, so that `orrery` starts at once.
 
 #include <string>
 
@@ -20,10 +20,5 @@ int complain(const std::string& text, int status);
 // Reads the command line and calls `host`, unless a text was asked for. Whatever keeps the host from starting
 // becomes a complaint and a status.
 int runProgram(int argc, char** argv, int (*host)(const CommandLine& line, char** argv));
-
-// To be called before the application object is made.
-void prepareEnvironment();
-// And after it: the toolkit takes the locale as it finds it, but numbers are written in one way only.
-void settleLocale();
 
 }  // namespace talvora

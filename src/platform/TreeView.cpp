@@ -110,7 +110,17 @@ void Nodes::arrange(const TreePlan& plan) {
         }
         append(std::move(node));
     }
+    countKeys();
     Arranged.raise();
+}
+
+// Children stand behind their parents.
+void Nodes::countKeys() {
+    for (const auto& node : nodes_) node->keysBelow_ = 0;
+    for (auto node = nodes_.rbegin(); node != nodes_.rend(); ++node) {
+        Node* parent = (*node)->parent_;
+        if (parent != nullptr) parent->keysBelow_ += (*node)->keysBelow_ + ((*node)->key_.empty() ? 0 : 1);
+    }
 }
 
 void Nodes::append(std::unique_ptr<Node> node) {

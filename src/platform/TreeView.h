@@ -18,7 +18,8 @@ class Nodes;
 // Lives in its tree for as long as the plans name it.
 class Node {
   public:
-    const std::string& Key() const { return key_; }  // for the owner; nodes may share one
+    const std::string& Name() const { return name_; }  // among its parent's children; no state is part of it
+    const std::string& Key() const { return key_; }    // for the owner; nodes may share one
     const std::string& Text() const { return text_; }
     int Image() const { return image_; }  // 0 is none
     bool Expanded() const { return expanded_; }
@@ -29,6 +30,8 @@ class Node {
     // it has gone.
     Node& Child(int place) const;
     int Place() const { return place_; }
+    // How many nodes with a key stand below it, at whatever depth.
+    int KeysBelow() const { return keysBelow_; }
 
     void SetExpanded(bool expanded);
 
@@ -45,6 +48,7 @@ class Node {
     int image_ = 0;
     int index_ = 0;
     int place_ = 0;
+    int keysBelow_ = 0;
     bool expanded_;
     std::vector<Node*> children_;
 };
@@ -79,6 +83,7 @@ class Nodes {
     bool isArrangedAs(const TreePlan& plan) const;
     void arrange(const TreePlan& plan);
     void append(std::unique_ptr<Node> node);
+    void countKeys();
 
     std::vector<std::unique_ptr<Node>> nodes_;  // in the order of the plan
     std::vector<Node*> roots_;

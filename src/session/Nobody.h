@@ -6,16 +6,16 @@
 
 namespace talvora {
 
-class Nobody final : public ChannelWindows,
-                     public PrivateWindows,
-                     public UserInformation,
-                     public KeyPrompt,
-                     public MessageOfTheDay,
-                     public NoteBox,
-                     public MailService,
-                     public AnnouncementService,
-                     public AddressResolver,
-                     public FileOffers {
+class Nobody : public ChannelWindows,
+               public PrivateWindows,
+               public UserInformation,
+               public KeyPrompt,
+               public MessageOfTheDay,
+               public NoteBox,
+               public MailService,
+               public AnnouncementService,
+               public AddressResolver,
+               public FileOffers {
     using Text = const std::string&;
     void StartChan(Text) override {}
     void RemoveChan(Text) override {}

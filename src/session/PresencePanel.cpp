@@ -163,8 +163,13 @@ bool PresencePanel::IsIgnored(const std::string& nick) const {
 }
 
 // Somebody may really carry a state of that name. A renamed row is in upper case.
+bool PresencePanel::IsMarkedOffline(const std::string& nick) {
+    if (nick.size() < OfflineMark.size()) return false;
+    return EqualText(std::string_view(nick).substr(nick.size() - OfflineMark.size()), OfflineMark);
+}
+
 bool PresencePanel::IsShownOffline(const std::string& nick) const {
-    return UCase(nick).ends_with(UCase(OfflineMark)) && users_.Online()->find(bareNickOf(nick)) == nullptr;
+    return IsMarkedOffline(nick) && users_.Online()->find(bareNickOf(nick)) == nullptr;
 }
 
 }  // namespace talvora

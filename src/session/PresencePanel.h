@@ -53,6 +53,8 @@ class PresencePanel {
     std::string shownName(const std::string& bareNick) const;
     // Whether a row shows one who is not there to be talked to.
     bool IsShownOffline(const std::string& nick) const;
+    // Whether the state that the row shows is the one of those who are not there.
+    static bool IsMarkedOffline(const std::string& nick);
 
   private:
     void showState();

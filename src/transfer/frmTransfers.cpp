@@ -25,6 +25,7 @@ void frmTransfers::refresh() {
         ListRow row;
         row.Text = file.Name;
         row.SubItems = {(file.Received ? "from " : "to ") + file.Peer, file.Outcome, GeneralDate(file.When)};
+        row.SmallIcon = file.Received ? TransferPicture::Received : TransferPicture::Sent;
         row.Tag = file.Path;
         rows.push_back(std::move(row));
     }

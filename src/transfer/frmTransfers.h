@@ -11,6 +11,12 @@
 
 namespace talvora {
 
+// The pictures of the rows.
+namespace TransferPicture {
+inline constexpr int Received = 1;
+inline constexpr int Sent = 2;
+}  // namespace TransferPicture
+
 class frmTransfers final : public Form {
   public:
     explicit frmTransfers(const TransferSurroundings& around);

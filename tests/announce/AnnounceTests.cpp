@@ -162,7 +162,7 @@ TEST_F(AnnounceTest, ALineThatIsNoneIsKeptReportedOnceAndCanBeRemoved) {
 TEST_F(AnnounceTest, ARowIsRemovedByItsNumberAndNotByItsPlace) {
     around.disk.put(file,
                     "1 B 0 13/03/2026_09:00:00 0 one\r\n2 A 0 13/03/2026_09:00:00 0 two\r\n"
-                    "3 C 9 14/03/2026_09:00:00 0 three\r\n");
+                    "3 C 0 14/03/2026_09:00:00 0 three\r\n");  // holds for the rest of this hour
     run->list.LoadList();
     run->list.ListView1.ColumnClick.raise(1);
     EXPECT_TRUE(run->list.ListView1.Sorted && run->list.ListView1.SortKey == 0);

@@ -29,7 +29,9 @@ CORE = {
 ABOVE = {
     "simulation": {"simulation", "host", "irc", "common", "profile", "platform"},
     "simulation/robot": {"simulation/robot", "simulation", "robot", "platform"},
-    "simulation/programs": {"simulation/programs", "common", "platform"},
+    "simulation/programs": {"simulation/programs", "common", "platform_qt", "platform"},
+    "simulation/peer": {"simulation/peer", "transfer"},
+    "simulation/files": {"simulation/files", "host", "orrery", "common", "platform_qt", "platform"},
     "simulation/windows": {"simulation/windows", "simulation", "desktop", "desktop/views", "orrery/face", "common",
                            "platform"},
     "platform_qt": {"platform_qt", "platform"},
@@ -41,6 +43,7 @@ ABOVE = {
     "robot": {"robot", "irc", "irc/wire", "gate", "common", "profile", "platform_qt", "platform"},
     "orrery/face": {"orrery/face", "orrery", "desktop", "gate", "common", "profile", "platform_qt",
                     "platform"},
+    "orrery/headless": {"orrery"},
     "orrery": {"orrery", "gate", "common", "profile", "platform_qt", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)

@@ -54,8 +54,12 @@ TEST_P(ListModelTest, FollowsItsListThroughRandomChanges) {
         } else {
             list.ListItems(1 + below(count)).SetSubItem(1, name);
         }
-        if (step % 50 == 0) ASSERT_EQ(shown(model), expected(list, GetParam())) << "step " << step;
+        if (step % 64 != 0) continue;  // very many rows are shown together
+        model.settle();
+        ASSERT_EQ(shown(model), expected(list, GetParam())) << "step " << step;
     }
+    list.SortOrder = SortOrder::Descending;
+    list.SortOrder = SortOrder::Ascending;
     ASSERT_EQ(shown(model), expected(list, GetParam()));
     for (int i = 0; i < model.rowCount(); ++i)
         EXPECT_EQ(model.indexOf(*model.item(model.index(i, 0))).row(), i);

@@ -7,11 +7,9 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
-#include <QToolButton>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <regex>
 #include <tuple>
 
@@ -114,17 +112,6 @@ TEST(Theme, NewsCanBeReadOnAnyGround) {
         palette.setColor(QPalette::Text, text);
         EXPECT_GT(std::abs(lightness(theme::newsColor(palette)) - lightness(QColor(ground))), 80);
     }
-}
-
-TEST(Theme, APictureButtonSaysWhatItDoes) {
-    const std::unique_ptr<QToolButton> button(
-        theme::iconButton(QStringLiteral("send"), QStringLiteral("Send")));
-    EXPECT_EQ(button->accessibleName(), QStringLiteral("Send"));
-    EXPECT_EQ(button->toolTip(), QStringLiteral("Send"));
-    EXPECT_NE(button->focusPolicy() & Qt::TabFocus, 0);
-    EXPECT_EQ(theme::plainToolTip(QStringLiteral("a < b")), QStringLiteral("a < b"));
-    EXPECT_EQ(theme::plainToolTip(QStringLiteral("<img src='x'>")),
-              QStringLiteral("<span>&lt;img src='x'&gt;</span>"));
 }
 
 TEST(TextNote, IsPlainAndBounded) {

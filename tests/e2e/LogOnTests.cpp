@@ -64,16 +64,6 @@ TEST_P(LogOn, WithANickInUseStandsStill) {
     EXPECT_FALSE(nikos.process().ended());
 }
 
-TEST_P(LogOn, BeginsWithTheBareNick) {
-    IrcServer server(GetParam());
-    IrcPeer anna(server.port(), "Anna");
-    OrreryProcess maria(server, {.nick = "Maria[DND]"});
-
-    maria.gate().expectNumeric(1);
-    anna.send("WHOIS Maria");
-    anna.expect({" 311 Anna Maria ", "Maria 127.0.0.1"});
-}
-
 TEST_P(LogOn, SendsThePasswordFirstWhereTheProfileSaysSo) {
     IrcServer server(GetParam(), {.password = "open"});
     OrreryProcess nikos(server, {.dialect = "standard +password-first", .settings = {"Settings/Pass=open"}});

@@ -1,4 +1,4 @@
-// The real robot on a real IRC server, asked by hand: what its users' programs say, line by line.
+// The real robot on a real IRC server, as its users' programs meet it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,84 +22,6 @@ class RobotOnTheNetwork : public testing::Test {
         if (const auto reason = Network::whyNot(); !reason.empty()) GTEST_SKIP() << reason;
     }
 };
-
-void ask(IrcPeer& peer, const std::string& text) {
-    peer.special("OrreryServ", text);
-}
-
-// The robot's answer, without its frame.
-std::string answer(IrcPeer& peer, const std::string& beginning) {
-    const std::string line = peer.expect({":OrreryServ!", " PRIVMSG " + peer.nick() + " :\1" + beginning});
-    return line.substr(line.find('\1') + 1, line.rfind('\1') - line.find('\1') - 1);
-}
-
-// Each line goes out when the one before has been answered.
-void converse(IrcPeer& peer, std::initializer_list<std::pair<const char*, const char*>> lines) {
-    for (const auto& [said, answered] : lines) {
-        ask(peer, said);
-        EXPECT_EQ(answer(peer, answered), answered) << "to: " << said;
-    }
-}
-
-TEST_F(RobotOnTheNetwork, TakesAMailAndGivesItOverACut) {
-    Network network;
-    const auto anna = network.peer("Anna[DND]");
-    converse(*anna, {{"MAIL SENDREQUEST", "MAIL SENDOK"},
-                     {"MAIL SEND maria 3 Urgent:Good morning", "MAIL OK"},
-                     {"MAIL DUMP maria the first", "MAIL OK"},
-                     {"MAIL DUMP maria the second $", "MAIL OK"},
-                     {"MAIL SENT maria the third", "MAIL SENTDONE"}});
-    std::string id;
-    {
-        const auto maria = network.peer("Maria");
-        ask(*maria, "MAIL 0 0");
-        const auto start = splitWords(answer(*maria, "MAIL START "), 7);
-        EXPECT_EQ(start[2] + " " + start[4] + " " + start[6], "Anna 3 Urgent:Good morning");
-        id = start[5];
-        converse(*maria, {{"MAIL OK", "MAIL DUMP the first"}});
-    }
-    network.killRobot();
-    network.expectRobot(false);
-    network.startRobot();
-    network.expectRobot();
-    const auto maria = network.peer("MARIA[AWAY]");
-    ask(*maria, "MAIL  " + id + " 1");
-    EXPECT_EQ(answer(*maria, "MAIL "), "MAIL RESUME");
-    converse(*maria, {{"MAIL OK", "MAIL DUMP the second $"},
-                      {"MAIL OK", "MAIL DUMP the third"},
-                      {"MAIL OK", "MAIL DONE"}});
-    ask(*maria, "MAIL OK");
-    converse(*maria, {{"MAIL 0 0", "MAIL NOMAIL"}});
-    ask(*maria, "MAIL  " + id + " 3");
-    EXPECT_EQ(answer(*maria, "MAIL "), "MAIL NOTEXIST");
-}
-
-TEST_F(RobotOnTheNetwork, TellsAnnouncementsAndAddresses) {
-    Network network;
-    const auto anna = network.peer("Anna");
-    const auto maria = network.peer("Maria");
-    converse(*maria, {{"ANN HAS 0", "ANN NO"}});
-    ask(*anna, "ANN POST 24 0 One");
-    ask(*anna, "ANN POST  7 Two[#n]lines");
-    ask(*anna, "ANN POST 24 9 Of no category");
-    anna->expect({"PRIVMSG Anna :Your announcement was not posted: "});
-    // What has been posted is told when it is safe; nothing tells when that is.
-    std::string line;
-    for (const Deadline deadline(Patience); !line.starts_with("ANN ANN") && !deadline.passed();) {
-        ask(*maria, "ANN HAS 1");
-        line = answer(*maria, "ANN ");
-    }
-    const auto told = splitWords(line, 8);
-    EXPECT_EQ(told[2], "2");
-    EXPECT_EQ(told[3] + " " + told[4] + " " + told[6] + " " + told[7], "Anna 0 7 Two[#n]lines");
-    converse(*maria, {{"ANN HAS 2", "ANN NO"}});
-
-    converse(*maria, {{"INFO IP Anna[DND]", "IP 127.0.0.1 Anna[DND]"}});
-    QTcpSocket asking;
-    asking.connectToHost(QHostAddress(QHostAddress::LocalHost), static_cast<quint16>(network.addressPort()));
-    ASSERT_TRUE(asking.waitForReadyRead(static_cast<int>(Patience.count())));
-    EXPECT_EQ(asking.readAll().toStdString(), "127.0.0.1");
-}
 
 // Two real programs ask what is new, as they do each few minutes by themselves.
 TEST_F(RobotOnTheNetwork, APostReachesTwoRealUsersAndIsOnTheirDisks) {
@@ -138,6 +60,13 @@ TEST_F(RobotOnTheNetwork, IsThereForRealUsersAndSaysGoodbye) {
     nikos.gate().send(HostMsg::SayRaw, "NAMES #orrery");
     nikos.gate().takeLine("OrreryServ");
     EXPECT_FALSE(nikos.gate().saw("[401,"));
+    const auto anna = network.peer("Anna");
+    anna->special("OrreryServ", "INFO IP Nikos[DND]");
+    anna->expect({":OrreryServ!", " PRIVMSG Anna :\1IP 127.0.0.1 Nikos[DND]\1"});
+    QTcpSocket asking;
+    asking.connectToHost(QHostAddress(QHostAddress::LocalHost), static_cast<quint16>(network.addressPort()));
+    ASSERT_TRUE(asking.waitForReadyRead(static_cast<int>(Patience.count())));
+    EXPECT_EQ(asking.readAll().toStdString(), "127.0.0.1");
 
     network.robot().signal(SIGTERM);
     EXPECT_EQ(network.robot().waitExit(), 0) << network.robot().output();

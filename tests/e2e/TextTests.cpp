@@ -30,27 +30,6 @@ TEST_P(Texts, OfUsersAndChannelsGoBothWays) {
     anna.expect({":Nikos!", "PRIVMSG #one :said raw"});
 }
 
-TEST_P(Texts, OfOtherProgramsGoAsSpecialText) {
-    IrcServer server(GetParam());
-    IrcPeer anna(server.port(), "Anna");
-    anna.join("#orrery");
-    OrreryProcess nikos(server);
-    anna.expect({":Nikos!", "JOIN", "#orrery"});
-    GateReader& gate = nikos.gate();
-
-    anna.special("Nikos", "_CHESS e2 e4");
-    gate.expectMessage(HostMsg::Verb, QJsonArray{"CHESS", "Anna", "e2 e4"});
-    anna.special("#orrery", "_WEATHER rain");
-    gate.expectMessage(HostMsg::SystemVerb, QJsonArray{"WEATHER", "Anna", "rain"});
-    gate.send(HostMsg::SayVerb, QJsonArray{"CHESS", "e7 e5", "Anna"});
-    anna.expect({":Nikos!", "PRIVMSG Anna :\1_CHESS e7 e5\1"});
-    gate.send(HostMsg::SaySystemVerb, QJsonArray{"WEATHER", "sun"});
-    anna.expect({":Nikos!", "PRIVMSG #orrery :\1_WEATHER sun\1"});
-    anna.special("Nikos", "PING 123");
-    anna.expect({":Nikos!", "NOTICE Anna :\1PING 123\1"});
-    EXPECT_FALSE(gate.saw(hostMessage(HostMsg::ChannelText)));  // the system channel is no chat
-}
-
 TEST_P(Texts, WithNothingInThemCostNothing) {
     IrcServer server(GetParam());
     IrcPeer anna(server.port(), "Anna");

@@ -52,6 +52,7 @@ TEST_F(ScriptTest, RunTheFirstEntryOfAName) {
                             "words\1ECHO %0 %10 %3 %100", "bare\1QUIT\2ECHO on"};
     EXPECT_THAT(run("GREET bob"), ElementsAre("shown hello bob"));
     EXPECT_THAT(run("hi bob %nick"), ElementsAre("sent PRIVMSGbob :hi", "sent PRIVMSG bob :Anna"));
+    EXPECT_THAT(run("hi a\r\nQUIT x"), ElementsAre("sent PRIVMSGaQUIT :hi", "sent PRIVMSG aQUIT :x"));
     EXPECT_THAT(run("me Eva"), ElementsAre("nick Eva", "nick "));
     EXPECT_THAT(run("Words %NICK b"), ElementsAre("shown Words %NICK0  %NICK00"));
     EXPECT_THAT(run("greet %date"), ElementsAre("shown hello 14/03/2026"));

@@ -10,7 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
@@ -88,20 +87,6 @@ TEST(Connect, DamagedListsCostTheirContentAndAReportButNotTheLogOn) {
     }
 }
 
-TEST(Connect, ClosingTheWindowByItsBoxLeavesTheSessionOnLine) {
-    World world;
-    Client& maria = world.loggedIn("Maria");
-    maria.host.send(HostMsg::ShowWindow, 2);
-    EXPECT_FALSE(maria.window().Visible);
-    maria.host.send(HostMsg::ShowWindow, 1);
-    EXPECT_TRUE(maria.window().Visible);
-    EXPECT_FALSE(maria.window().Unload(CloseReason::UserClosesBox));
-    EXPECT_FALSE(maria.window().Visible);
-    EXPECT_TRUE(maria.server.connected());
-    maria.host.send(HostMsg::ShowWindow, 1);
-    EXPECT_TRUE(maria.window().Visible);
-}
-
 TEST(Connect, Message8SaysQuitWithTheUsersWordsOrTheDefaultAndEndsForGood) {
     for (const char* words : {"", "So long"}) {
         World world;
@@ -147,19 +132,6 @@ TEST(Connect, SettingsAreAppliedWithANewConnectionOnlyIfNeeded) {
     world.time.run(1500ms);
     EXPECT_EQ(maria.server.connections, 2);
     EXPECT_THAT(maria.server.heard(), ElementsAre("NICK Zoe", "USER Zoe 0 * :UL:Home.Kavala"));
-}
-
-TEST(Connect, TwoClientsLiveInOneProcess) {
-    World world;
-    Client& maria = world.loggedIn("Maria");
-    Client& nikos = world.loggedIn("Nikos");
-    maria.host.send(HostMsg::SayPrivate, HostArray{"Nikos", "hello"});
-    for (const std::string& line : maria.server.heard()) nikos.server.says(":Maria!m@h " + line);
-    world.time.run(10ms);
-    EXPECT_THAT(nikos.host.take(),
-                ElementsAre("Notice(Chat, Maria: hello, 1, Maria, , imgChat, False, False)",
-                            "PrivateText(Maria, hello)"));
-    EXPECT_THAT(maria.host.take(), IsEmpty());
 }
 
 TEST(NotifyHost, IsSilentForKindsThatTheUserSwitchedOff) {

@@ -19,7 +19,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -43,10 +42,6 @@ std::string shownIn(const ChatWindow* window) {
 
 frmPM* privately(Client& client, const std::string& nick) {
     return client.component->Chats().Privates.Window(nick);
-}
-
-void closeBox(frmPM& window, bool closes) {
-    EXPECT_EQ(window.Unload(CloseReason::UserClosesBox), closes);
 }
 
 class ConversationTest : public testing::Test {
@@ -77,18 +72,11 @@ class ConversationTest : public testing::Test {
         passes();
         return client.component->Chats().Channels.Window(channel);
     }
-    // The click of the right button on a row of the list of all users.
-    void picks(Client& client, int row) {
-        ListView& list = client.window().UserList1.ListView1;
-        list.userSelects(list.ListItems(row));
-        list.MouseUp.raise(2, 0, 0, 0);
-    }
 
     Relay relay;  // goes behind the world, whose clients say QUIT at their end
     World world;
     Client& maria = enter("Maria");
     Client& nikos = enter("Nikos");
-    PresencePanel& hers = maria.window().Presence;
     const ListView& windows = maria.window().Windows->ListView1;
     int& beeps = maria.around.screen.beeps;
 };
@@ -164,57 +152,7 @@ TEST_F(ConversationTest, APrivateTalkFollowsItsPeerThroughStatesQuitsAndReturns)
     EXPECT_THAT(shownIn(privately(nikos, "Maria")), HasSubstr("<Maria> welcome back"));
 }
 
-TEST_F(ConversationTest, WhoIsIgnoredIsToldInPrivateAndNotHeardAtAll) {
-    frmChanChat* at = opens(maria, "#greek");
-    frmChanChat* his = opens(nikos, "#greek");
-    passes(61s);  // she knows who is on line
-    nikos.component->Chats().Privates.StartPM("Maria");
-    picks(maria, 2);
-    hers.mnuIgnore.Click.raise();
-    hers.mnuIgnore.Click.raise();
-    EXPECT_THAT(rows(maria.window().UserList3.ListView1), ElementsAre("Nikos: Nikos (Online)"));
-    EXPECT_EQ(maria.around.settings.GetSetting("Talvora", "Settings", "IgnoreList", ""), "Nikos@");
-    types(his, "hello all");
-    types(privately(nikos, "Maria"), "hello Maria");
-    EXPECT_THAT(shownIn(privately(nikos, "Maria")), EndsWith("* Maria ignores you"));
-    EXPECT_THAT(shownIn(at), Not(HasSubstr("hello")));
-    EXPECT_EQ(privately(maria, "Nikos"), nullptr);
-    hers.mnuUnignore.Click.raise();
-    EXPECT_THAT(rows(maria.window().UserList3.ListView1), IsEmpty());
-    types(privately(nikos, "Maria"), "hello again");
-    EXPECT_THAT(shownIn(privately(maria, "Nikos")), HasSubstr("<Nikos> hello again"));
-}
-
 // ---- Strangers
-
-TEST(Strangers, SixtyOfThemGetFiftyOneWindowsAndOneQuestion) {
-    World world;
-    Client& maria = world.loggedIn("Maria");
-    const auto says = [&](int stranger, const std::string& text) {
-        maria.server.says(":s" + std::to_string(stranger) + "!u@h PRIVMSG Maria :" + text);
-    };
-    maria.around.questions.willAnswer(Answer::Ok, [&] {
-        maria.server.says("PING :behind the box");
-        world.time.run(1s);
-        EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :behind the box"));
-    });
-    for (int i = 1; i <= 60; ++i) says(i, "hi");
-    world.time.run(1s);
-    modWinManager& privates = maria.component->Chats().Privates;
-    EXPECT_EQ(privates.Table().Windows().size(), 51U);
-    EXPECT_EQ(privates.Table().AllLoaded().size(), 51U);
-    EXPECT_THAT(maria.around.questions.asked, ElementsAre(HasSubstr("more than 50 personal chat windows")));
-    EXPECT_EQ(maria.around.questions.lastSuppressed, 8);
-    maria.server.says("PING :there?");
-    says(51, "still me");
-    world.time.run(100ms);
-    EXPECT_THAT(maria.server.heard(), ElementsAre("PONG :there?"));
-    EXPECT_EQ(privately(maria, "S51")->LastText, "still me");
-    privately(maria, "S1")->mnuStopPM.Click.raise();
-    says(61, "me at last");
-    world.time.run(100ms);
-    EXPECT_THAT(rows(maria.window().Windows->ListView1).back(), EndsWith("| me at last"));
-}
 
 TEST(Strangers, CannotMakeTheUserSayASecondLine) {
     for (const char* command : {"PING", "VERSION", "TIME", "FINGER", "WIP", "_verb", "ACTION"}) {
@@ -232,39 +170,6 @@ TEST(Strangers, CannotMakeTheUserSayASecondLine) {
         EXPECT_THAT(heard, Each(Not(HasSubstr("\0"s)))) << command;
         EXPECT_EQ(heard.size(), *command == '_' || *command == 'A' ? 0U : 5U) << command;
     }
-}
-
-TEST(Strangers, CannotKeepAWindowOpenByTalkingOn) {
-    World world;
-    Client& maria = world.loggedIn("Maria");
-    const auto says = [&](const std::string& text) {
-        maria.server.says(":a!u@h PRIVMSG Maria :" + text);
-        world.time.run(100ms);
-    };
-    says("hi");
-    frmPM& window = *privately(maria, "A");
-    closeBox(window, false);  // it only hides while inactive windows are hidden
-    EXPECT_FALSE(window.Visible);
-    maria.window().Windows->Check1.Value = false;
-    for (const Answer keeps : {Answer::Cancel, Answer::Yes}) {
-        maria.around.questions.willAnswer(keeps);
-        closeBox(window, false);
-    }
-    EXPECT_EQ(window.WindowState, FormState::Minimized);
-    bool gone = false;
-    const auto unloaded = window.Unloaded.connect([&] { gone = true; });
-    maria.around.questions.willAnswer(Answer::No, [&] {
-        closeBox(window, false);
-        for (int i = 0; i < 20; ++i) says("wait " + std::to_string(i));
-        EXPECT_EQ(window.LastText, "wait 19");
-    });
-    closeBox(window, true);
-    EXPECT_TRUE(gone);
-    world.time.run(100ms);
-    EXPECT_THAT(rows(maria.window().Windows->ListView1), IsEmpty());
-    EXPECT_EQ(maria.around.questions.asked.size(), 3U);
-    says("one more");
-    EXPECT_THAT(shownIn(privately(maria, "A")), AllOf(HasSubstr("one more"), Not(HasSubstr("wait"))));
 }
 
 TEST(Strangers, APlugInMayEndAndStartTheClientWhileItHearsOfALine) {

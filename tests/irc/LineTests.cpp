@@ -1,5 +1,3 @@
-#include <random>
-
 #include "EngineFixture.h"
 
 namespace talvora::test {
@@ -229,25 +227,6 @@ TEST_F(EngineTest, EachEventOfALineCanFailWithEachAnswer) {
             EXPECT_THAT(raisedBy(":a!b@c PART #x"), testing::Contains("UserPartChannel(#x, a, b, c, )"));
         }
     }
-}
-
-TEST_F(EngineTest, AMebibyteOfRandomBytesEndsInTheReporterAndNothingWorse) {
-    online();
-    around.questions.answerFaults(Answer::Abort);
-    std::mt19937 dice(7);
-    const std::string_view likely = ":!@ \r\n\1 013 PRIVMSG me 353 352 311 MODE #+-o KICK";
-    std::string bytes;
-    while (bytes.size() < (1 << 20)) {
-        bytes += dice() % 3 == 0 ? static_cast<char>(dice()) : likely[dice() % likely.size()];
-    }
-    network.cut = Cut::Random;
-    server.sends(bytes);
-    engine.AutoRetry = true;
-    time.run(10min);
-    around.questions.asked.clear();
-    if (!engine.LoggedIn) online();
-    EXPECT_THAT(raisedBy("\r\n:a!b@c PRIVMSG " + engine.Nickname() + " :well"),
-                testing::Contains("PMTextArrived(a, b, c, well)"));
 }
 
 // The stream may be cut anywhere.

@@ -117,6 +117,15 @@ TEST_F(EngineTest, AutoRetryCountsForTheSocketsEventsOnly) {
     EXPECT_EQ(server.connections, 2) << "Disconnect leaves the timer running, whatever AutoRetry says";
 }
 
+TEST_F(EngineTest, WhatStopHasEndedIsNotStartedAgainByTheHandlerThatItInterrupts) {
+    online();
+    engine.AutoRetry = true;
+    const Subscription ends = engine.SocketDisconnect.connect([&] { engine.Stop(); });
+    server.closes();
+    time.run(60s);
+    EXPECT_EQ(server.connections, 1);
+}
+
 TEST_F(EngineTest, ACancelledRetryIsAskedForAgain) {
     const Subscription no = engine.AutoRetryConnection.connect([](bool& cancel) { cancel = true; });
     engine.Disconnect("x");

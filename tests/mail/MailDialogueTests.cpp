@@ -32,6 +32,7 @@ TEST(MailReception, OneMailAfterTheOtherUntilNothingWaits) {
     EXPECT_EQ(rig.file("i1.ml"), "-");
     EXPECT_EQ(rig.status->Label7.Caption.get(), "Finished receiving messages");
     EXPECT_EQ(rig.refreshes, 2);
+    EXPECT_FALSE(rig.status->tmrSendTimeout.Enabled);
 }
 
 TEST(MailReception, ACutMailGoesOnWhereItWas) {

@@ -32,7 +32,8 @@ TEST(UserInformation, IsOneWindowWithFourQuestionsAndTakesAnybodysAnswer) {
     frmWhois* form = slot.Get();
     ASSERT_NE(form, nullptr);
     EXPECT_EQ(form->lblLocation.Caption.get() + "|" + form->lblAP.Caption.get(), "Work.Pylea|Net1");
-    EXPECT_EQ(form->lblIdle.Caption.get() + "|" + form->IdleWords.Caption.get(), "7500 sec|2 hours 5 minutes");
+    EXPECT_EQ(form->lblIdle.Caption.get() + "|" + form->IdleWords.Caption.get(),
+              "7500 sec|2 hours 5 minutes");
     EXPECT_EQ(form->lblSignon.Caption.get() + "|" + form->SignonWords.Caption.get(),
               "1773478800 sec|14/03/2026 09:00:00");
     whois("Bob", "Bob");

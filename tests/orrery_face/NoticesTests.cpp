@@ -66,7 +66,10 @@ TEST(NoticeQueue, StaysSmallWhateverStrangersDo) {
     EXPECT_THAT(shown, AllOf(Ge(290), Le(303)));
     EXPECT_TRUE(queue.WindowOf(1) == nullptr && queue.WindowOf(static_cast<std::uint32_t>(shown)) != nullptr);
     int waiting = 0;
-    for (std::int64_t now = 200'000; queue.Next(now); now += 1000) ++waiting;
+    std::string first;
+    for (std::int64_t now = 200'000; const auto next = queue.Next(now); now += 1000, ++waiting)
+        if (first.empty()) first = next->Conversation;
+    EXPECT_THAT(first, StartsWith("crowd 99")) << "the oldest ones went";
     EXPECT_EQ(waiting, static_cast<int>(NoticeQueue::MostWaiting));
 }
 

@@ -49,7 +49,8 @@ TEST(FormSet, FormsLiveUntilNoHandlerOfTheirsRunsAndAreLimited) {
     EXPECT_EQ(alive, 1);
     around.platform.Guarded.run("the next callback", [] {});
     EXPECT_EQ(alive, 0);
-    const Subscription noWindow = set.Loaded.connect([](Mortal&) { throw RuntimeError(Fault::TypeMismatch); });
+    const Subscription noWindow =
+        set.Loaded.connect([](Mortal&) { throw RuntimeError(Fault::TypeMismatch); });
     EXPECT_EQ(faultOf(make), 13);
     EXPECT_TRUE(set.Forms().empty());
     around.platform.Guarded.run("the next callback", [] {});

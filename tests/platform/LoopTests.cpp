@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+#include <random>
+
 #include "platform/Timer.h"
 #include "simulation/VirtualPlatform.h"
 
@@ -56,6 +60,24 @@ TEST_F(LoopTest, EnablingARunningTimerDoesNotRestartItButANewIntervalDoes) {
     EXPECT_EQ(path.size(), 2U);
 }
 
+TEST_F(LoopTest, TimersFireInOrderWhateverIsDisarmedInBetween) {
+    std::mt19937 dice(5);
+    std::vector<unsigned> fired;
+    std::vector<std::unique_ptr<WakeUp>> timers(300);
+    for (auto& timer : timers) {
+        const auto due = static_cast<unsigned>(2 + dice() % 5000);
+        timer = std::make_unique<WakeUp>([&, due] {
+            fired.push_back(due);
+            timer->disarm();
+        });
+        timer->arm(time, static_cast<int>(due));
+    }
+    for (int i = 0; i < 150; ++i) timers[dice() % timers.size()]->disarm();
+    time.run(6s);
+    EXPECT_TRUE(std::ranges::is_sorted(fired));
+    EXPECT_GT(fired.size(), 100U);
+}
+
 TEST_F(LoopTest, ATimerThatFellBehindFiresOnce) {
     Timer timer(platform, 10, true);
     note(timer, "tick");
@@ -90,44 +112,6 @@ TEST_F(LoopTest, AnExceptionNeverLeavesACallback) {
     on += timer.Tick.connect([] { throw RuntimeError(Fault::Overflow); });
     time.run(10ms);
     EXPECT_EQ(stray, "Timer: Overflow");
-}
-
-TEST_F(LoopTest, SocketsTellNothingFromInsideACallAndNothingAfterClose) {
-    Winsock listening(platform.Guarded, network.CreateSocket({}));
-    Winsock server(platform.Guarded, network.CreateSocket({}));
-    Winsock client(platform.Guarded, network.CreateSocket({}));
-    on += listening.ConnectionRequest.connect([&] {
-        path.emplace_back("request");
-        server.Accept(listening);
-    });
-    on += client.Connected.connect([&] {
-        path.emplace_back("connected");
-        client.SendData("hello");
-    });
-    on += server.DataArrival.connect([&] {
-        std::string bytes;
-        server.GetData(bytes);
-        path.push_back(bytes);
-        server.SendData("bye");
-        server.Close();
-    });
-    on += client.Closed.connect([&] { path.emplace_back("closed"); });
-    listening.LocalPort = 37182;
-    listening.Listen();
-    client.RemoteHost = "127.0.0.1";
-    client.RemotePort = listening.BoundPort();
-    client.Connect();
-    EXPECT_EQ(client.State(), SocketState::Connecting);
-    time.settle();
-    EXPECT_THAT(path, ElementsAre("request", "connected", "hello"));
-    std::string bytes;
-    client.GetData(bytes);  // the end is told only after everything was taken
-    EXPECT_EQ(bytes, "bye");
-    time.settle();
-    EXPECT_EQ(path.back(), "closed");
-    EXPECT_THROW(client.Connect(), RuntimeError);
-    client.Close();
-    EXPECT_THROW(client.SendData("x"), RuntimeError);
 }
 
 }  // namespace

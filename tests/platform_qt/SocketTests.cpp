@@ -52,6 +52,7 @@ struct Sockets : testing::Test {
 
 TEST_F(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
     EXPECT_EQ(client.socket.State(), SocketState::Connected);
+    EXPECT_THROW(client.socket.Connect(), RuntimeError);
     EXPECT_EQ(server.socket.RemoteHost, "127.0.0.1");
     EXPECT_EQ(server.socket.RemotePort, client.socket.BoundPort());
     client.operation([&] { client.socket.SendData(std::string("a\0\xff", 3)); });
@@ -61,6 +62,7 @@ TEST_F(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
     client.untilSaw("Data");
     EXPECT_EQ(client.data, "back");
     client.socket.Close();
+    EXPECT_THROW(client.socket.SendData("x"), RuntimeError);
     client.connectTo("127.0.0.1", both.door.socket.BoundPort());
     client.untilSaw("Data;Connect");
     EXPECT_EQ(client.log, "Connect;Data;Connect;");

@@ -135,6 +135,38 @@ TEST_F(TransferTest, ABlockReadAheadIsUsedOnlyIfNothingChanged) {
     EXPECT_EQ(changed % 1024, 0U) << "a block is old or new";
 }
 
+TEST_F(TransferTest, ABusySenderACancelledAddAndRetryAreAsTold) {
+    std::string addresses;
+    for (int i = 0; i < 25; ++i) addresses += CStr(i) + "|";
+    a.around.settings.SaveSetting("Talvora", "Storage", "SendList", addresses);
+    a.around.disk.picked["/one"] = a.around.disk.picked["/two"] = "12";
+    offer("first");
+    a.around.questions.willAnswer(Answer::Ok);
+    offer(Texts{"/one"});
+    EXPECT_THAT(a.around.questions.asked.back(), HasSubstr("another file transfer is in progress"));
+    frmSendFile& dialog = *desk(a).Dialog.Get();
+    EXPECT_EQ(dialog.Text1.List.size(), 21U);
+    a.around.questions.willChoose({});
+    dialog.Command1.Click.raise();
+    EXPECT_EQ(dialog.List1.ListCount(), 2) << "nobody asks whether it was cancelled";
+    dialog.Command5.Click.raise();
+    accept();
+    EXPECT_EQ(received().size(), 1024U);
+    {
+        Stranger busy(world, b);
+        for (int box = 0; box < 2; ++box) a.around.questions.willAnswer(Answer::Ok);
+        offer(Texts{"/one", "/two"});
+        EXPECT_THAT(a.around.questions.asked.end()[-2], HasSubstr("Error transfering file!"));
+        EXPECT_THAT(a.around.questions.asked.back(), HasSubstr("Disconnected from remote machine!"));
+    }
+    world.time.run(11s);
+    sender()->Command2.Click.raise();
+    world.time.run(1s);
+    EXPECT_THAT(receiver().Label6.Caption.get(), HasSubstr("2 file(s)"));
+    accept();
+    EXPECT_EQ(received("one") + received("two"), "(none)12" + std::string(1022, ' '));
+}
+
 TEST_F(TransferTest, EitherSideMayAbortInEachState) {
     world.network.delay = 10'000;
     for (const auto when : {15ms, 120ms, 500ms}) {  // nobody has answered; the first file; in the middle

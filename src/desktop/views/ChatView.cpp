@@ -82,6 +82,13 @@ void ChatView::addBeside(QWidget* widget, int width) {
     across_->setSizes({this->width() - width, width});
 }
 
+// The box to write in would take them for text.
+void ChatView::takeDropped(TakeFiles take) {
+    const auto thisWindow = [](QPoint) { return std::optional<std::string>(""); };
+    takeFiles(*writing_->viewport(), take, thisWindow);
+    takeFiles(*this, std::move(take), thisWindow);
+}
+
 void ChatView::offerWords(WordOffers::Source source) {
     writing_->setOffers(std::move(source));
 }

@@ -4,6 +4,7 @@
 
 #include "chat/ChatWindow.h"
 #include "chat/CommandMenu.h"
+#include "desktop/FileDrop.h"
 #include "desktop/FormView.h"
 #include "desktop/WordOffers.h"
 
@@ -25,6 +26,8 @@ class ChatView : public FormView {
     void addBeside(QWidget* widget, int width);
     void showEvent(QShowEvent* event) override;
     void offerWords(WordOffers::Source source);
+    // Files that are dropped on the window.
+    void takeDropped(TakeFiles take);
     // The user's scripts in a menu of their own, or a line that says that there are none.
     void addCommands(QMenu& menu, CommandMenu& commands);
 

@@ -1,12 +1,16 @@
 #include "desktop/views/Form1View.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -14,22 +18,35 @@
 #include "desktop/Binding.h"
 #include "desktop/Follow.h"
 #include "desktop/IconLabel.h"
+#include "desktop/NickDrag.h"
 #include "desktop/QtText.h"
 #include "desktop/Theme.h"
 #include "desktop/views/AnnouncementPanel.h"
 #include "desktop/views/MailArea.h"
 #include "desktop/views/Pictures.h"
 #include "desktop/views/UserListTree.h"
+#include "desktop/views/UserTreeArea.h"
 
 namespace talvora {
 
 namespace {
 
-constexpr QSize MainSize{380, 640};
+constexpr QSize MainSize{400, 640};
 constexpr int WindowColumn = 175;  // pixels
 constexpr int ChannelColumn = 130;
 constexpr int WindowsHeight = 190;
 constexpr int UsersColumn = 50;
+
+// All tabs are to be read in a window that is narrow.
+class NarrowTabs final : public QProxyStyle {
+  public:
+    explicit NarrowTabs(QObject* owner) : QProxyStyle(QApplication::style()->name()) { setParent(owner); }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        constexpr int space = 16;  // pixels, on both sides of a name together
+        return metric == PM_TabBarTabHSpace ? space : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
 
 // What a stranger writes does not decide how wide the window is.
 void letShrink(QLabel& label) {
@@ -47,6 +64,7 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 
 Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
     : FormView(form, site, "Main", MainSize), form_(form), announcement_(announcement) {
+    site.Face.SetMainWindow(*this);
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);
@@ -122,8 +140,8 @@ QWidget* Form1View::makeSession() {
         row->addWidget(label);
     };
     picture(form_.Session.imgStat, tr("Connection"), picturesOf(Pictures::Sessions));
-    on_ += form_.Session.imgStat.Picture.Changed.connect(
-        [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
+    follow(on_, form_.Session.imgStat.Picture,
+           [this](int now) { Site().Face.ShowOnLine(now == SessionPicture::OnLine); });
     auto* session = new QLabel(line);
     letShrink(*session);
     attach(on_, form_.Session.Label8, *session);
@@ -180,7 +198,7 @@ QWidget* Form1View::makeFooter() {
     QVBoxLayout* rows = rowsIn(footer);
     rows->addWidget(makeSession());
     auto* row = new QHBoxLayout;
-    for (Label* model : {&form_.Session.Label20, &form_.Users.Label21}) {
+    for (Label* model : {&form_.Session.Label20, &form_.Users.Label21, &form_.Friends.Label22}) {
         auto* label = new QLabel(footer);
         label->setFont(theme::smallFont());
         letShrink(*label);
@@ -215,25 +233,47 @@ QTabWidget* Form1View::makePeople() {
     tabs->setDocumentMode(true);
     tabs->setUsesScrollButtons(false);
     tabs->setElideMode(Qt::ElideRight);
-    tabs->addTab(makeChannels(), theme::icon(QStringLiteral("channel")), tr("Channels"));
-    ListTree* users = makeUserListTree(form_.UserList1, tr("Users"), tabs);
-    users->setEmptyText(tr("Nobody is in your channels."));
-    tabs->addTab(users, theme::icon(QStringLiteral("group")), tr("Users"));
-    ListTree* friends = makeUserListTree(form_.UserList2, tr("Friends"), tabs);
-    friends->setEmptyText(tr("You have no friends here yet."));
-    tabs->addTab(friends, theme::icon(QStringLiteral("person")), tr("Friends"));
-    ListTree* ignored = makeUserListTree(form_.UserList3, tr("Ignored"), tabs);
-    ignored->setEmptyText(tr("You ignore nobody."));
-    tabs->addTab(ignored, theme::icon(QStringLiteral("person")), tr("Ignored"));
+    tabs->tabBar()->setStyle(new NarrowTabs(tabs));
+    // A nick on its way to the friends opens the tab over which it rests.
+    tabs->tabBar()->setChangeCurrentOnDrag(true);
+    ListTree* friends =
+        addUsers(*tabs, form_.UserList2, tr("Friends"),
+                 tr("You have no friends here yet. Drag a user here, or add him in his menu."));
+    new NickDrop(*friends->viewport(), [this](const std::string& nick) { befriend(nick); });
+    everybody_ = new UserTreeArea(form_.Users.UserTree1, tabs);
+    tabs->addTab(everybody_, tr("Online"));
+    tabs->addTab(makeChannels(), tr("Channels"));
+    ListTree* users = addUsers(*tabs, form_.UserList1, tr("Users"), tr("Nobody is in your channels."));
+    addUsers(*tabs, form_.UserList3, tr("Ignored"), tr("You ignore nobody."));
+    for (ListTree* list : {users, friends}) takeFilesForUsers(*list, offerFiles(), std::nullopt);
     tabs_ = tabs;
     if (form_.Mail != nullptr) addMail();
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] {
+        tabs_->setCurrentWidget(everybody_);
+        everybody_->startFinding();
+    });
     return tabs;
+}
+
+ListTree* Form1View::addUsers(QTabWidget& tabs, UserList& users, const QString& name,
+                              const QString& emptyText) {
+    ListTree* list = makeUserListTree(users, name, &tabs);
+    list->setEmptyText(emptyText);
+    tabs.addTab(list, name);
+    return list;
+}
+
+// As the entry of the menu does, which acts on whoever has been picked.
+void Form1View::befriend(const std::string& nick) {
+    form_.Presence.Select(nick);
+    form_.Friends.popULAddFriends.Click.raise();
 }
 
 void Form1View::addMail() {
     mail_ = new MailArea(*form_.Mail, tabs_);
     mail_->setAnnouncements(new AnnouncementPanel(announcement_, Site().ThePlatform, mail_));
-    tabs_->addTab(mail_, theme::icon(QStringLiteral("mail")), QString());
+    tabs_->addTab(mail_, QString());
     follow(on_, form_.Mail->UnreadCount, [this](int count) {
         tabs_->setTabText(tabs_->indexOf(mail_), count > 0 ? tr("Mail (%1)").arg(count) : tr("Mail"));
     });
@@ -254,6 +294,12 @@ QWidget* Form1View::makeChannels() {
     list->setEmptyText(tr("No channels yet."));
     rows->addWidget(list, 1);
     return part;
+}
+
+TakeFiles Form1View::offerFiles() {
+    return [this](const std::string& nick, const std::vector<std::string>& paths) {
+        form_.OfferFiles(nick, paths);
+    };
 }
 
 // ---- Menus
@@ -287,6 +333,7 @@ void Form1View::fillStates(QMenu& menu) {
 void Form1View::fillUsers(QMenu& menu) {
     addEntry(menu, form_.popULChat);
     addEntry(menu, form_.popULInfo);
+    addEntry(menu, form_.popULSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
     menu.addSeparator();
     for (Menu* entry : {&form_.Friends.popULAddFriends, &form_.Friends.popULRemFriends})
         if (entry->Visible) addEntry(menu, *entry);
@@ -308,6 +355,7 @@ void Form1View::fillMain(QMenu& menu) {
         connect(entry, &QAction::triggered, this, [link] { link->Click.raise(); });
     }
     menu.addSeparator();
+    addEntry(menu, form_.mnuTransfers)->setIcon(theme::icon(QStringLiteral("file-in")));
     addEntry(menu, form_.mnuScripts)->setIcon(theme::icon(QStringLiteral("script")));
     QAction* settings = menu.addAction(theme::icon(QStringLiteral("settings")), tr("&Settings..."));
     connect(settings, &QAction::triggered, this, [this] { Site().Face.ShowSettings(); });

@@ -3,6 +3,7 @@
 // channels and the users.
 
 #include "announce/picAnn.h"
+#include "desktop/FileDrop.h"
 #include "desktop/FormView.h"
 #include "session/Form1.h"
 
@@ -12,7 +13,9 @@ class QVBoxLayout;
 
 namespace talvora {
 
+class ListTree;
 class MailArea;
+class UserTreeArea;
 
 class Form1View final : public FormView {
   public:
@@ -29,10 +32,14 @@ class Form1View final : public FormView {
     QWidget* makeTrouble();
     QWidget* makeWindows();
     QTabWidget* makePeople();
+    ListTree* addUsers(QTabWidget& tabs, UserList& users, const QString& name, const QString& emptyText);
+    void befriend(const std::string& nick);
     QWidget* makeChannels();
     void addMail();
     QPushButton* makeUnread();
     QWidget* makeFooter();
+    // What is done with files that are dropped on a user.
+    TakeFiles offerFiles();
     void fillStates(QMenu& menu);
     void fillUsers(QMenu& menu);
     void fillMain(QMenu& menu);
@@ -40,6 +47,7 @@ class Form1View final : public FormView {
     Form1& form_;
     picAnn& announcement_;
     QTabWidget* tabs_ = nullptr;
+    UserTreeArea* everybody_ = nullptr;
     MailArea* mail_ = nullptr;  // none without mail
 };
 

@@ -1,9 +1,11 @@
 #include "desktop/views/Pictures.h"
 
+#include "chat/UserTree.h"
 #include "desktop/Theme.h"
 #include "mail/MailPanel.h"
 #include "session/SessionPanel.h"
 #include "session/WindowsPanel.h"
+#include "transfer/frmTransfers.h"
 
 namespace talvora {
 
@@ -57,6 +59,9 @@ QIcon pictureOf(Pictures list, int number) {
     switch (list) {
         case Pictures::States:
             return theme::icon(QStringLiteral("state-%1").arg(number));
+        case Pictures::Users:
+            return number == UserTree::GroupImage ? theme::icon(QStringLiteral("place"))
+                                                  : pictureOf(Pictures::States, number);
         case Pictures::Sessions:
             return theme::icon(QString::fromLatin1(sessionName(number)));
         case Pictures::Windows:
@@ -67,6 +72,9 @@ QIcon pictureOf(Pictures list, int number) {
             return theme::icon(QStringLiteral("announcement-%1").arg(number));
         case Pictures::Mails:
             return theme::icon(QString::fromLatin1(mailName(number)));
+        case Pictures::Transfers:
+            return theme::icon(number == TransferPicture::Sent ? QStringLiteral("file-out")
+                                                               : QStringLiteral("file-in"));
     }
     return {};
 }

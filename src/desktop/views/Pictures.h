@@ -8,12 +8,14 @@
 namespace talvora {
 
 enum class Pictures {
-    States,    // of users: lists, trees and the user's own
+    States,    // of users: lists and the user's own
+    Users,     // of the tree of users: the same, and that of a group
     Sessions,  // of the connection
     Windows,   // of open chat windows
     Channels,
     Announcements,  // their categories
-    Mails           // of the list of messages, and of a message's window
+    Mails,          // of the list of messages, and of a message's window
+    Transfers       // whether a file came or went
 };
 
 QIcon pictureOf(Pictures list, int number);

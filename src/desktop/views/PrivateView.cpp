@@ -14,6 +14,11 @@ PrivateView::PrivateView(frmPM& window, const ViewSite& site)
     : ChatView(window, site, "Private", PrivateSize), window_(window) {
     setWindowIcon(theme::icon(QStringLiteral("private")));
     offerWords([&window](const std::string& typed) { return window.CommandsLike(typed); });
+    if (window_.mnuSendFile.Visible) {
+        takeDropped([&window](const std::string&, const std::vector<std::string>& paths) {
+            window.OfferFiles(paths);
+        });
+    }
 }
 
 void PrivateView::fillMenu(QMenu& menu, Menu&) {
@@ -24,6 +29,10 @@ void PrivateView::fillMenu(QMenu& menu, Menu&) {
     addCommands(menu, window_.Commands);
     addEntry(menu, window_.mnuScripts);
     menu.addSeparator();
+    if (window_.mnuSendFile.Visible) {
+        addEntry(menu, window_.mnuSendFile)->setIcon(theme::icon(QStringLiteral("file-out")));
+        menu.addSeparator();
+    }
     for (Menu* entry : {&window_.mnuStopPM, &window_.mnuHide}) addEntry(menu, *entry);
 }
 

@@ -1,6 +1,7 @@
 #include "desktop/views/UserListTree.h"
 
 #include "desktop/views/Pictures.h"
+#include "session/PresencePanel.h"
 
 namespace talvora {
 
@@ -9,6 +10,8 @@ ListTree* makeUserListTree(UserList& users, const QString& accessibleName, QWidg
     look.Columns = {accessibleName};
     look.Icon = picturesOf(Pictures::States);
     look.Sorting = ListModel::Order::ByName;
+    look.Lesser = [](const ListItem& user) { return PresencePanel::IsMarkedOffline(user.Key()); };
+    look.CarriesNicks = true;
     return new ListTree(users.ListView1, look, accessibleName, parent);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QShortcut>
 #include <type_traits>
+#include <utility>
 
 #include "desktop/Theme.h"
 #include "desktop/views/AnnounceView.h"
@@ -17,10 +18,14 @@
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PopupView.h"
 #include "desktop/views/PrivateView.h"
+#include "desktop/views/ReceiveFileView.h"
 #include "desktop/views/ScriptsView.h"
 #include "desktop/views/SelectUserView.h"
+#include "desktop/views/SendFileView.h"
 #include "desktop/views/SendMailView.h"
 #include "desktop/views/SettingsView.h"
+#include "desktop/views/TransferStatusView.h"
+#include "desktop/views/TransfersView.h"
 #include "desktop/views/ViewMailView.h"
 #include "desktop/views/WhoisView.h"
 
@@ -34,7 +39,7 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
         auto* encrypt = dynamic_cast<plg_Encrypt*>(&plugin);
         return encrypt != nullptr ? new EncryptView(*encrypt, parent) : nullptr;
     });
-    viewEach<Form1View>(component_.MainWindowLoaded, announcements.Panel);
+    viewWhenShown<Form1View>(main_, component_.MainWindowLoaded, announcements.Panel);
     viewEach<ChannelView>(chats.Channels.Loaded);
     viewEach<PrivateView>(chats.Privates.Loaded);
     viewEach<EmoticonsView>(chats.Picker.Loaded);
@@ -42,7 +47,7 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<MsgBoxView>(chats.MsgBox.Loaded);
     viewEach<MOTDView>(chats.MOTD.Loaded);
     viewEach<ScriptsView>(chats.Scripts.Loaded);
-    viewEach<AnnouncementsView>(announcements.Viewer.Loaded);
+    viewWhenShown<AnnouncementsView>(announcements_, announcements.Viewer.Loaded);
     viewEach<AnnounceView>(announcements.Composer.Loaded);
     MailDesk& mails = component_.Mails();
     viewEach<ViewMailView>(mails.Viewers.Loaded);
@@ -55,6 +60,13 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
         viewEach<PopupView>(component_.Notes().Popup.Loaded);
     }
     viewEach<WhoisView>(component_.Notes().Whois.Loaded);
+    TransferDesk& transfers = component_.Transfers();
+    viewWhenShown<ReceiveFileView>(receiver_, transfers.Receiver.Loaded);
+    // It listens as long as the component is there.
+    if (frmReceiveFile* form = transfers.Receiver.Get()) waitFor<ReceiveFileView>(receiver_, *form);
+    viewEach<SendFileView>(transfers.Dialog.Loaded);
+    viewEach<TransferStatusView>(transfers.Status.Loaded);
+    viewEach<TransfersView>(transfers.Transfers.Loaded);
     face.AddIcon("IRC", theme::icon(QStringLiteral("app")));
     face.AddSettingsPage("TalvoraClient.Settings", [this]() -> std::unique_ptr<SettingsPage> {
         return std::make_unique<SettingsView>(component_.MakeSettingsPage());
@@ -65,6 +77,9 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
 // Also the windows of forms that nobody has unloaded.
 Views::~Views() {
     site_.Face.SetNoticeOpener({});
+    main_.Shown.disconnect();
+    announcements_.Shown.disconnect();
+    receiver_.Shown.disconnect();
     on_.clear();
     for (const QPointer<FormView>& view : open_) delete view;
 }
@@ -75,15 +90,45 @@ void Views::addBarKey(FormView& view) {
 }
 
 // A view deletes itself with its form.
-template <class View, class TheForm, class... More>
-void Views::viewEach(Event<TheForm&>& loaded, More&... more) {
-    on_ += loaded.connect([this, &more...](TheForm& form) {
+template <class View, class TheForm>
+void Views::viewEach(Event<TheForm&>& loaded) {
+    on_ += loaded.connect([this](TheForm& form) {
+        seeMain();
         std::erase_if(open_, [](const QPointer<FormView>& view) { return view.isNull(); });
-        auto* view = new View(form, more..., site_);
+        auto* view = new View(form, site_);
         open_.emplace_back(view);
         // Where one writes a message the key makes bold letters.
         if constexpr (!std::is_same_v<View, SendMailView>) addBarKey(*view);
     });
+}
+
+template <class View, class TheForm, class... More>
+void Views::viewWhenShown(Unseen& unseen, Event<TheForm&>& loaded, More&... more) {
+    on_ += loaded.connect([this, &unseen, &more...](TheForm& form) { waitFor<View>(unseen, form, more...); });
+}
+
+template <class View, class TheForm, class... More>
+void Views::waitFor(Unseen& unseen, TheForm& form, More&... more) {
+    unseen.Make = [this, &form, &more...] { return new View(form, more..., site_); };
+    unseen.Shown = form.Visible.Changed.connect([this, &unseen](bool) { see(unseen); });
+}
+
+// The first window that the host hears of is its main window, so this one goes ahead of all others.
+void Views::seeMain() {
+    if (component_.MainWindow() != nullptr) see(main_);
+}
+
+void Views::see(Unseen& unseen) {
+    if (&unseen != &main_) seeMain();
+    unseen.Shown.disconnect();
+    const auto make = std::exchange(unseen.Make, {});
+    if (!make) return;
+    FormView* const view = make();
+    open_.emplace_back(view);
+    addBarKey(*view);
+    // As it would have followed its form.
+    view->setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
+    view->setVisible(view->TheForm().Visible);
 }
 
 }  // namespace talvora

@@ -16,6 +16,7 @@
 #include "desktop/QtDesktop.h"
 #include "desktop/QtQuestions.h"
 #include "orrery/OrreryFace.h"
+#include "orrery/face/LauncherEntry.h"
 #include "orrery/face/Notices.h"
 #include "orrery/face/SettingsWindow.h"
 #include "orrery/face/Tray.h"
@@ -40,6 +41,7 @@ class Face final : public OrreryFace, public HostFace {
 
     void Register(const Form& form, QWidget& window) override;
     void Forget(const Form& form) override;
+    void SetMainWindow(QWidget& window) override { main_ = &window; }
     void AddSettingsPage(const std::string& className, PageMaker maker) override;
     void AddIcon(const std::string& name, const QIcon& icon) override;
     void SetNoticeOpener(NoticeOpener opener) override;
@@ -48,6 +50,7 @@ class Face final : public OrreryFace, public HostFace {
     bool UserActs() const override { return application_.UserActs(); }
     void ShowOnLine(bool onLine) override;
     void ShowUnread(int count) override;
+    void ShowProgress(const Form& form, std::optional<double> done) override { entry_.Show(form, done); }
     void ShowSettings() override;
     void ShowAbout() override;
     void Quit() override;
@@ -74,6 +77,7 @@ class Face final : public OrreryFace, public HostFace {
     QtQuestions questions_;
     QtDesktop desktop_{early_};
     QDBusConnection bus_;
+    LauncherEntry entry_{bus_};
     std::unique_ptr<HostSide> host_;
     QObject context_;  // of calls that wait for the next turn
     Subscription hearing_;
@@ -85,8 +89,7 @@ class Face final : public OrreryFace, public HostFace {
     QPointer<QWidget> welcome_;     // or another box before the start
     QPointer<QMessageBox> about_;
     QPointer<QMessageBox> minimized_;
-    QPointer<QWidget> main_;  // the first window that was registered, and its form
-    const Form* mainForm_ = nullptr;
+    QPointer<QWidget> main_;
     std::map<std::string, PageMaker> makers_;
     std::map<std::string, QIcon> icons_;
     NoticeOpener opener_;

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "desktop/QtText.h"
+#include "orrery/Environment.h"
 #include "orrery/Orrery.h"
 #include "orrery/Program.h"
 #include "orrery/face/Face.h"

@@ -7,14 +7,16 @@ std::string robotConfig(int serverPort, int addressPort, const std::string& data
     return "[network]\nServerHost=127.0.0.1\nServerPort=" + std::to_string(serverPort) +
            "\nSysChannel=#orrery\nSysChanKey=sesame\nEncoding=cp1253\n[address]\nAddressHost=" +
            options.addressHost + "\nAddressPort=" + std::to_string(addressPort) +
-           "\nAddressListen=127.0.0.1\n[pacing]\n" + options.pacing + "[store]\nDatabase=" + database + "\n" +
-           options.settings;
+           "\nAddressListen=" + options.addressListen + "\n[pacing]\n" + options.pacing +
+           "[store]\nDatabase=" + database + "\n" + options.settings;
 }
 
 Network::Network(const RobotOptions& options)
     : server_(options.server),
       config_(
-          folder_.write("orreryserv.ini", robotConfig(port(), addressPort(), folder_ / "robot.db", options))),
+          folder_.write("orreryserv.ini",
+                        robotConfig(port(), options.addressPort == 0 ? addressPort() : options.addressPort,
+                                    folder_ / "robot.db", options))),
       watcher_(port(), "Watcher") {
     startRobot();
     if (options.waitForRobot) expectRobot();

@@ -18,7 +18,9 @@ namespace talvora::programs {
 struct RobotOptions {
     std::string settings{};                 // further lines of the configuration, with their sections
     std::string addressHost = "127.0.0.1";  // told to those who ask for the address server
-    bool waitForRobot = true;               // until it is logged on
+    std::string addressListen = "127.0.0.1";
+    int addressPort = 0;       // of the address server; 0 for a free one
+    bool waitForRobot = true;  // until it is logged on
     std::string pacing = "LinesPerSecond=0\nRequestsPerMinute=1000000\n";
     ServerKind server = ServerKind::Ngircd;
 };

@@ -1,5 +1,8 @@
 #include "simulation/programs/OrreryProcess.h"
 
+#include <unistd.h>
+
+#include <atomic>
 #include <csignal>
 #include <filesystem>
 
@@ -26,6 +29,13 @@ void installPlugins(const Folder& folder, const OrreryOptions& options) {
 
 }  // namespace
 
+std::string ownAddress() {
+    static std::atomic<int> count = 0;
+    const int number = ::getpid() * 16 + count++;
+    const auto part = [number](int step) { return std::to_string(number / step % 250 + 2); };
+    return "127." + part(62'500) + "." + part(250) + "." + part(1);
+}
+
 std::string builtProgram(const std::string& name) {
     return std::string(TALVORA_BIN_DIR "/") + name;
 }
@@ -33,7 +43,8 @@ std::string builtProgram(const std::string& name) {
 std::string profileText(int serverPort, const OrreryOptions& options) {
     return "[network]\nServerHost=127.0.0.1\nServerPort=" + std::to_string(serverPort) +
            "\nSysChannel=" + options.systemChannel + "\nSysChanKey=" + options.systemKey +
-           "\nDialect=" + options.dialect + "\nEncoding=" + options.encoding + "\nReceiveAddress=127.0.0.1\n";
+           "\nDialect=" + options.dialect + "\nEncoding=" + options.encoding +
+           "\nReceiveAddress=" + options.receiveAddress + "\n";
 }
 
 Program orreryProgram(const Folder& folder, const std::string& profile,
@@ -65,6 +76,7 @@ OrreryProcess::OrreryProcess(int serverPort, const OrreryOptions& options)
 void OrreryProcess::start(const OrreryOptions& options) {
     folder_.write("network.ini", profileText(serverPort_, options));
     installPlugins(folder_, options);
+    if (!options.friends.empty()) folder_.write("data/System/Friends.lst", options.friends);
     std::vector<std::string> settings = {"Settings/Nickname=" + options.nick,
                                          "Settings/ChanList=" + options.channels};
     settings.insert(settings.end(), options.settings.begin(), options.settings.end());

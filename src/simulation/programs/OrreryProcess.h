@@ -13,16 +13,21 @@ namespace talvora::programs {
 
 class IrcServer;
 
+// An address of loopback that no other user of a test has: the port for files is the same for all.
+std::string ownAddress();
+
 struct OrreryOptions {
     std::string nick = "Nikos";
     std::string channels{};  // the setting ChanList: each name followed by "|"
     std::string dialect = "standard";
     std::string encoding = "cp1253";
-    std::vector<std::string> settings{};  // SECTION/KEY=VALUE
+    std::vector<std::string> settings{};        // SECTION/KEY=VALUE
+    std::string receiveAddress = ownAddress();  // for files
     std::string systemChannel = "#orrery";
     std::string systemKey = "sesame";
     std::vector<std::string> plugins{};  // libraries of the build, for the folder Plugins
     std::string pluginList{};            // System/plugin.lst; "" leaves what is shipped
+    std::string friends{};               // the file of friends
     std::vector<std::string> mails{};    // that wait to be sent, as a killed composer leaves them
     std::vector<std::string> screen{};   // the environment of a screen; with windows if there is any
 };

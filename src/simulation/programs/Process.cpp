@@ -42,7 +42,7 @@ Process::Process(const Program& program) : name_(program.arguments.at(0)) {
     if (!written_.open()) throw Missing("no file for the output of " + name_);
     process_.setProcessChannelMode(QProcess::MergedChannels);
     process_.setStandardOutputFile(written_.fileName());
-    process_.setStandardInputFile(QProcess::nullDevice());
+    if (!program.hasInput) process_.setStandardInputFile(QProcess::nullDevice());
     process_.setProcessEnvironment(environmentWith(program.environment));
     process_.setWorkingDirectory(QString::fromStdString(program.workingFolder));
     const std::optional<UserId> user = program.dropRoot ? unprivilegedUser() : std::nullopt;
@@ -68,6 +68,11 @@ void Process::signal(int number) const {
 void Process::kill() {
     process_.kill();
     process_.waitForFinished(-1);
+}
+
+void Process::sendLine(const std::string& line) {
+    process_.write((line + "\n").c_str());
+    process_.waitForBytesWritten();
 }
 
 bool Process::ended() {

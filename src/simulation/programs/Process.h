@@ -19,6 +19,7 @@ struct Program {
     std::vector<std::string> environment;  // NAME=VALUE, in addition to what this process has
     std::string workingFolder;             // "" leaves it
     bool dropRoot = false;                 // as root, runs it as unprivilegedUser()
+    bool hasInput = false;                 // from `sendLine`; else its standard input is empty
 };
 
 // The user that servers which refuse root run as; nothing when this process does not run as root.
@@ -41,6 +42,7 @@ class Process {
     // The exit status, or 128 and the number of the signal that ended it; 127 if it could not be started.
     int waitExit(Milliseconds wait = Patience);
     bool ended();
+    void sendLine(const std::string& line);
     // What it wrote so far to standard output and standard error.
     const std::string& output();
     // Waits until the output holds `text`.

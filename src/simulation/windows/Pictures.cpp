@@ -2,15 +2,19 @@
 // them as a screen of high resolution has them.
 
 #include <QDir>
+#include <QEventLoop>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QScreen>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTimer>
+#include <QTreeView>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 
+#include "desktop/ListTree.h"
 #include "desktop/QtQuestions.h"
 #include "desktop/QtText.h"
 #include "desktop/RichTextView.h"
@@ -53,6 +57,7 @@ class Photographer {
         }
         for (QWidget* widget : window->findChildren<QWidget*>()) {
             if (auto* view = dynamic_cast<RichTextView*>(widget)) view->settle();
+            if (auto* list = dynamic_cast<ListTree*>(widget)) list->settle();
         }
         const QString file = QStringLiteral("%1/%2%3.png").arg(folder_, QString::fromLatin1(name), suffix_);
         complete_ = window->grab().save(file) && complete_;
@@ -71,6 +76,8 @@ void furnish(DesktopWorld& desktop) {
     desktop.client.around.disk.put("System/plugin.lst",
                                    "Shout.Plugin F T F F Say it loud\r\n"
                                    "<SYS>.plg_Encrypt T F 0 0 Encryption\r\n");
+    desktop.client.around.disk.put("System/Friends.lst",
+                                   greek("Anna\r\nNikos\r\nKostas\r\nΠαναγιώτα_Παπαδοπούλου\r\nDimitra"));
     desktop.client.around.disk.put("System/script_cmd.dat",
                                    "part\x01PART #thessaloniki\r\nbrb\x01NICK %0 Maria[AWAY]\x02"
                                    "ECHO Back soon\r\n");
@@ -101,6 +108,40 @@ void fillChannel(DesktopWorld& desktop) {
     channel->Text1.Text = "I will be there at five";
 }
 
+// A reply of who is on line.
+void fillTree(DesktopWorld& desktop) {
+    for (const char* user :
+         {"Anna UL:Θεσσαλονίκη.Κέντρο", "Nikos[DND] UL:Θεσσαλονίκη.Κέντρο",
+          "Παναγιώτα_Παπαδοπούλου[AWAY] UL:Θεσσαλονίκη.Κέντρο", "Giorgos[LUNCH] UL:Θεσσαλονίκη.Καλαμαριά",
+          "Eleni UL:Θεσσαλονίκη.Καλαμαριά", "Stavros UL:Αθήνα.Πλάκα", "Sofia[PHONE] UL:Αθήνα.Πλάκα",
+          "Manolis UL:Κρήτη.Χανιά", "Ioanna[SLEEP] UL:Κρήτη.Χανιά", "Maria UL:Θεσσαλονίκη.Κέντρο",
+          "Stranger nobody"}) {
+        const std::string text = greek(user);
+        const std::size_t blank = text.find(' ');
+        desktop.client.server.says(":srv 352 Maria * u h srv " + text.substr(0, blank) + " H :0 " +
+                                   text.substr(blank + 1));
+    }
+    desktop.says(":srv 315 Maria * :End of WHO");
+}
+
+void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+    fillTree(desktop);
+    FormView* main = desktop.viewOf(&desktop.client.window());
+    auto* tabs = main->findChild<QTabWidget*>();
+    for (const char* name : {"main-friends", "main-online", "main-channels"}) {
+        photographer.take(main, name);
+        tabs->setCurrentIndex(tabs->currentIndex() + 1);
+        desktop.settle();
+    }
+    tabs->setCurrentIndex(1);
+    auto* box = tabs->currentWidget()->findChild<QLineEdit*>();
+    box->setText(QStringLiteral("an"));
+    desktop.settle();
+    photographer.take(main, "main-online-found");
+    box->clear();
+    tabs->setCurrentIndex(0);
+}
+
 void takeChats(DesktopWorld& desktop, Photographer& photographer) {
     const auto channelView = [&](const char* name) {
         return desktop.viewOf(desktop.chats().Channels.Window(name));
@@ -115,6 +156,7 @@ void takeChats(DesktopWorld& desktop, Photographer& photographer) {
     desktop.chats().Picker.Load().Display(*desktop.chats().Privates.Window(nick + "[AWAY]"), 0, 0);
     desktop.settle();
     photographer.take(desktop.viewOf(desktop.chats().Picker.Get()), "emoticons");
+    fillTree(desktop);
     photographer.take(desktop.viewOf(&desktop.client.window()), "main");
     desktop.client.window().PopupMenu.raise(desktop.client.window().Presence.popState);
     photographer.take(QApplication::activePopupWidget(), "states");
@@ -267,6 +309,65 @@ void takeAnnouncements(DesktopWorld& desktop, Photographer& photographer) {
     tabs->setCurrentIndex(before);
 }
 
+// What Maria sends Bob, and he her, each while it is under way.
+void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
+    TransferDesk& desk = desktop.client.component->Transfers();
+    FileOffers& offers = desk.Offers();
+    Client& bob = desktop.world.loggedIn("Nikos");
+    TransferDesk& peer = bob.component->Transfers();
+    bob.around.disk.put("Received/old.txt", "");
+    desktop.client.around.disk.put("Received/old.txt", "");
+    const std::string holiday = "/home/maria/Διακοπές στη Χαλκιδική.jpg";
+    const std::string song = "/home/nikos/Song for Saturday.ogg";
+    for (const char* path : {"/home/maria/Programme.pdf", "/home/maria/Seating plan.odt"})
+        desktop.client.around.disk.picked[path] = std::string(30'000, 'x');
+    desktop.client.around.disk.picked[holiday] = std::string(2'500'000, 'x');
+    bob.around.disk.picked[song] = std::string(3'900'000, 'x');
+
+    const auto moment = [&](const Form* form, const char* name) {
+        desktop.settle();
+        QEventLoop drawn;  // what moves is drawn in real time
+        QTimer::singleShot(50, &drawn, &QEventLoop::quit);
+        drawn.exec();
+        photographer.take(desktop.viewOf(form), name);
+    };
+    offers.Offer("Nikos", {holiday, "/home/maria/Programme.pdf", "/home/maria/Seating plan.odt"});
+    moment(desk.Dialog.Get(), "send-file-resolving");
+    desk.Dialog.Get()->ResolveIP("address-of-Nikos");
+    desk.Dialog.Get()->List1.ListIndex = 0;
+    moment(desk.Dialog.Get(), "send-file");
+    desk.Dialog.Get()->Command4.Click.raise();
+    desktop.settle();
+    desktop.world.network.delay = 1000;
+    peer.Receiver.Get()->Command2.Click.raise();
+    desktop.settle();
+    desktop.settle();
+    moment(desk.Status.Get(), "sending");
+    desktop.world.network.delay = 0;
+    desktop.world.time.run(std::chrono::seconds(20));
+    desktop.settle();
+
+    peer.Offers().SendData("address-of-Maria", "", false, false);
+    peer.Dialog.Get()->AddFiles({song});
+    peer.Dialog.Get()->Command4.Click.raise();
+    moment(desk.Receiver.Get(), "receive-question");
+    desktop.world.network.delay = 1000;
+    desk.Receiver.Get()->Command2.Click.raise();
+    desktop.settle();
+    desktop.settle();
+    moment(desk.Receiver.Get(), "receiving");
+    desktop.world.network.delay = 0;
+    desktop.world.time.run(std::chrono::seconds(20));
+    desktop.settle();
+    desktop.client.window().mnuTransfers.Click.raise();
+    if (FormView* history = desktop.viewOf(desk.Transfers.Get())) {
+        auto* list = history->findChild<QTreeView*>();
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(0, 0));
+    }
+    moment(desk.Transfers.Get(), "transfers");
+}
+
 void takePeople(DesktopWorld& desktop, Photographer& photographer) {
     NotifyDesk& notes = desktop.client.component->Notes();
     desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
@@ -376,9 +477,11 @@ int run(const QString& folder, bool dark) {
     desktop.logOn();
     desktop.says(":srv 266 Maria :Current global users: 5007  Max: 5100");
     fillChannel(desktop);
+    takePeople(desktop, photographer);
     takeMails(desktop, photographer);
     takeSmall(desktop, photographer);
     takeAnnouncements(desktop, photographer);
+    takeTransfers(desktop, photographer);
     takeScripts(desktop, photographer);
     takePeople(desktop, photographer);
     takeHost(desktop, photographer);

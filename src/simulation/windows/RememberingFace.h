@@ -13,6 +13,7 @@ class RememberingFace final : public HostFace {
   public:
     void Register(const Form& form, QWidget& window) override { windows[&form] = &window; }
     void Forget(const Form& form) override { windows.erase(&form); }
+    void SetMainWindow(QWidget&) override {}
     void AddSettingsPage(const std::string& className, PageMaker maker) override { pages[className] = maker; }
     void AddIcon(const std::string& name, const QIcon& icon) override { icons[name] = icon; }
     void SetNoticeOpener(NoticeOpener opener) override { openNotice = std::move(opener); }
@@ -21,6 +22,10 @@ class RememberingFace final : public HostFace {
     bool UserActs() const override { return acts || static_cast<GuardedApplication*>(qApp)->UserActs(); }
     void ShowOnLine(bool on) override { onLine = on; }
     void ShowUnread(int count) override { unread = count; }
+    void ShowProgress(const Form& form, std::optional<double> done) override {
+        if (done) progress[&form] = *done;
+        if (!done) progress.erase(&form);
+    }
     void ShowSettings() override { ++settingsShown; }
     void ShowAbout() override {}
     void Quit() override { ++quits; }
@@ -35,6 +40,7 @@ class RememberingFace final : public HostFace {
     int quits = 0;
     bool onLine = false;
     int unread = 0;
+    std::map<const Form*, double> progress;
     bool acts = false;  // whatever the application says
 };
 

@@ -57,7 +57,8 @@ class WindowsTest : public testing::Test, protected DesktopWorld {
         const QMenu* menu = openMenu();
         if (menu == nullptr) return captions;
         for (const QAction* action : menu->actions()) {
-            if (action->isVisible() && !action->isSeparator()) captions.push_back(fromQString(action->text()));
+            if (action->isVisible() && !action->isSeparator())
+                captions.push_back(fromQString(action->text()));
         }
         return captions;
     }

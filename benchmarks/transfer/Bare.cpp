@@ -1,0 +1,108 @@
+#include "transfer/Bare.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sched.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace talvora::bench {
+
+namespace {
+
+constexpr std::string_view delimiter{"\x01:.:\x01", 5};
+
+void keepTo(int processor) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(processor, &set);
+    ::sched_setaffinity(0, sizeof set, &set);
+}
+
+void need(bool holds) {
+    if (!holds) throw std::runtime_error("the bare sockets do not work");
+}
+
+// The next message, without its delimiter.
+void receive(int socket, std::string& message) {
+    message.clear();
+    for (std::size_t searched = 0;;) {
+        const std::size_t before = message.size();
+        message.resize(before + 65536);
+        const ssize_t size = ::read(socket, message.data() + before, 65536);
+        need(size > 0);
+        message.resize(before + static_cast<std::size_t>(size));
+        const std::size_t end = message.find(delimiter, searched);
+        if (end != message.npos) return message.resize(end);
+        searched = message.size() < delimiter.size() ? 0 : message.size() - delimiter.size();
+    }
+}
+
+void send(int socket, const std::string& message) {
+    need(::send(socket, message.data(), message.size(), MSG_NOSIGNAL) ==
+         static_cast<ssize_t>(message.size()));
+}
+
+// Two ends of one connection over loopback.
+void connectPair(int (&ends)[2]) {
+    sockaddr_in where{};
+    where.sin_family = AF_INET;
+    where.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof where;
+    auto* const address = reinterpret_cast<sockaddr*>(&where);
+    const int door = ::socket(AF_INET, SOCK_STREAM, 0);
+    need(::bind(door, address, size) == 0 && ::listen(door, 1) == 0);
+    need(::getsockname(door, address, &size) == 0);
+    ends[0] = ::socket(AF_INET, SOCK_STREAM, 0);
+    need(::connect(ends[0], address, size) == 0);
+    ends[1] = ::accept(door, nullptr, nullptr);
+    ::close(door);
+    const int yes = 1;
+    for (const int end : ends) ::setsockopt(end, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+}
+
+void sendBlocks(int socket, std::size_t block, std::size_t blocks) {
+    const std::string answer = "D" + std::string(block, 'x') + std::string(delimiter);
+    std::string question;
+    for (std::size_t i = 0; i < blocks; ++i) {
+        receive(socket, question);
+        send(socket, answer);
+    }
+}
+
+}  // namespace
+
+double bareSeconds(std::size_t block, std::size_t blocks, int processor) {
+    int ends[2];
+    connectPair(ends);
+    std::thread sender([&] {
+        keepTo(processor);
+        sendBlocks(ends[0], block, blocks);
+    });
+    double seconds = 0;
+    std::thread receiver([&] {
+        keepTo(processor);
+        std::string message;
+        std::size_t position = 1;
+        const auto start = std::chrono::steady_clock::now();
+        for (std::size_t i = 0; i < blocks; ++i) {
+            send(ends[1], "G" + std::to_string(position) + std::string(delimiter));
+            receive(ends[1], message);
+            position += message.size() - 1;
+        }
+        seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    });
+    sender.join();
+    receiver.join();
+    for (const int end : ends) ::close(end);
+    return seconds;
+}
+
+}  // namespace talvora::bench

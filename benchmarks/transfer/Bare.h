@@ -1,0 +1,12 @@
+#pragma once
+// What blocking sockets of the system make of the framing of a file transfer, with nothing else to do: two
+// threads on one processor, one that asks for the blocks and one that sends them.
+
+#include <cstddef>
+
+namespace talvora::bench {
+
+// Seconds for so many blocks of this size. Both threads keep to the processor.
+double bareSeconds(std::size_t block, std::size_t blocks, int processor);
+
+}  // namespace talvora::bench
