@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t noLimit = ~std::size_t{0};
-constexpr const char* lost = ": The connection was lost";
+constexpr const char* lineLost = ": The connection was lost";
 
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -161,9 +161,9 @@ TEST_P(FileEnds, InEachStateLeaveNoHalfFileAndTheNextTransferWorks) {
         if (GetParam() == End::ReceiverKilled) nikos.killAndStart();
         line.cut();
         const bool whole = std::string_view(moment.name) == "ending";
-        if (GetParam() != End::SenderKilled) anna.expect(std::string("sent cut") + lost);
+        if (GetParam() != End::SenderKilled) anna.expect(std::string("sent cut") + lineLost);
         if (GetParam() != End::ReceiverKilled) {
-            if (!whole) nikos.expect(lost);
+            if (!whole) nikos.expect(lineLost);
             nikos.expect("receiver hidden");
             EXPECT_EQ(fs::exists(nikos.received("cut")), whole);
         }

@@ -55,9 +55,9 @@ Views::Views(Connect& component, Platform& platform, HostFace& face)
     viewEach<ExpireView>(mails.Expire.Loaded);
     viewEach<SelectUserView>(mails.SelectUser.Loaded);
     if (platform.Screen.PlacesWindows()) {
-        viewEach<CornerView>(component_.Notes().Popup.Loaded);
+        viewWhenShown<CornerView>(bar_, component_.Notes().Popup.Loaded);
     } else {
-        viewEach<PopupView>(component_.Notes().Popup.Loaded);
+        viewWhenShown<PopupView>(bar_, component_.Notes().Popup.Loaded);
     }
     viewEach<WhoisView>(component_.Notes().Whois.Loaded);
     TransferDesk& transfers = component_.Transfers();

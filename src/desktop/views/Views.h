@@ -49,6 +49,7 @@ class Views {
     Unseen main_;
     Unseen announcements_;
     Unseen receiver_;
+    Unseen bar_;
     Subscriptions on_;
 };
 

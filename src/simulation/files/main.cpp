@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "orrery/Environment.h"
 #include "orrery/ProfileFile.h"
 #include "orrery/Program.h"
 #include "simulation/files/FileClient.h"

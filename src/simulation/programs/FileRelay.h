@@ -106,6 +106,15 @@ class FileRelay {
         const int ends[] = {sender.get(), receiver.get()};
         while (!cut_ && carry(ends)) {
         }
+        for (const int end : ends) ::shutdown(end, SHUT_WR);
+        for (const int end : ends) drain(end);
+    }
+    // Whoever closes with something unread resets the connection; a cut is to be an end like any other.
+    static void drain(int end) {
+        char chunk[65536];
+        for (const Deadline deadline(Milliseconds(2000)); readable(end, deadline.left());) {
+            if (::read(end, chunk, sizeof chunk) <= 0) return;
+        }
     }
     // What is held back stays in the kernel, and an end is seen even so.
     bool carry(const int (&ends)[2]) {

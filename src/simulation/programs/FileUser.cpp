@@ -36,7 +36,7 @@ double FileUser::expect(std::string_view text, Milliseconds wait) {
         const std::string& output = process_->output();
         if (const std::size_t at = output.find(text, read_); at != output.npos) {
             read_ = at + text.size();
-            return std::strtod(output.c_str() + output.rfind('\n', at) + 1, nullptr);
+            return std::strtod(output.c_str() + (output.rfind('\n', at) + 1), nullptr);
         }
         if (last) throw Missing("the client does not tell \"" + std::string(text) + "\" but\n" + output);
         process_->idle(5);

@@ -364,6 +364,8 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
         auto* list = history->findChild<QTreeView*>();
         list->setFocus();
         list->setCurrentIndex(list->model()->index(0, 0));
+        ListView& files = desk.Transfers.Get()->ListView1;
+        files.userClicks(files.ListItems(1));
     }
     moment(desk.Transfers.Get(), "transfers");
 }
