@@ -40,8 +40,12 @@ class PeopleViewsTest : public WindowsTest {
     // A row of the list is dragged onto the widget.
     static void drop(const QTreeView& from, const QModelIndex& row, QWidget* onto) {
         const std::unique_ptr<QMimeData> carried(from.model()->mimeData({row}));
-        if (carried == nullptr) return;
-        QDropEvent event(QPointF(9, 9), Qt::CopyAction, carried.get(), Qt::LeftButton, {});
+        if (carried != nullptr) drop(*carried, onto);
+    }
+    static void drop(const QMimeData& data, QWidget* onto) {
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(onto, &enter);
+        QDropEvent event(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(onto, &event);
     }
 };
@@ -73,16 +77,15 @@ TEST_F(PeopleViewsTest, ANickIsFoundInTheTree) {
 
 TEST_F(PeopleViewsTest, FriendsComeFirstAndByDragging) {
     who({"Zoe H :0 nobody", "Nikos[AWAY] H :0 UL:Home.Port"});
-    QTreeView* friends = list(main(), "Friends");
     QTreeView* tree = list(main(), "Users on line");
+    QTreeView* friends = list(main(), "Friends");
     const QModelIndex unknown = tree->model()->index(1, 0);
     drop(*tree, unknown, friends->viewport());
     EXPECT_THAT(rows(friends), IsEmpty()) << "a group is nobody's friend";
     drop(*tree, tree->model()->index(0, 0, unknown), friends->viewport());
     QMimeData foreign;
     foreign.setData(QStringLiteral("application/x-talvora-nick"), "Mallory");
-    QDropEvent event(QPointF(9, 9), Qt::CopyAction, &foreign, Qt::LeftButton, {});
-    QApplication::sendEvent(friends->viewport(), &event);
+    drop(foreign, friends->viewport());
     EXPECT_THAT(rows(friends), ElementsAre(HasSubstr("Zoe")));
     const QModelIndex port =
         tree->model()->index(0, 0, tree->model()->index(0, 0, tree->model()->index(0, 0)));

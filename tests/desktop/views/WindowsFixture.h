@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QTabWidget>
 #include <QTest>
 #include <string>
 #include <vector>
@@ -31,8 +32,15 @@ class WindowsTest : public testing::Test, protected DesktopWorld {
         ADD_FAILURE() << "nothing is called " << accessibleName;
         return nullptr;
     }
+    // A list on a tab comes to the front.
     static QTreeView* list(QWidget* window, const char* accessibleName) {
-        return named<QTreeView>(window, accessibleName);
+        auto* view = named<QTreeView>(window, accessibleName);
+        auto* tabs = window->findChild<QTabWidget*>();
+        for (int i = 0; tabs != nullptr && i < tabs->count(); ++i) {
+            const QWidget* page = tabs->widget(i);
+            if (page == view || page->isAncestorOf(view)) tabs->setCurrentIndex(i);
+        }
+        return view;
     }
     static std::vector<std::string> rows(const QTreeView* view) {
         std::vector<std::string> texts;
