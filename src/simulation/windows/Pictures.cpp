@@ -370,7 +370,7 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     moment(desk.Transfers.Get(), "transfers");
 }
 
-void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+void takeBar(DesktopWorld& desktop, Photographer& photographer) {
     NotifyDesk& notes = desktop.client.component->Notes();
     desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
     desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
@@ -485,7 +485,7 @@ int run(const QString& folder, bool dark) {
     takeAnnouncements(desktop, photographer);
     takeTransfers(desktop, photographer);
     takeScripts(desktop, photographer);
-    takePeople(desktop, photographer);
+    takeBar(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
     return photographer.Complete() ? 0 : 1;
