@@ -200,7 +200,46 @@ double residentMebibytes(pid_t id) {
     return 0;
 }
 
-void measureIdle(FloodServer& server, const Host& host) {
+// A hand that moves the pointer ten times a second in the middle of the screen.
+std::unique_ptr<programs::Process> movingPointer() {
+    constexpr int moves = 1000;
+    programs::Program program;
+    program.arguments = {"xdotool"};
+    for (int i = 0; i < moves; ++i) {
+        program.arguments.insert(program.arguments.end(),
+                                 {"mousemove", std::to_string(500 + i % 80), "450", "sleep", "0.1"});
+    }
+    return std::make_unique<programs::Process>(program);
+}
+
+// Processor time in percent of the time that passes.
+double busyShare(FloodServer& server, const programs::Process& process) {
+    const double before = processorTime(process.id());
+    const auto start = Clock::now();
+    server.serve(idleTime);
+    return (processorTime(process.id()) - before) / secondsSince(start) * 100;
+}
+
+// What the pointer meets is the desktop, so what is measured is what waits for it.
+void minimizeWindows() {
+    programs::Program program;
+    program.arguments = {
+        "xdotool",        "search", "--onlyvisible", "--name", "^(Talvora|Chat.*|Channel.*)$",
+        "windowminimize", "%@"};
+    programs::Process(program).waitExit();
+}
+
+void measurePointer(FloodServer& server, const programs::Process& process) {
+    minimizeWindows();
+    const auto hand = movingPointer();
+    server.serve(programs::Milliseconds(1000));
+    std::vector<double> processor;
+    for (int run = 0; run < idleRuns; ++run) processor.push_back(busyShare(server, process));
+    if (hand->ended()) throw programs::Missing("the pointer's moves: " + hand->output());
+    print("people.bar_idle_cpu_percent", median(processor), "%");
+}
+
+void measureIdle(FloodServer& server, const Host& host, bool windows) {
     const auto process = host.start();
     server.accept();
     server.logOn();
@@ -209,14 +248,12 @@ void measureIdle(FloodServer& server, const Host& host) {
     std::vector<double> processor;
     std::vector<double> memory;
     for (int run = 0; run < idleRuns; ++run) {
-        const double before = processorTime(process->id());
-        const auto start = Clock::now();
-        server.serve(idleTime);
-        processor.push_back((processorTime(process->id()) - before) / secondsSince(start) * 100);
+        processor.push_back(busyShare(server, *process));
         memory.push_back(residentMebibytes(process->id()));
     }
     print(host.figure("idle", "cpu_percent"), median(processor), "%");
     print(host.figure("idle", "rss_mib"), median(memory), "MiB");
+    if (windows) measurePointer(server, *process);
     end(*process);
 }
 
@@ -227,7 +264,7 @@ int run(bool windows) {
     if (!windows) measureFlood(server, host);
     if (!windows) measureMail(server, host);
     if (windows) measureNames(server, host);
-    measureIdle(server, host);
+    measureIdle(server, host, windows);
     return 0;
 }
 

@@ -40,6 +40,8 @@ class FormView : public QWidget {
     ~FormView() override;
 
     Form& TheForm() { return form_; }
+    // Does what it would have done if it had been there when the form was shown.
+    void CatchUp() { showOrHide(form_.Visible); }
     // A word in front of the title, and an icon in place of the window's, for as long as something is so that
     // the user should not forget.
     void Mark(const QString& word, const QIcon& icon);

@@ -43,6 +43,8 @@ class HostFace {
     // The window that shows a form, until either ends.
     virtual void Register(const Form& form, QWidget& window) = 0;
     virtual void Forget(const Form& form) = 0;
+    // The window that a second start of the program brings forward, until it ends.
+    virtual void SetMainWindow(QWidget& window) = 0;
 
     // What a class of settings page and an icon of message 5 stand for.
     virtual void AddSettingsPage(const std::string& className, PageMaker maker) = 0;

@@ -87,7 +87,9 @@ QtDesktop::QtDesktop(Guard& guard) : guard_(&guard) {
 }
 
 QtDesktop::~QtDesktop() {
-    for (const auto& connection : {focus_, screen_, geometry_}) QObject::disconnect(connection);
+    QObject::disconnect(focus_);
+    QObject::disconnect(screen_);
+    QObject::disconnect(geometry_);
 }
 
 void QtDesktop::SetGuard(Guard& guard) {

@@ -54,7 +54,6 @@ void frmPopup::Form_Load() {
         step([&] { arrange(); });
         step([&] { Notice(); });
         step([&] { rest(); });
-        if (!isShownInWindow()) Show();
     });
 }
 

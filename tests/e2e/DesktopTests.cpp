@@ -63,6 +63,47 @@ TEST_F(Windows, TwoUsersTalkOverThem) {
     EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
 }
 
+TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
+    IrcServer server(ServerKind::Ngircd);
+    const Screen screen;
+    OrreryProcess nikos(server, {.nick = "Nikos", .channels = "#one|"});
+    nikos.gate().expectNumeric(366, {"#one"});
+    OrreryOptions options{.nick = "Maria", .channels = "#one|"};
+    options.settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"};
+    options.screen = screen.environment();
+    OrreryProcess maria(server, options);
+    maria.gate().expectNumeric(366, {"#one"});
+    const std::string bar = "Talvora windows";
+    screen.movePointer(400, 500);
+    nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria", "are you there?"});
+    const std::string chat = screen.expectWindow("Chat - Nikos");
+    screen.expectPlace(bar, "960,0 320x29");  // what nobody has read hangs into the screen
+    screen.activate(chat);
+    screen.expectNoWindow(bar);
+
+    nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :and here?");
+    screen.expectPlace(bar, "960,0 320x29");
+    screen.movePointer(1270, 0);
+    screen.expectPlace(bar, "960,0 320x105");  // two headings, the chat and the channel
+    screen.type("still here");
+    screen.press("Return");
+    nikos.gate().expectMessage(HostMsg::PrivateText, QJsonArray{"Maria", "still here"});
+    EXPECT_EQ(screen.activeTitle(), "Chat - Nikos");
+    screen.movePointer(1100, 90);
+    screen.click();
+    screen.expectActive("Channel - #One");
+    screen.movePointer(400, 500);
+    screen.expectNoWindow(bar);
+
+    screen.press("ctrl+b");
+    screen.expectActive(bar);
+    screen.press("Escape");
+    screen.expectNoWindow(bar);
+    screen.expectActive("Channel - #One");
+    EXPECT_EQ(maria.terminate(), 0) << maria.process().output();
+    EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
+}
+
 TEST_F(Windows, AskThreeThingsAtTheFirstStart) {
     IrcServer server(ServerKind::Ngircd);
     const Screen screen;

@@ -141,10 +141,8 @@ TEST_F(FaceTest, TellsWhoIsThereAndGoesInTheMiddleOfIt) {
 }
 
 TEST_F(FaceTest, TheMainWindowComesToTheFrontByMessage3) {
-    struct AForm : Form {
-    } form;
     QWidget window;
-    face.Register(form, window);
+    face.SetMainWindow(window);
     window.showMinimized();
     face.OpenMainWindow();
     until([&] { return !window.isMinimized(); });

@@ -59,7 +59,7 @@ class HoverFace final : public QPushButton {
     void paintEvent(QPaintEvent*) override {
         if (model_ == nullptr) return;
         QPainter painter(this);
-        drawContent(painter, palette().color(QPalette::WindowText));
+        drawContent(painter, palette().color(QPalette::Text));
         const int left = model_->Label1.Left * width() / std::max(model_->Width.get(), 1);
         if (left < width() && !model_->Shape1) {
             // The light band bears dark letters, whatever the palette.
@@ -121,6 +121,8 @@ BarSection::BarSection(frmPopup::Buttons& buttons, Cooling cooling, QWidget* par
     : QWidget(parent), buttons_(buttons), cooling_(cooling), rows_(new QVBoxLayout(this)) {
     rows_->setContentsMargins(0, 0, 0, 0);
     rows_->setSpacing(0);
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
     for (int index = 0; index <= buttons_.UBound(); ++index) addButton(index);
     on_ += buttons_.Loaded.connect([this](int index) { addButton(index); });
     on_ += buttons_.Unloaded.connect([this](int index) { drop(index); });
@@ -128,9 +130,7 @@ BarSection::BarSection(frmPopup::Buttons& buttons, Cooling cooling, QWidget* par
 
 QLabel* BarSection::Heading(Label& model, Subscriptions& on, QWidget* parent) {
     auto* heading = new QLabel(parent);
-    QFont font = theme::smallFont();
-    font.setBold(true);
-    heading->setFont(font);
+    heading->setFont(theme::smallFont());
     heading->setFixedHeight(frmPopup::HeadHeight / TwipsPerPixel);
     attach(on, model, *heading);
     return heading;

@@ -23,9 +23,13 @@ constexpr Qt::WindowFlags OpenedByPointer =
 
 }  // namespace
 
-CornerView::CornerView(frmPopup& form, const ViewSite& site)
+CornerView::CornerView(frmPopup& form, const ViewSite& site) : CornerView(form, site, form.Height) {}
+
+// Other windows tell their form how large they are; this one is as large as the form says.
+CornerView::CornerView(frmPopup& form, const ViewSite& site, int height)
     : FormView(form, site, "Corner", CornerSize), form_(form) {
     form_.Width = frmPopup::BarWidth;
+    form_.Height = height;
     setWindowFlags(OpenedByPointer);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowIcon(theme::icon(QStringLiteral("app")));

@@ -26,6 +26,7 @@ class CornerView final : public FormView {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    CornerView(frmPopup& form, const ViewSite& site, int height);
     BarSection* addSection(Label& heading, frmPopup::Box& box, frmPopup::Buttons& buttons, QVBoxLayout& rows);
     void takeKeyboard(bool takes);
     void stand();

@@ -64,6 +64,7 @@ QVBoxLayout* rowsIn(QWidget* widget) {
 
 Form1View::Form1View(Form1& form, picAnn& announcement, const ViewSite& site)
     : FormView(form, site, "Main", MainSize), form_(form), announcement_(announcement) {
+    site.Face.SetMainWindow(*this);
     setWindowIcon(theme::icon(QStringLiteral("app")));
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(theme::Medium, theme::Medium, theme::Medium, theme::Medium);

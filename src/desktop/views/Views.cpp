@@ -80,6 +80,7 @@ Views::~Views() {
     main_.Shown.disconnect();
     announcements_.Shown.disconnect();
     receiver_.Shown.disconnect();
+    bar_.Shown.disconnect();
     on_.clear();
     for (const QPointer<FormView>& view : open_) delete view;
 }
@@ -113,7 +114,7 @@ void Views::waitFor(Unseen& unseen, TheForm& form, More&... more) {
     unseen.Shown = form.Visible.Changed.connect([this, &unseen](bool) { see(unseen); });
 }
 
-// The first window that the host hears of is its main window, so this one goes ahead of all others.
+// The main window is made ahead of all others.
 void Views::seeMain() {
     if (component_.MainWindow() != nullptr) see(main_);
 }
@@ -127,8 +128,7 @@ void Views::see(Unseen& unseen) {
     open_.emplace_back(view);
     addBarKey(*view);
     // As it would have followed its form.
-    view->setAttribute(Qt::WA_ShowWithoutActivating, !site_.Face.UserActs());
-    view->setVisible(view->TheForm().Visible);
+    view->CatchUp();
 }
 
 }  // namespace talvora

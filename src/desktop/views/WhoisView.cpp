@@ -29,7 +29,7 @@ WhoisView::WhoisView(frmWhois& form, const ViewSite& site) : FormView(form, site
     setWindowIcon(theme::icon(QStringLiteral("person")));
     auto* fields = new QFormLayout;
     fields->setHorizontalSpacing(theme::Large);
-    fields->setVerticalSpacing(theme::Small);
+    fields->setVerticalSpacing(theme::Medium);
     addRow(*fields, tr("Nickname :"), form.lblNick);
     addRow(*fields, tr("Location :"), form.lblLocation);
     addRow(*fields, tr("Access point :"), form.lblAP);

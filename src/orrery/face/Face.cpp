@@ -301,16 +301,11 @@ void Face::settingsClosed() {
 // ---- What the component's windows ask for
 
 void Face::Register(const Form& form, QWidget& window) {
-    if (mainForm_ == nullptr) {
-        main_ = &window;
-        mainForm_ = &form;
-    }
     desktop_.Register(form, window);
 }
 
 void Face::Forget(const Form& form) {
     desktop_.Forget(form);
-    if (&form == mainForm_) mainForm_ = nullptr;
 }
 
 void Face::AddSettingsPage(const std::string& className, PageMaker maker) {

@@ -41,6 +41,7 @@ class Face final : public OrreryFace, public HostFace {
 
     void Register(const Form& form, QWidget& window) override;
     void Forget(const Form& form) override;
+    void SetMainWindow(QWidget& window) override { main_ = &window; }
     void AddSettingsPage(const std::string& className, PageMaker maker) override;
     void AddIcon(const std::string& name, const QIcon& icon) override;
     void SetNoticeOpener(NoticeOpener opener) override;
@@ -88,8 +89,7 @@ class Face final : public OrreryFace, public HostFace {
     QPointer<QWidget> welcome_;     // or another box before the start
     QPointer<QMessageBox> about_;
     QPointer<QMessageBox> minimized_;
-    QPointer<QWidget> main_;  // the first window that was registered, and its form
-    const Form* mainForm_ = nullptr;
+    QPointer<QWidget> main_;
     std::map<std::string, PageMaker> makers_;
     std::map<std::string, QIcon> icons_;
     NoticeOpener opener_;

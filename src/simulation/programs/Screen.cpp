@@ -50,7 +50,7 @@ std::vector<std::string> Screen::environment() const {
             "DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent", "ASAN_OPTIONS=detect_leaks=0"};
 }
 
-std::string Screen::run(std::vector<std::string> words, bool mayFail) const {
+std::string Screen::run(std::vector<std::string> words, bool mayFail, bool whole) const {
     Program program;
     program.arguments = {Xdotool};
     program.arguments.insert(program.arguments.end(), words.begin(), words.end());
@@ -59,17 +59,50 @@ std::string Screen::run(std::vector<std::string> words, bool mayFail) const {
     const int status = process.waitExit();
     if (status != 0 && !mayFail) throw Missing("xdotool " + words.front() + " failed: " + process.output());
     const std::string& output = process.output();
-    return output.substr(0, output.find('\n'));
+    return whole ? output : output.substr(0, output.find('\n'));
+}
+
+// Nothing while there is none.
+std::string Screen::visible(const std::string& title) const {
+    const std::string found = run({"search", "--onlyvisible", "--name", "^" + title + "$"}, true);
+    return found.find_first_not_of("0123456789") == std::string::npos ? found : "";
 }
 
 std::string Screen::expectWindow(const std::string& title) const {
     const Deadline deadline(Patience);
     while (!deadline.passed()) {
-        const std::string found = run({"search", "--onlyvisible", "--name", "^" + title + "$"}, true);
-        if (!found.empty() && found.find_first_not_of("0123456789") == std::string::npos) return found;
+        const std::string found = visible(title);
+        if (!found.empty()) return found;
         manager_->idle(ScreenPeriod);
     }
     throw Missing("no window is called " + title);
+}
+
+void Screen::expectNoWindow(const std::string& title) const {
+    const Deadline deadline(Patience);
+    while (!visible(title).empty()) {
+        if (deadline.passed()) throw Missing(title + " does not go");
+        manager_->idle(ScreenPeriod);
+    }
+}
+
+void Screen::expectPlace(const std::string& title, const std::string& place) const {
+    const Deadline deadline(Patience);
+    std::string last;
+    while (!deadline.passed()) {
+        const std::string window = visible(title);
+        // Its lines are words in front of numbers: window, position, size.
+        std::istringstream words(window.empty() ? "" : run({"getwindowgeometry", window}, true, true));
+        std::string word, position, size;
+        while (words >> word) {
+            if (word == "Position:") words >> position;
+            if (word == "Geometry:") words >> size;
+        }
+        last = position + " " + size;
+        if (last == place) return;
+        manager_->idle(ScreenPeriod);
+    }
+    throw Missing(title + " stands at " + last + ", not at " + place);
 }
 
 std::string Screen::activeTitle() const {
@@ -90,6 +123,14 @@ void Screen::type(const std::string& text) const {
 
 void Screen::press(const std::string& key) const {
     run({"key", key});
+}
+
+void Screen::movePointer(int x, int y) const {
+    run({"mousemove", std::to_string(x), std::to_string(y)});
+}
+
+void Screen::click() const {
+    run({"click", "1"});
 }
 
 void Screen::activate(const std::string& window) const {

@@ -22,6 +22,11 @@ class Screen {
     std::string expectWindow(const std::string& title) const;
     std::string activeTitle() const;
     void expectActive(const std::string& title) const;
+    // Where a visible window stands, as "X,Y WIDTHxHEIGHT" in pixels; waits until it stands there.
+    void expectPlace(const std::string& title, const std::string& place) const;
+    void expectNoWindow(const std::string& title) const;
+    void movePointer(int x, int y) const;
+    void click() const;
     // As from the keyboard, into the active window.
     void type(const std::string& text) const;
     void press(const std::string& key) const;
@@ -30,7 +35,8 @@ class Screen {
     void close(const std::string& window) const;
 
   private:
-    std::string run(std::vector<std::string> words, bool mayFail = false) const;
+    std::string visible(const std::string& title) const;
+    std::string run(std::vector<std::string> words, bool mayFail = false, bool whole = false) const;
 
     std::unique_ptr<Process> server_;
     std::unique_ptr<Process> manager_;

@@ -370,15 +370,18 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     moment(desk.Transfers.Get(), "transfers");
 }
 
-void takePeople(DesktopWorld& desktop, Photographer& photographer) {
+void takeBar(DesktopWorld& desktop, Photographer& photographer) {
     NotifyDesk& notes = desktop.client.component->Notes();
     desktop.says(":Nikos!n@h PRIVMSG Maria :Shall we meet at five?");
     desktop.says(":Anna!a@h PRIVMSG #thessaloniki :" +
                  greek("Ποιος έρχεται στην παραλία το Σάββατο το πρωί;"));
+    desktop.says(":Eleni!e@h PRIVMSG Maria :Good morning");
+    desktop.client.around.screen.works(desktop.chats().Privates.Window("Eleni"));
+    desktop.world.time.run(std::chrono::seconds(3));
     notes.ToggleBar();
     desktop.settle();
     frmPopup& bar = *notes.Popup.Get();
-    bar.Wins(0).Label2_MouseMove();
+    bar.WinNotice(1).Label2_MouseMove();
     desktop.settle();
     photographer.take(desktop.viewOf(&bar), "bar");
     bar.PutAway();
@@ -482,7 +485,7 @@ int run(const QString& folder, bool dark) {
     takeAnnouncements(desktop, photographer);
     takeTransfers(desktop, photographer);
     takeScripts(desktop, photographer);
-    takePeople(desktop, photographer);
+    takeBar(desktop, photographer);
     takeHost(desktop, photographer);
     takeChats(desktop, photographer);
     return photographer.Complete() ? 0 : 1;

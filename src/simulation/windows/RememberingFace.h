@@ -13,6 +13,7 @@ class RememberingFace final : public HostFace {
   public:
     void Register(const Form& form, QWidget& window) override { windows[&form] = &window; }
     void Forget(const Form& form) override { windows.erase(&form); }
+    void SetMainWindow(QWidget&) override {}
     void AddSettingsPage(const std::string& className, PageMaker maker) override { pages[className] = maker; }
     void AddIcon(const std::string& name, const QIcon& icon) override { icons[name] = icon; }
     void SetNoticeOpener(NoticeOpener opener) override { openNotice = std::move(opener); }
