@@ -14,6 +14,11 @@ CONTROLS = (
 )
 # What is shown nowhere on purpose, and why.
 NOWHERE = {
+    # Set with each block; their panel draws from the meter, so many times a second.
+    "frmReceiveFile.ProgressBar1",
+    "frmReceiveFile.ProgressBar2",
+    "frmTransferStatus.ProgressBar1",
+    "frmTransferStatus.ProgressBar2",
 }
 CONTROL = re.compile(rf"^    (?:ControlArray<)?(?:{CONTROLS})\b>? (\w+(?:, \w+)*)\s*[;{{(=]", re.MULTILINE)
 CLASS = re.compile(r"^class (\w+)(?: final)?(?: : ([^{]*))?\{(.*?)^\};", re.MULTILINE | re.DOTALL)

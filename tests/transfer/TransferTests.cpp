@@ -165,6 +165,9 @@ TEST_F(TransferTest, ABusySenderACancelledAddAndRetryAreAsTold) {
     EXPECT_THAT(receiver().Label6.Caption.get(), HasSubstr("2 file(s)"));
     accept();
     EXPECT_EQ(received("one") + received("two"), "(none)12" + std::string(1022, ' '));
+    for (int box = 0; box < 2; ++box) b.around.questions.willAnswer(Answer::Ok);
+    sender()->Command1.Click.raise();  // the receiver waits for a file more than comes
+    world.time.run(6s);
 }
 
 TEST_F(TransferTest, EitherSideMayAbortInEachState) {

@@ -75,7 +75,7 @@ TEST_F(WindowsTest, TalkInAChannel) {
     EXPECT_TRUE(window->isVisible());
 
     EXPECT_THAT(rightClick(list(window, "Users of the channel"), 3),
-                ElementsAre("Start Private &Chat", "(No commands)"));
+                ElementsAre("Start Private &Chat", "&Info", "Send &file", "(No commands)"));
     choose("Start Private &Chat");
     EXPECT_NE(viewOf(chats().Privates.Window("zoe")), nullptr);
 
