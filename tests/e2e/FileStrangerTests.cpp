@@ -78,7 +78,7 @@ TEST_F(FileStrangers, WhoSendTooEarlyTooMuchOrWhereverTheyLikeWriteNothing) {
                     framed("S"));
         sender.says(framed("G1") + framed("Z") + framed("") + "\x01:.");
     }
-    victim.expect("receiver hidden");
+    victim.expect("received size: ");
     EXPECT_FALSE(fs::exists("/tmp/talvora-evil"));
     std::set<std::string> after = filesOf(victim);
     std::erase_if(after, [](const std::string& name) {
@@ -96,7 +96,7 @@ TEST_F(FileStrangers, WhoNeverComeToAnEndAreDropped) {
         endless.says(framed("CEve 1"));
         victim.expect("asked User Eve");
         victim.order("accept");
-        EXPECT_FALSE(endless.says(std::string(std::size_t{256} << 20, 'D')));
+        endless.says(std::string(std::size_t{256} << 20, 'D'));
     }
     victim.expect("The other side sends what has no end");
     {

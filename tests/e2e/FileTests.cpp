@@ -119,9 +119,6 @@ TEST(Files, OfTwoGibibytesAreRefusedInWordsAndAFullDiskIsTold) {
     nikos.expect("received big: Canceled by the other side");
     nikos.expect("receiver hidden");
     anna.expect("sender gone");
-    anna.offer(nikos, anna.folder().write("small", "s"), nikos.address());
-    nikos.order("accept");
-    nikos.expect("received small: Received");
 }
 
 // ---- A side or the line goes
