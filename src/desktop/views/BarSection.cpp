@@ -86,7 +86,12 @@ class HoverFace final : public QPushButton {
     void drawContent(QPainter& painter, const QColor& letters) {
         const int side = theme::SmallIcon;
         const QRect picture(theme::Large, (height() - side) / 2, side, side);
-        icon().paint(&painter, picture);
+        QPixmap drawn = icon().pixmap(side);
+        QPainter ink(&drawn);
+        ink.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        if (letters != palette().color(QPalette::Text)) ink.fillRect(drawn.rect(), letters);
+        ink.end();
+        painter.drawPixmap(picture, drawn);
         const QRect words = rect().adjusted(picture.right() + theme::Medium, 0, -theme::Large, 0);
         painter.setPen(letters);
         painter.drawText(words, Qt::AlignVCenter | Qt::TextSingleLine,
