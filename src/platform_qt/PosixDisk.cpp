@@ -182,7 +182,8 @@ std::uint64_t PosixDisk::version(Handle file) {
     struct stat found {};
     check([&] { return ::fstat(file, &found); });
     const auto moment = [](const timespec& at) {
-        return static_cast<std::uint64_t>(at.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(at.tv_nsec);
+        return static_cast<std::uint64_t>(at.tv_sec) * 1'000'000'000U +
+               static_cast<std::uint64_t>(at.tv_nsec);
     };
     return moment(found.st_ctim) * 31 + moment(found.st_mtim) * 7 + static_cast<std::uint64_t>(found.st_size);
 }

@@ -110,14 +110,14 @@ class frmReceiveFile final : public Form {
     std::int32_t killed_ = 0;      // the number whose file has been deleted
     std::int32_t connection_ = 0;  // counts them
     std::int32_t offer_ = 0;       // likewise
-    bool over_ = false;  // it was accepted, and has ended; what is still on its way is nobody's fault
-    bool accepted_ = false;        // the user has accepted this offer
-    bool canceledTold_ = false;    // on this connection
-    bool announced_ = false;       // likewise
+    bool over_ = false;          // it was accepted, and has ended; what is still on its way is nobody's fault
+    bool accepted_ = false;      // the user has accepted this offer
+    bool canceledTold_ = false;  // on this connection
+    bool announced_ = false;     // likewise
     bool noted_ = false;         // the history knows what became of the file or offer at hand
-    std::string name_;             // of the current file, as it is shown
-    std::string peer_;             // the sender's nick, as it is shown
-    TellOnce stray_;               // of messages that nobody has asked for
+    std::string name_;           // of the current file, as it is shown
+    std::string peer_;           // the sender's nick, as it is shown
+    TellOnce stray_;             // of messages that nobody has asked for
     BoundedYield yield_;
     Subscriptions on_;
 };
