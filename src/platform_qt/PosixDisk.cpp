@@ -6,7 +6,10 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QStandardPaths>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -85,6 +88,16 @@ int flagsOf(DiskDriver::Access access) {
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
+
+// Without the user's own waste basket the toolkit would make one in whatever folder the program runs in.
+bool thereIsAWasteBasket() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QFileInfo basket(data + QStringLiteral("/Trash"));
+    if (data.isEmpty() || !QDir().mkpath(data)) return false;
+    if (!basket.exists())
+        QDir(data).mkdir(basket.fileName(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return basket.isDir() && basket.isWritable();
+}
 
 }  // namespace
 
@@ -259,7 +272,9 @@ void PosixDisk::moveToWaste(const std::string& path) {
     const auto kind = status(path).What;
     if (kind == Kind::Missing) throw DiskFault(ENOENT);
     if (kind != Kind::File) throw DiskFault(EISDIR);
-    if (!QFile::moveToTrash(QString::fromStdString(joinNative(root_, path)))) WasteFolder(*this).keep(path);
+    const bool taken =
+        thereIsAWasteBasket() && QFile::moveToTrash(QString::fromStdString(joinNative(root_, path)));
+    if (!taken) WasteFolder(*this).keep(path);
 }
 
 std::int64_t PosixDisk::freeSpace() {

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int LongestMs = 5000;
 constexpr qsizetype MostLingering = 64;
+constexpr qint64 MostThrownAway = 1 << 20;  // whoever goes on sending does not wait for the last word
 
 // A socket that is closed while the peer's bytes are unread resets the connection, and a reset may overtake
 // what was sent. So a plain one only ends its own direction and throws away what still comes.
@@ -33,8 +34,10 @@ void SocketLinger::take(std::unique_ptr<QTcpSocket> given) {
     QTcpSocket* socket = given.release();
     QObject::connect(socket, &QTcpSocket::errorOccurred, socket, &QObject::deleteLater);
     QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    QObject::connect(socket, &QTcpSocket::readyRead, socket,
-                     [socket] { socket->skip(socket->bytesAvailable()); });
+    QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, thrownAway = qint64{0}]() mutable {
+        thrownAway += socket->skip(socket->bytesAvailable());
+        if (thrownAway > MostThrownAway) socket->deleteLater();
+    });
     QTimer::singleShot(LongestMs, socket, &QObject::deleteLater);
     socket->skip(socket->bytesAvailable());
     socket->flush();

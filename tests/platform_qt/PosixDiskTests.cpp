@@ -109,6 +109,11 @@ TEST_F(PosixDiskTest, DeletedFilesCanBeHadBack) {
     files.Rewrite("Mail\\i1.qrm", "two\r\n");
     WasteFolder(disk).keep("Mail/i1.qrm");
     EXPECT_EQ(files.ReadWhole(".waste\\0000000001-i1.qrm"), "two\r\n");
+    qputenv("XDG_DATA_HOME", QByteArray::fromStdString(folder.path("secret")));  // no folder
+    files.Rewrite("Mail\\i2.qrm", "three\r\n");
+    files.Discard("Mail\\i2.qrm");
+    EXPECT_EQ(files.ReadWhole(".waste\\0000000002-i2.qrm"), "three\r\n");
+    EXPECT_FALSE(QDir::current().exists("info")) << "the toolkit's own waste basket";
 }
 
 TEST_F(PosixDiskTest, AFullDiskLeavesTheOldData) {
