@@ -11,7 +11,7 @@ namespace {
 
 constexpr int LongestMs = 5000;
 constexpr qsizetype MostLingering = 64;
-constexpr qint64 MostThrownAway = 1 << 20;  // whoever goes on sending does not wait for the last word
+constexpr qint64 MostThrownAway = 16 << 20;  // whoever goes on sending does not wait for the last word
 
 // A socket that is closed while the peer's bytes are unread resets the connection, and a reset may overtake
 // what was sent. So a plain one only ends its own direction and throws away what still comes.
