@@ -49,7 +49,7 @@ void UserList::give(std::size_t bytes) {
 
 // ---- What waits
 
-std::string UserList::Names::next() {
+std::string UserList::WaitingNames::next() {
     const std::size_t begin = taken == 0 ? 0 : ends[taken - 1];
     return text.substr(begin, ends[taken++] - begin);
 }

@@ -73,7 +73,7 @@ class UserList {
 
   private:
     // Names one behind the other in one text: a hundred thousand are put aside within a turn.
-    struct Names {
+    struct WaitingNames {
         std::string text;
         std::vector<std::size_t> ends;
         std::size_t taken = 0;
@@ -87,7 +87,7 @@ class UserList {
         void (UserList::*act)(Text, Text) = nullptr;  // or names to enter
         std::string first;
         std::string second;
-        Names names;
+        WaitingNames names;
         std::size_t cost = 0;
     };
     struct Shown {

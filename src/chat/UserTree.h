@@ -50,10 +50,10 @@ class UserTree {
 
   private:
     struct User {
-        std::string path;
-        std::string key;
-        std::string bareNick;
-        std::string description;
+        std::string path = {};
+        std::string key = {};
+        std::string bareNick = {};
+        std::string description = {};
         int icon = 0;
     };
     struct Key {

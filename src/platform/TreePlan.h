@@ -15,9 +15,9 @@ namespace talvora {
 
 struct PlannedNode {
     // By which the node is known again among its parent's children, also when all else of it has changed.
-    std::string Name;
-    std::string Key;
-    std::string Text;
+    std::string Name = {};
+    std::string Key = {};
+    std::string Text = {};
     int Image = 0;          // 0 is none
     bool Expanded = false;  // when it comes; later the user's hands decide
     const PlannedNode* Parent = nullptr;
