@@ -76,7 +76,7 @@ void takeFiles(QWidget& target, TakeFiles take, WhomAt whom) {
 }
 
 void takeFilesForUsers(ListTree& users, TakeFiles take, std::optional<std::string> beside) {
-    takeFiles(*users.viewport(), std::move(take), [&users, beside](QPoint at) {
+    takeFiles(*users.viewport(), std::move(take), [&users, beside = std::move(beside)](QPoint at) {
         const ListItem* row = users.rowAt(at);
         return row != nullptr ? std::optional(row->Key()) : beside;
     });

@@ -117,12 +117,8 @@ void CornerView::enterEvent(QEnterEvent* event) {
 }
 
 // The form says where it stands; the desktop is late with what it tells.
-void CornerView::moveEvent(QMoveEvent* event) {
-    QWidget::moveEvent(event);
-}
+void CornerView::moveEvent(QMoveEvent*) {}
 
-void CornerView::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-}
+void CornerView::resizeEvent(QResizeEvent*) {}
 
 }  // namespace talvora
