@@ -52,13 +52,13 @@ QuickStream::Got QuickStream::read(int flags) {
     const ssize_t size = ::recv(connection_.get(), room_.get(), Room, flags);
     if (size > 0) {
         received_.append(room_.get(), static_cast<std::size_t>(size));
-        if (received_.size() > MostUnread) readable_->setEnabled(false);
+        if (received_.size() > MostUnread) hold(true);
         return Got::Bytes;
     }
     if (size < 0 && isForLater(errno)) return Got::Nothing;
     if (size < 0) error_ = errno;
     ended_ = true;
-    readable_->setEnabled(false);
+    hold(true);
     return Got::End;
 }
 
@@ -69,7 +69,12 @@ void QuickStream::take(std::string& to) {
         to += received_;
     }
     received_.clear();
-    if (!ended_) readable_->setEnabled(true);
+    if (isHeld_ && !ended_) hold(false);
+}
+
+void QuickStream::hold(bool held) {
+    isHeld_ = held;
+    readable_->setEnabled(!held);
 }
 
 std::size_t QuickStream::put(std::string_view bytes) {

@@ -57,6 +57,7 @@ class QuickStream {
     using Notifier = std::unique_ptr<QSocketNotifier, Silence>;
 
     Got read(int flags);
+    void hold(bool held);
     void sendWaiting();
     std::size_t put(std::string_view bytes);
 
@@ -67,6 +68,7 @@ class QuickStream {
     std::unique_ptr<char[]> room_;
     int error_ = 0;
     bool ended_ = false;
+    bool isHeld_ = false;  // nothing is read for the time being
     Notifier readable_;
     Notifier writable_;
 };

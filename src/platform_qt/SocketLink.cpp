@@ -145,8 +145,8 @@ void SocketLink::onStands() {
 
 // Qt's socket gives its connection up; what it has read already comes along.
 void SocketLink::becomeQuick() {
-    if (!stands_ || !answersAtOnce_ || quick_ || secure_ || socket_->bytesToWrite() > 0) return;
-    if (failure_ || peerClosed_) return;
+    if (!answersAtOnce_ || !stands_ || !socket_ || secure_ || failure_ || peerClosed_) return;
+    if (socket_->bytesToWrite() > 0) return;
     localPort_ = localPort();
     remoteHost_ = remoteHost();
     remotePort_ = remotePort();
