@@ -278,9 +278,9 @@ void SocketLink::send(std::string_view bytes) {
     if (waiting() + static_cast<qint64>(bytes.size()) > MostToSend) {
         abort(SocketErrors::NoBufferSpace, "The other side does not take what is sent");
     } else if (quick_) {
-        quick_->send(bytes);
         hasAnswered_ = true;
         answered_ = SteadyClock::now();
+        quick_->send(bytes);
     } else {
         socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
     }
