@@ -15,9 +15,12 @@
 namespace talvora::test {
 
 struct RealWorld {
+    explicit RealWorld(bool atOnce = false) : answersAtOnce(atOnce) {}
+
     QtLoop loop;
     QtNetwork network{loop};
     Guard guard;
+    const bool answersAtOnce;  // so do the endpoints
 
     // Runs the loop until `holds`; a minute without it fails the test.
     static void until(const std::function<bool()>& holds) {
@@ -38,6 +41,7 @@ struct RealWorld {
 struct Endpoint {
     explicit Endpoint(RealWorld& w, const Network::Security& security = {})
         : world(w), socket(w.guard, w.network.CreateSocket(security)) {
+        if (w.answersAtOnce) socket.AnswerAtOnce();
         on += socket.Connected.connect([this] { note("Connect"); });
         on += socket.DataArrival.connect([this] {
             if (taking) socket.GetData(data);
