@@ -77,7 +77,7 @@ TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
     screen.movePointer(400, 500);
     nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria", "are you there?"});
     const std::string chat = screen.expectWindow("Chat - Nikos");
-    screen.expectPlace(bar, "960,-76 320x105");  // what nobody has read hangs into the screen
+    screen.expectPlace(bar, "960,-48 320x77");  // what nobody has read hangs into the screen
     screen.activate(chat);
     screen.expectNoWindow(bar);
 
