@@ -166,28 +166,6 @@ TEST(DiscardedFiles, AreKeptUpToABoundAndStayWhereTheyAreIfNoRoomCanBeMade) {
     EXPECT_EQ(folder.content("Mail/" + name), "68");
 }
 
-TEST(FileEntries, TellSizeAndTimeOfTheLastWriting) {
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    Files& files = around.files;
-    const DateTime before = around.clock.Now();
-    around.disk.put("Mail/b.ml", "old");
-    around.disk.put("Mail/a.ml", "old");
-    around.disk.put("Mail/folder/c.ml", "");
-    time.run(std::chrono::hours(1));
-    files.AppendRecord("Mail\\a.ml", "Subject: lunch");
-    time.run(std::chrono::hours(1));
-    const auto entries = files.Entries("Mail", "*.ml");
-    ASSERT_EQ(entries.size(), 2U);
-    EXPECT_EQ(entries[0].Name + entries[1].Name, "a.mlb.ml");
-    EXPECT_EQ(entries[0].Size, 16);
-    EXPECT_EQ(entries[0].Changed.Hour, before.Hour + 1);
-    EXPECT_EQ(entries[1].Changed, before);
-    EXPECT_EQ(files.ReadStart("Mail\\a.ml", 7), "Subject");
-    EXPECT_EQ(files.ReadStart("Mail\\b.ml", 7), "old");
-}
-
 TEST(OpenFiles, ReadLinesWhateverTheirEnds) {
     const std::string chunk(4095, 'a');  // its CR is the last byte of the first piece that is read
     const std::string longest(File::LineLimit, 'x');
