@@ -12,20 +12,13 @@
 #include <map>
 #include <memory>
 
-#include "RealWorld.h"
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/QtPlatform.h"
+#include "platform_qt/Worlds.h"
 #include "simulation/FaultOf.h"
-#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 namespace {
-
-std::string patterned(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 2654435761U >> 24);
-    return bytes;
-}
 
 // A listener of the system's own sockets, which does what no Winsock does.
 struct RawPeer {
@@ -49,24 +42,6 @@ struct Sockets : testing::Test {
     Endpoint& client = both.client;
     Endpoint& server = both.server;
 };
-
-TEST_F(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
-    EXPECT_EQ(client.socket.State(), SocketState::Connected);
-    EXPECT_THROW(client.socket.Connect(), RuntimeError);
-    EXPECT_EQ(server.socket.RemoteHost, "127.0.0.1");
-    EXPECT_EQ(server.socket.RemotePort, client.socket.BoundPort());
-    client.operation([&] { client.socket.SendData(std::string("a\0\xff", 3)); });
-    server.untilSaw("Data");
-    EXPECT_EQ(server.data, std::string("a\0\xff", 3));
-    server.socket.SendData("back");
-    client.untilSaw("Data");
-    EXPECT_EQ(client.data, "back");
-    client.socket.Close();
-    EXPECT_THROW(client.socket.SendData("x"), RuntimeError);
-    client.connectTo("127.0.0.1", both.door.socket.BoundPort());
-    client.untilSaw("Data;Connect");
-    EXPECT_EQ(client.log, "Connect;Data;Connect;");
-}
 
 TEST_F(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
     std::map<int, int> idle;  // seconds until the first question, by port of this end
@@ -155,24 +130,6 @@ TEST_F(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
     }
 }
 
-TEST_F(Sockets, TellTheEndOnlyWhenEverythingWasTaken) {
-    for (const std::string& sent : {std::string("last words"), patterned(900'000)}) {
-        Connection one(world);
-        one.client.taking = false;
-        one.server.socket.SendData(sent);
-        one.server.socket.Close();
-        one.client.untilSaw("Data");
-        world.settle();
-        EXPECT_EQ(one.client.log, "Connect;Data;");
-        one.client.operation([&] { one.client.socket.GetData(one.client.data); });
-        EXPECT_LE(one.client.data.size(), 256U * 1024);
-        one.client.taking = true;
-        one.client.untilSaw("Close");
-        EXPECT_EQ(one.client.log, "Connect;Data;Close;");
-        EXPECT_TRUE(one.client.data == sent);
-    }
-}
-
 TEST_F(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     const std::string sent = patterned(8 * 1024 * 1024);
     server.taking = false;
@@ -187,50 +144,8 @@ TEST_F(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     };
     echo();
     server.then = [&](const std::string&) { echo(); };
-    RealWorld::until([&] { return client.data.size() >= sent.size(); });
+    world.until([&] { return client.data.size() >= sent.size(); });
     EXPECT_TRUE(client.data == sent);
-}
-
-TEST_F(Sockets, DeliverWhatWasSentBeforeAClose) {
-    client.taking = false;
-    server.socket.SendData(patterned(4'000'000));  // unread bytes must not turn the end into a reset
-    client.untilSaw("Data");
-    const std::string sent = patterned(3'000'000) + "QUIT";
-    client.socket.SendData(sent);
-    client.socket.Close();
-    client.socket.Close();
-    server.untilSaw("Close");
-    EXPECT_TRUE(server.data == sent);
-    EXPECT_FALSE(server.saw("Error"));
-    EXPECT_EQ(client.log, "Connect;Data;");
-}
-
-TEST_F(Sockets, MayBeClosedOrDestroyedInAnyEvent) {
-    for (const std::string event :
-         {"Connect", "Data", "Close", "Error", "!Connect", "!Data", "!Close", "!Error"}) {
-        const bool destroy = event[0] == '!';
-        const std::string when = event.substr(destroy ? 1 : 0);
-        Endpoint door(world), accepted(world);
-        door.then = [&](const std::string&) {
-            accepted.socket.Accept(door.socket);
-            accepted.socket.SendData("hello");
-            if (when == "Close") accepted.socket.Close();
-        };
-        door.listen();
-        const int port = door.socket.BoundPort();
-        if (when == "Error") door.socket.Close();
-        auto caller = std::make_unique<Endpoint>(world);
-        bool ended = false;
-        caller->then = [&](const std::string& now) {
-            EXPECT_FALSE(ended) << now << " behind the end";
-            if (!now.starts_with(when)) return;
-            ended = true;
-            destroy ? caller.reset() : caller->socket.Close();
-        };
-        caller->connectTo("127.0.0.1", port);
-        RealWorld::until([&] { return ended; });
-        world.settle();
-    }
 }
 
 TEST_F(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
@@ -246,7 +161,7 @@ TEST_F(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
         callers.back().untilSaw("Connect");
     }
     callers.back().untilSaw("Close");
-    RealWorld::until([&] { return requests == 16; });
+    world.until([&] { return requests == 16; });
     world.settle();
     EXPECT_EQ(requests, 16);
     for (int i = 0; i < 16; ++i) {
