@@ -1,11 +1,10 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
 #include "chat/UserList.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
@@ -54,7 +53,7 @@ struct PlainList {
     }
 };
 
-struct UserListTest : testing::Test {
+struct UserListTest : testing::Test, public VirtualMachine {
     UserListTest() {
         around.disk.put("System/perflix.lst", "DND|Do not disturb|5\r\nAFK|away|4\r\nBAD|no image|200");
         decode.LoadPerflixes();
@@ -77,10 +76,6 @@ struct UserListTest : testing::Test {
         return all;
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
     modNickDecode decode{globError, around.files};
     UserList list{around.platform, globError, decode};
 };
