@@ -1,6 +1,5 @@
 // Announcements between whole clients and the real robot, in one process.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>

@@ -4,7 +4,6 @@
 // anything else; plain texts and notices are marked as such. Dates are shown as DATE.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <regex>
 #include <string>
