@@ -1,7 +1,6 @@
 // Conversations between whole clients in one process: what one user does is seen in the other's windows.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 

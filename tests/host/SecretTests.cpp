@@ -2,7 +2,6 @@
 // the server gets of it, and what the other one's window shows.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "extensions/plg_Encrypt.h"
 #include "platform/Text.h"

@@ -2,7 +2,6 @@
 // A client on line, on a server that the test plays.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "common/HostMessageNumbers.h"
 #include "simulation/World.h"

@@ -2,7 +2,6 @@
 // Two whole clients in one world who send each other files, and strangers in the place of either.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
