@@ -1,8 +1,8 @@
 // Announcements over the virtual platform: what the robot says, the list on a disk that may die, the windows.
-#include <gmock/gmock.h>
 
 #include <cerrno>
 
+#include "Vocabulary.h"
 #include "announce/frmAnnounce.h"
 #include "announce/frmAnnouncements.h"
 #include "platform/Text.h"
@@ -10,10 +10,6 @@
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 constexpr const char* file = "Mail/Announcements.lst";
 

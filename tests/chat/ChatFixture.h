@@ -1,21 +1,16 @@
 #pragma once
 // A chat view on virtual time, with a table of emoticons that few lines meet.
 
-#include <gmock/gmock.h>
-
 #include <memory>
 #include <string>
 
+#include "Vocabulary.h"
 #include "chat/IRCWin.h"
 #include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
 using namespace std::string_literals;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class ChatTest : public testing::Test, public VirtualMachine {
   protected:

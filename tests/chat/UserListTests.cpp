@@ -1,16 +1,13 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <random>
 
+#include "Vocabulary.h"
 #include "chat/UserList.h"
 #include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 using Rows = std::vector<std::string>;
 
 // What is done to a list: + adds, - parts, x removes, r renames, m renames by the bare nick, = lists anew.

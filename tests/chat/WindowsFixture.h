@@ -2,8 +2,7 @@
 // Both kinds of chat windows with their tables, on the virtual platform, with a plug-in that does what a test
 // tells it.
 
-#include <gmock/gmock.h>
-
+#include "Vocabulary.h"
 #include "chat/modChanWinManager.h"
 #include "chat/modWinManager.h"
 #include "platform/Text.h"
@@ -11,12 +10,6 @@
 #include "simulation/World.h"
 
 namespace talvora::test {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
 
 class WindowsTest : public testing::Test, public VirtualMachine, public ChatSession {
   protected:

@@ -1,10 +1,10 @@
 // The cipher held against the vectors of docs/cipher.md, which another program has made, and the plug-in that
 // uses it, with two of them talking over their windows' bus.
-#include <gmock/gmock.h>
 
 #include <fstream>
 #include <sstream>
 
+#include "Vocabulary.h"
 #include "extensions/plg_Encrypt.h"
 #include "platform/Text.h"
 #include "simulation/FaultOf.h"
@@ -12,11 +12,6 @@
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
 
 class CipherTest : public testing::Test, public VirtualMachine {
   protected:

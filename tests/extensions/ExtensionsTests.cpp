@@ -1,11 +1,11 @@
 // The plug-in slots of a chat window and the bus through them, on the virtual platform, with plug-ins that do
 // what a test tells them; and plug-ins from the shared libraries of a real folder.
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <stdexcept>
 
+#include "Vocabulary.h"
 #include "extensions/PluginSlots.h"
 #include "extensions/modPluginManager.h"
 #include "platform_qt/PosixPluginLibraries.h"
@@ -17,10 +17,6 @@ namespace talvora::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 class SlotsTest : public testing::Test, public VirtualMachine, public PluginWindow {
   protected:

@@ -1,21 +1,16 @@
 // Script commands, their files on a disk, and the window that keeps them.
-#include <gmock/gmock.h>
 
 #include <cerrno>
 #include <fstream>
 #include <map>
 
+#include "Vocabulary.h"
 #include "extensions/frmScripts.h"
 #include "platform/Text.h"
 #include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
 
 class ScriptTest : public testing::Test, public VirtualMachine, public ScriptWindow {
   protected:

@@ -1,8 +1,7 @@
 #pragma once
 // An engine on virtual time with a scripted server at its endpoint.
 
-#include <gmock/gmock.h>
-
+#include "Vocabulary.h"
 #include "irc/IRCServ.h"
 #include "platform/Text.h"
 #include "simulation/EventLog.h"
@@ -10,9 +9,6 @@
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 
 inline std::string replaced(const std::string& text, const char* what, const char* by) {

@@ -1,6 +1,6 @@
 // The small windows, each loaded anew after an unload, as the component loads them.
-#include <gmock/gmock.h>
 
+#include "Vocabulary.h"
 #include "notify/frmChanKey.h"
 #include "notify/frmMOTD.h"
 #include "notify/frmMsgBox.h"
@@ -9,11 +9,6 @@
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 class SmallWindowsTest : public testing::Test, public VirtualMachine {
   protected:

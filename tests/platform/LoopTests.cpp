@@ -1,16 +1,13 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <random>
 
+#include "Vocabulary.h"
 #include "platform/Timer.h"
 #include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 class LoopTest : public testing::Test, public VirtualMachine {
   protected:

@@ -1,8 +1,7 @@
 // Mail between whole clients and the real robot, in one process: what is written arrives, and once, wherever
 // the line or a program of the three breaks off. Each kind of mail goes over real programs (e2e/MailTests).
 
-#include <gmock/gmock.h>
-
+#include "Vocabulary.h"
 #include "mail/MailFile.h"
 #include "platform/Text.h"
 #include "platform_qt/TemporaryFolder.h"
@@ -10,10 +9,6 @@
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class MailNetwork {
   public:

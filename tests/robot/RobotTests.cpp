@@ -5,10 +5,6 @@
 namespace talvora::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 TEST(Robot, LogsOnFurnishesItsChannelAndComesBack) {
     RobotWorld world;
     world.config.OnLogin = {"OPER orrery secret"};

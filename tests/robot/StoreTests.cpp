@@ -1,8 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <chrono>
 #include <optional>
 
+#include "Vocabulary.h"
 #include "platform_qt/Flushes.h"
 #include "robot/RobotStore.h"
 #include "robot/StorePlaces.h"
@@ -10,8 +9,6 @@
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
 
 class RobotStores : public testing::TestWithParam<std::string> {
   protected:

@@ -1,17 +1,11 @@
 #pragma once
 // A main window logged on to a server that the test plays, with windows that only tell.
 
-#include <gmock/gmock.h>
-
+#include "Vocabulary.h"
 #include "simulation/VirtualMachine.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // The windows that the session calls for; what they are told is kept.
 struct Windows : Nobody {
