@@ -33,6 +33,7 @@ TEST(EachStore, FindsNamesInAnyCaseAndKeepsThemApart) {
         {{"T", "ChanKeys", "#\xDC\xED\xED\xE1\xF2"}, {"T", "ChanKeys", "#\xA2\xCD\xCD\xC1\xD3"}, true},
         {{"T", "ChanKeys", "#\xDC\xED\xED\xE1"}, {"T", "ChanKeys", "#\xE1\xED\xED\xE1"}, false},
         {{"T", "ab", "c"}, {"T", "a", "bc"}, false},
+        {{"T", "ab", "c"}, {"T", "cd", "c"}, false},
         {{"", "", "Tabc"}, {"T", "ab", "c"}, false},
         {{"T", "a", {"k\0x", 3}}, {"t", "A", {"K\0X", 3}}, true},
         {{"T", "a", {"k\0x", 3}}, {"T", "a", "k"}, false},
