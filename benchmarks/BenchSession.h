@@ -65,6 +65,8 @@ class BenchSession {
         for (const std::string& line : lines) handle(line);
         handle(":srv 366 me #talk :End of /NAMES list.");
     }
+    // Lists beyond what a client keeps.
+    void roomForAll() { component_.Chats().Nicks.ListMemory.Most = std::size_t{1} << 30; }
     void forgetUsers() { component_.MainWindow()->UserList1.Clear(); }
     // Whether both lists hold so many users.
     bool holds(int count) {

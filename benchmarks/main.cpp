@@ -15,6 +15,10 @@ class FigureReporter final : public benchmark::BenchmarkReporter {
 
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
+            if (run.error_occurred) {
+                std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+                failed_ = true;
+            }
             if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
             const auto own = run.counters.find("value");
             const auto items = run.counters.find("items_per_second");
@@ -26,6 +30,11 @@ class FigureReporter final : public benchmark::BenchmarkReporter {
             std::fflush(stdout);
         }
     }
+
+    bool Failed() const { return failed_; }
+
+  private:
+    bool failed_ = false;
 };
 
 }  // namespace
@@ -39,5 +48,5 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
     FigureReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    return 0;
+    return reporter.Failed() ? 1 : 0;
 }

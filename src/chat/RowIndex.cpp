@@ -1,6 +1,7 @@
 #include "chat/RowIndex.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "platform/Text.h"
@@ -43,7 +44,7 @@ void RowIndex::enter(ListItem& row) {
     const std::uint32_t hash = hashOf(name);
     const std::size_t place = placeOf(name, hash);
     if (place != Nowhere) return enterBeside(places_[place], row);
-    if (2 * (taken_ + 1) > places_.size()) grow();
+    expect(1);
     put({&row, hash, false});
     ++taken_;
 }
@@ -54,8 +55,13 @@ void RowIndex::put(Place entry) {
     places_[i] = entry;
 }
 
-void RowIndex::grow() {
-    std::vector<Place> wider(std::max(FewestPlaces, 2 * places_.size()));
+void RowIndex::expect(std::size_t rows) {
+    const std::size_t wanted = std::max(FewestPlaces, 2 * (taken_ + rows));
+    if (wanted > places_.size()) growTo(std::bit_ceil(wanted));
+}
+
+void RowIndex::growTo(std::size_t places) {
+    std::vector<Place> wider(places);
     wider.swap(places_);
     for (const Place& entry : wider) {
         if (entry.first != nullptr) put(entry);

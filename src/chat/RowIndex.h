@@ -24,6 +24,8 @@ class RowIndex {
     // Nothing if no row has the name.
     ListItem* find(std::string_view name) const;
     void enter(ListItem& row);
+    // Makes room for so many more rows, so that none of them waits while the table grows.
+    void expect(std::size_t rows);
     // While the row is still in its list.
     void leave(const ListItem& row);
     // Also of a row that is no more; it is compared only as an address.
@@ -43,7 +45,7 @@ class RowIndex {
     std::size_t next(std::size_t place) const { return (place + 1) & (places_.size() - 1); }
     std::size_t placeOf(std::string_view name, std::uint32_t hash) const;
     void put(Place entry);
-    void grow();
+    void growTo(std::size_t places);
     void enterBeside(Place& place, ListItem& row);
     void vacate(std::size_t place);
 

@@ -272,6 +272,9 @@ void UserList::addAll(const std::vector<std::string>& names, Text channel) {
     const std::size_t now = waiting_.empty() ? std::min(names.size(), AtOnce) : 0;
     for (std::size_t i = 0; i < now; ++i) Add(names[i], channel);
     if (now == names.size()) return;
+    const std::size_t coming = std::min(names.size() - now, nickDecode_.ListMemory.rows());
+    byKey_.expect(coming);
+    byBareNick_.expect(coming);
     Waiting rest;
     rest.first = channel;
     rest.names.ends.reserve(names.size() - now);

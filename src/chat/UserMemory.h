@@ -2,6 +2,7 @@
 // How much memory the lists of users of one component may take together, in bytes, whatever a server says:
 // many times what a network needs. Belongs to modNickDecode, which all lists share.
 
+#include <algorithm>
 #include <cstddef>
 
 namespace talvora {
@@ -26,6 +27,8 @@ class UserMemory {
         return after - before;
     }
     std::size_t used() const { return used_; }
+    // How many rows there can still be.
+    std::size_t rows() const { return (Most - std::min(used_, Most)) / RowCost; }
 
   private:
     std::size_t used_ = 0;

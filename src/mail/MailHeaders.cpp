@@ -1,7 +1,8 @@
 #include "mail/MailHeaders.h"
 
-#include <algorithm>
 #include <chrono>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "common/Trap.h"
@@ -26,15 +27,23 @@ std::optional<DateTime> dateIn(const std::string& text) {
     }
 }
 
+// Keeps of `headers` those whose names are among `found`.
+void forgetOthers(auto& headers, const std::vector<FolderLook::Entry>& found) {
+    if (headers.empty()) return;
+    std::unordered_set<std::string_view> names;
+    for (const FolderLook::Entry& entry : found) names.insert(entry.Name);
+    std::erase_if(headers, [&](const auto& header) { return !names.contains(header.second.Name); });
+}
+
 }  // namespace
+
+const MailHeader* MailHeaders::Known(const std::string& name) const {
+    const auto found = incoming_.headers.find({MailFile::NumberOf(name), name});
+    return found == incoming_.headers.end() ? nullptr : &found->second;
+}
 
 // A damaged file is reported once, under the name of the procedure that shows the list, and does not keep the
 // mails behind it from being shown.
-const MailHeader* MailHeaders::Known(const std::string& name) const {
-    const auto found = incoming_.find(name);
-    return found == incoming_.end() ? nullptr : &found->second;
-}
-
 void MailHeaders::readHead(MailHeader& header, char kind) {
     header.Damaged = true;
     trapped(globError_, "RefreshMailList", [&](Trap& step) {
@@ -52,30 +61,27 @@ void MailHeaders::readHead(MailHeader& header, char kind) {
     header.ReceivedAt = dateIn(header.Incoming.Received);
 }
 
+void MailHeaders::keep(Kept& kept, FolderLook::Entry entry, char kind) {
+    const std::int32_t number = MailFile::NumberOf(entry.Name);
+    MailHeader& header = kept.headers[{number, entry.Name}];
+    if (!header.Name.empty() && header.Size == entry.Size && header.Version == entry.Version) return;
+    header = {};
+    header.Number = number;
+    header.Size = entry.Size;
+    header.Version = entry.Version;
+    header.Name = std::move(entry.Name);
+    readHead(header, kind);
+}
+
 std::vector<const MailHeader*> MailHeaders::Read(char kind) {
-    Table& kept = kind == 'i' ? incoming_ : outgoing_;
-    std::vector<Files::Entry> entries;
-    if (files_.FolderExists("Mail")) entries = files_.Entries("Mail", std::string(1, kind) + "*.qrm");
-    Table now;
-    now.reserve(entries.size());
+    Kept& kept = kind == 'i' ? incoming_ : outgoing_;
+    FolderLook::News news = kept.folder.Look();
+    for (const std::string& name : news.Gone) kept.headers.erase({MailFile::NumberOf(name), name});
+    if (news.All) forgetOthers(kept.headers, news.Found);
+    for (FolderLook::Entry& entry : news.Found) keep(kept, std::move(entry), kind);
     std::vector<const MailHeader*> headers;
-    headers.reserve(entries.size());
-    for (Files::Entry& entry : entries) {
-        auto known = kept.extract(entry.Name);
-        if (known.empty() || known.mapped().Size != entry.Size || known.mapped().Changed != entry.Changed) {
-            MailHeader header;
-            header.Number = MailFile::NumberOf(entry.Name);
-            header.Size = entry.Size;
-            header.Changed = entry.Changed;
-            header.Name = entry.Name;
-            readHead(header, kind);
-            headers.push_back(&now.emplace(std::move(entry.Name), std::move(header)).first->second);
-        } else {
-            headers.push_back(&now.insert(std::move(known)).position->second);
-        }
-    }
-    kept = std::move(now);
-    std::ranges::stable_sort(headers, {}, [](const MailHeader* header) { return header->Number; });
+    headers.reserve(kept.headers.size());
+    for (const auto& [key, header] : kept.headers) headers.push_back(&header);
     return headers;
 }
 

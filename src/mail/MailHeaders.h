@@ -1,17 +1,18 @@
 #pragma once
-// What the list of mails shows, read from the files' heads. What was read is kept by name, size and time of
-// change, so that a list that is drawn anew costs a look at the folder and the mails that are new.
-// The mail panel owns it.
+// What the list of mails shows, read from the files' heads. What was read is kept until something happens to
+// the file, so that a list that is drawn anew costs the mails that are new. The mail panel owns it.
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "common/GlobError.h"
 #include "mail/MailFile.h"
 #include "platform/Files.h"
+#include "platform/FolderLook.h"
 
 namespace talvora {
 
@@ -19,7 +20,7 @@ struct MailHeader {
     std::string Name;
     std::int32_t Number = 0;
     std::int64_t Size = 0;  // bytes
-    DateTime Changed;
+    std::uint64_t Version = 0;
     // The head is not as it should be; what could be read of it is there. It has been reported.
     bool Damaged = false;
     MailFile::Summary Incoming;
@@ -29,7 +30,8 @@ struct MailHeader {
 
 class MailHeaders {
   public:
-    MailHeaders(GlobError& globError, Files& files) : globError_(globError), files_(files) {}
+    MailHeaders(GlobError& globError, Files& files)
+        : globError_(globError), files_(files), incoming_(files, 'i'), outgoing_(files, 'o') {}
 
     // The mails "i*" or "o*" of the folder, in the order of their numbers. They stand until the next call for
     // the same kind. Without a folder there are none; faults if it can't be read.
@@ -42,13 +44,19 @@ class MailHeaders {
     static constexpr std::size_t HeadLimit = 4096;
 
   private:
-    using Table = std::unordered_map<std::string, MailHeader>;
+    using Key = std::pair<std::int32_t, std::string>;  // the number and the name of the file
+    struct Kept {
+        Kept(Files& files, char kind) : folder(files, "Mail", std::string(1, kind) + "*.qrm") {}
+        FolderLook folder;
+        std::map<Key, MailHeader> headers;
+    };
+    void keep(Kept& kept, FolderLook::Entry entry, char kind);
     void readHead(MailHeader& header, char kind);
 
     GlobError& globError_;
     Files& files_;
-    Table incoming_;
-    Table outgoing_;
+    Kept incoming_;
+    Kept outgoing_;
 };
 
 // How long ago, at a glance: "now", "5 min", "3 h", "2 d", "4 w", "1 y". Empty for a moment in the future.

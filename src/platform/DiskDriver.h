@@ -10,17 +10,27 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/Clock.h"
 #include "platform/RuntimeError.h"
 
 namespace talvora {
 
 // The fault that stands for an errno of the system.
 RuntimeError DiskFault(int errorNumber);
+
+// Notes what happens in a folder, whoever does it.
+class FolderWatch {
+  public:
+    virtual ~FolderWatch() = default;
+    // The names under which something was made, changed or taken away since the last call, some of them
+    // twice. Nothing once they are not all known: then all may have changed, and the watch is of no more use.
+    virtual std::optional<std::vector<std::string>> names() = 0;
+};
 
 class DiskDriver {
   public:
@@ -30,7 +40,8 @@ class DiskDriver {
     struct Status {
         Kind What = Kind::Missing;
         std::int64_t Size = 0;  // of a file, in bytes
-        DateTime Changed;       // when its content was last written
+        // A number that is another one after the file's content has changed, whoever did it.
+        std::uint64_t Version = 0;
     };
     struct Entry {
         std::string Name;
@@ -61,7 +72,7 @@ class DiskDriver {
     // All of it, or a fault.
     virtual void write(Handle file, std::int64_t at, std::string_view bytes) = 0;
     virtual std::int64_t size(Handle file) = 0;
-    // A number that is another one after the file's content has changed, whoever did it.
+    // As `Status` tells it.
     virtual std::uint64_t version(Handle file) = 0;
     virtual void truncate(Handle file, std::int64_t size) = 0;
     virtual void flush(Handle file) = 0;
@@ -71,6 +82,8 @@ class DiskDriver {
     virtual Status status(const std::string& path) = 0;
     virtual std::string linkTarget(const std::string& path) = 0;
     virtual std::vector<Entry> list(const std::string& folder, Detail detail) = 0;
+    // From now on; null where the system doesn't note changes.
+    virtual std::unique_ptr<FolderWatch> watch(const std::string& folder) = 0;
     virtual void flushFolder(const std::string& folder) = 0;
     // Readable by its owner alone.
     virtual void makeFolder(const std::string& path) = 0;

@@ -169,14 +169,6 @@ std::vector<std::string> Files::List(std::string_view folder, std::string_view p
     return names;
 }
 
-std::vector<Files::Entry> Files::Entries(std::string_view folder, std::string_view pattern) {
-    std::vector<Entry> entries;
-    for (auto& file : plainFiles(folder, pattern, DiskDriver::Detail::All)) {
-        entries.push_back({std::move(file.Name), file.Found.Size, file.Found.Changed});
-    }
-    return entries;
-}
-
 std::string Files::ReadStart(std::string_view path, std::size_t count) {
     return Open(path, FileMode::Input).opened().readAt(0, count);
 }

@@ -13,6 +13,7 @@
 // permitted, 75 not a file, 76 no such folder. One thread only.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,13 +25,6 @@ namespace talvora {
 
 class Files {
   public:
-    // A plain file of a folder.
-    struct Entry {
-        std::string Name;
-        std::int64_t Size = 0;  // in bytes
-        DateTime Changed;       // when its content was last written, by the wall clock
-    };
-
     explicit Files(DiskDriver& disk) : disk_(disk) {}
     Files(const Files&) = delete;
     Files& operator=(const Files&) = delete;
@@ -55,8 +49,6 @@ class Files {
     // The names, in order, of the folder's plain files that fit `pattern` (see fitsPattern). A file whose
     // name has no form in the code page can't be opened and is not named.
     std::vector<std::string> List(std::string_view folder, std::string_view pattern = "*");
-    // The same with what is known of each, in one pass over the folder.
-    std::vector<Entry> Entries(std::string_view folder, std::string_view pattern = "*");
     // The first `count` bytes; fewer if the file is shorter.
     std::string ReadStart(std::string_view path, std::size_t count);
 
@@ -92,6 +84,7 @@ class Files {
 
   private:
     friend struct OpenFile;
+    friend class FolderLook;
 
     // A checked path and what stands there now.
     struct Place {

@@ -2,8 +2,10 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QtCore/QDir>
@@ -19,7 +21,7 @@
 
 #include "platform/FilePath.h"
 #include "platform/WasteFolder.h"
-#include "platform_qt/SystemClock.h"
+#include "platform_qt/Inotify.h"
 
 namespace talvora {
 
@@ -52,10 +54,19 @@ DiskDriver::Kind kindOf(mode_t mode) {
     return DiskDriver::Kind::Other;
 }
 
+// Whoever puts a file's time back has changed its last field, too.
+std::uint64_t versionOf(const struct stat& found) {
+    const auto moment = [](const timespec& at) {
+        return static_cast<std::uint64_t>(at.tv_sec) * 1'000'000'000U +
+               static_cast<std::uint64_t>(at.tv_nsec);
+    };
+    return moment(found.st_ctim) * 31 + moment(found.st_mtim) * 7 + static_cast<std::uint64_t>(found.st_size);
+}
+
 DiskDriver::Status statusAt(int folder, const char* name) {
     struct stat found {};
     if (::fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) == 0)
-        return {kindOf(found.st_mode), found.st_size, localDateTime(found.st_mtime)};
+        return {kindOf(found.st_mode), found.st_size, versionOf(found)};
     if (errno == ENOENT) return {};
     throw DiskFault(errno);
 }
@@ -122,7 +133,25 @@ PosixDisk::PosixDisk(std::string root) : root_(std::move(root)) {
     }
 }
 
+// In one call where the system has it. Where it hasn't, or not for this program, the walk decides.
+Descriptor PosixDisk::below(const std::string& path, int flags, mode_t mode) const {
+    open_how how{};
+    how.flags = static_cast<std::uint64_t>(flags);
+    how.mode = (flags & O_CREAT) != 0 ? mode : 0;
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+    const auto opened = ::syscall(SYS_openat2, rootFolder_.get(), path.c_str(), &how, sizeof how);
+    if (opened >= 0) return Descriptor(static_cast<int>(opened));
+    if (errno != ENOSYS && errno != EPERM && errno != EAGAIN && errno != EINTR) throw DiskFault(errno);
+    const Descriptor parent = walkedTo(folderOf(path));
+    const std::string name = nameOf(path);
+    return Descriptor(check([&] { return ::openat(parent.get(), name.c_str(), flags, mode); }));
+}
+
 Descriptor PosixDisk::folder(const std::string& path) const {
+    return path.empty() ? walkedTo(path) : below(path, FolderFlags);
+}
+
+Descriptor PosixDisk::walkedTo(const std::string& path) const {
     Descriptor here;
     int above = rootFolder_.get();
     for (std::size_t from = 0; from <= path.size();) {
@@ -136,10 +165,7 @@ Descriptor PosixDisk::folder(const std::string& path) const {
 }
 
 DiskDriver::Handle PosixDisk::open(const std::string& path, Access access) {
-    const Descriptor parent = folder(folderOf(path));
-    const std::string name = nameOf(path);
-    const int flags = flagsOf(access) | FileFlags;
-    Descriptor file(check([&] { return ::openat(parent.get(), name.c_str(), flags, FileMode); }));
+    Descriptor file = below(path, flagsOf(access) | FileFlags, FileMode);
     const mode_t mode = plainMode(file);
     if (access != Access::Read && (mode & Executable) != 0) {
         check([&] { return ::fchmod(file.get(), mode & ~Executable); });
@@ -190,15 +216,10 @@ std::int64_t PosixDisk::size(Handle file) {
     return found.st_size;
 }
 
-// Whoever puts a file's time back has changed its last field, too.
 std::uint64_t PosixDisk::version(Handle file) {
     struct stat found {};
     check([&] { return ::fstat(file, &found); });
-    const auto moment = [](const timespec& at) {
-        return static_cast<std::uint64_t>(at.tv_sec) * 1'000'000'000U +
-               static_cast<std::uint64_t>(at.tv_nsec);
-    };
-    return moment(found.st_ctim) * 31 + moment(found.st_mtim) * 7 + static_cast<std::uint64_t>(found.st_size);
+    return versionOf(found);
 }
 
 void PosixDisk::truncate(Handle file, std::int64_t size) {
@@ -245,6 +266,10 @@ std::vector<DiskDriver::Entry> PosixDisk::list(const std::string& path, Detail d
     }
     if (errno != 0) throw DiskFault(errno);
     return entries;
+}
+
+std::unique_ptr<FolderWatch> PosixDisk::watch(const std::string& path) {
+    return watchByKernel(folder(path));
 }
 
 void PosixDisk::flushFolder(const std::string& path) {

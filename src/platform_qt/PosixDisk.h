@@ -5,6 +5,8 @@
 // the call here. Files are made with mode 0600, folders with 0700. Only plain files are opened. An
 // interrupted call is done again.
 
+#include <sys/types.h>
+
 #include <string>
 
 #include "platform/DiskDriver.h"
@@ -31,6 +33,7 @@ class PosixDisk final : public DiskDriver {
     Status status(const std::string& path) override;
     std::string linkTarget(const std::string& path) override;
     std::vector<Entry> list(const std::string& folder, Detail detail) override;
+    std::unique_ptr<FolderWatch> watch(const std::string& folder) override;
     void flushFolder(const std::string& folder) override;
     void makeFolder(const std::string& path) override;
     void rename(const std::string& from, const std::string& to) override;
@@ -40,6 +43,8 @@ class PosixDisk final : public DiskDriver {
     std::string nativePath(const std::string& path) const override;
 
   private:
+    Descriptor below(const std::string& path, int flags, mode_t mode = 0) const;
+    Descriptor walkedTo(const std::string& folder) const;
     Descriptor folder(const std::string& path) const;
 
     std::string root_;

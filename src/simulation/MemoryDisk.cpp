@@ -40,13 +40,22 @@ struct MemoryDisk::Node {
 
     Kind kind;
     std::string content;  // of a link its target
-    DateTime changed;
+    std::uint64_t version = 0;
     std::string flushedContent;
     std::map<std::string, NodeOf> entries;
     std::map<std::string, NodeOf> flushedEntries;
 };
 
-MemoryDisk::MemoryDisk(const Clock* clock) : clock_(clock), root_(std::make_shared<Node>(Kind::Folder)) {}
+class MemoryDisk::Watch final : public FolderWatch {
+  public:
+    explicit Watch(std::shared_ptr<Watched> watched) : watched_(std::move(watched)) {}
+    std::optional<std::vector<std::string>> names() override { return std::exchange(watched_->names, {}); }
+
+  private:
+    std::shared_ptr<Watched> watched_;
+};
+
+MemoryDisk::MemoryDisk() : root_(std::make_shared<Node>(Kind::Folder)) {}
 MemoryDisk::~MemoryDisk() = default;
 
 void MemoryDisk::call() {
@@ -90,13 +99,22 @@ void MemoryDisk::restart(Survived survived) {
     died_ = false;
 }
 
-void MemoryDisk::written(Node& node) const {
-    if (clock_ != nullptr) node.changed = clock_->Now();
+void MemoryDisk::happened(const std::string& path) {
+    std::erase_if(watched_, [](const auto& watched) { return watched.expired(); });
+    for (const auto& weak : watched_) {
+        const auto watched = weak.lock();
+        if (watched->folder == folderOf(path)) watched->names.push_back(nameOf(path));
+    }
+}
+
+void MemoryDisk::written(Node& node, const std::string& path) {
+    node.version = ++versions_;
+    happened(path);
 }
 
 DiskDriver::Status MemoryDisk::statusOf(const Node& node) {
     const auto size = node.kind == Kind::File ? static_cast<std::int64_t>(node.content.size()) : 0;
-    return {node.kind, size, node.changed};
+    return {node.kind, size, node.version};
 }
 
 MemoryDisk::NodeOf MemoryDisk::look(const std::string& path) const {
@@ -123,6 +141,7 @@ MemoryDisk::NodeOf MemoryDisk::take(const std::string& path) {
     change();
     NodeOf node = existing(path);
     folder(folderOf(path)).entries.erase(nameOf(path));
+    happened(path);
     return node;
 }
 
@@ -146,7 +165,7 @@ void MemoryDisk::put(const std::string& path, std::string_view text) {
     Node& node = *look(path);
     node.kind = Kind::File;
     node.content = text;
-    written(node);
+    written(node, path);
     node.settle();
 }
 
@@ -167,8 +186,8 @@ std::vector<std::string> MemoryDisk::paths() const {
     return all;
 }
 
-MemoryDisk::Handle MemoryDisk::handleOf(NodeOf node) {
-    handles_[nextHandle_] = std::move(node);
+MemoryDisk::Handle MemoryDisk::handleOf(NodeOf node, const std::string& path) {
+    handles_[nextHandle_] = {std::move(node), path};
     return nextHandle_++;
 }
 
@@ -182,8 +201,8 @@ MemoryDisk::Handle MemoryDisk::open(const std::string& path, Access access) {
     if (anew) node = parent.entries[nameOf(path)] = std::make_shared<Node>(Kind::File);
     if (node->kind != Kind::File) throw DiskFault(node->kind == Kind::Link ? ELOOP : EISDIR);
     if (access == Access::Empty) node->content.clear();
-    if (anew || access == Access::Empty) written(*node);
-    return handleOf(node);
+    if (anew || access == Access::Empty) written(*node, path);
+    return handleOf(node, path);
 }
 
 MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
@@ -193,7 +212,7 @@ MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
     const auto node = std::make_shared<Node>(Kind::File);
     node->content = found->second;
     openedPicked_[nativePath] = node;
-    return handleOf(node);
+    return handleOf(node, nativePath);
 }
 
 void MemoryDisk::rewritePicked(const std::string& nativePath, const std::string& content) {
@@ -204,7 +223,7 @@ void MemoryDisk::rewritePicked(const std::string& nativePath, const std::string&
 
 MemoryDisk::Handle MemoryDisk::createPicked(const std::string& nativePath) {
     call();
-    return handleOf(created_[nativePath] = std::make_shared<Node>(Kind::File));
+    return handleOf(created_[nativePath] = std::make_shared<Node>(Kind::File), nativePath);
 }
 
 std::optional<std::string> MemoryDisk::created(const std::string& nativePath) const {
@@ -212,26 +231,27 @@ std::optional<std::string> MemoryDisk::created(const std::string& nativePath) co
     return found == created_.end() ? std::nullopt : std::optional(found->second->content);
 }
 
-MemoryDisk::Node& MemoryDisk::at(Handle file) {
+MemoryDisk::Opened& MemoryDisk::at(Handle file) {
     const auto found = handles_.find(file);
     if (found == handles_.end()) throw DiskFault(EBADF);
-    return *found->second;
+    return found->second;
 }
 
 std::size_t MemoryDisk::read(Handle file, std::int64_t from, char* to, std::size_t count) {
     call();
-    const std::string& content = at(file).content;
+    const std::string& content = at(file).node->content;
     const std::size_t start = std::min(static_cast<std::size_t>(from), content.size());
     return content.copy(to, count, start);
 }
 
 void MemoryDisk::write(Handle file, std::int64_t to, std::string_view bytes) {
-    Node& node = at(file);
+    const Opened& opened = at(file);
     const auto put = [&](std::string_view part) {
+        std::string& content = opened.node->content;
         const std::size_t start = static_cast<std::size_t>(to);
-        if (node.content.size() < start + part.size()) node.content.resize(start + part.size());
-        node.content.replace(start, part.size(), part);
-        written(node);
+        if (content.size() < start + part.size()) content.resize(start + part.size());
+        content.replace(start, part.size(), part);
+        written(*opened.node, opened.path);
     };
     const bool alive = !died_;
     try {
@@ -245,23 +265,24 @@ void MemoryDisk::write(Handle file, std::int64_t to, std::string_view bytes) {
 
 std::int64_t MemoryDisk::size(Handle file) {
     call();
-    return static_cast<std::int64_t>(at(file).content.size());
+    return static_cast<std::int64_t>(at(file).node->content.size());
 }
 
 std::uint64_t MemoryDisk::version(Handle file) {
     call();
-    return std::hash<std::string>{}(at(file).content);
+    return std::hash<std::string>{}(at(file).node->content);
 }
 
 void MemoryDisk::truncate(Handle file, std::int64_t size) {
     change();
-    at(file).content.resize(static_cast<std::size_t>(size));
-    written(at(file));
+    const Opened& opened = at(file);
+    opened.node->content.resize(static_cast<std::size_t>(size));
+    written(*opened.node, opened.path);
 }
 
 void MemoryDisk::flush(Handle file) {
     change();
-    Node& node = at(file);
+    Node& node = *at(file).node;
     node.flushedContent = node.content;
 }
 
@@ -291,6 +312,14 @@ std::vector<DiskDriver::Entry> MemoryDisk::list(const std::string& path, Detail 
     return entries;
 }
 
+std::unique_ptr<FolderWatch> MemoryDisk::watch(const std::string& path) {
+    call();
+    folder(path);
+    const auto watched = std::make_shared<Watched>(Watched{path, {}});
+    watched_.push_back(watched);
+    return std::make_unique<Watch>(watched);
+}
+
 void MemoryDisk::flushFolder(const std::string& path) {
     change();
     Node& node = folder(path);
@@ -307,6 +336,7 @@ void MemoryDisk::makeFolder(const std::string& path) {
 void MemoryDisk::rename(const std::string& from, const std::string& to) {
     Node& target = folder(folderOf(to));
     target.entries[nameOf(to)] = take(from);
+    happened(to);
 }
 
 void MemoryDisk::remove(const std::string& path) {

@@ -22,8 +22,7 @@ class MemoryDisk final : public DiskDriver {
     // (a killed process), with half of the bytes of the write that was under way.
     enum class Survived { Flushed, Everything };
 
-    // Changes are dated by `clock`, which outlives the disk; without one all are as old as `DateTime`.
-    explicit MemoryDisk(const Clock* clock = nullptr);
+    MemoryDisk();
     ~MemoryDisk() override;
 
     // A file as if it had always been there; folders on the way are made.
@@ -68,6 +67,7 @@ class MemoryDisk final : public DiskDriver {
     Status status(const std::string& path) override;
     std::string linkTarget(const std::string& path) override;
     std::vector<Entry> list(const std::string& folder, Detail detail) override;
+    std::unique_ptr<FolderWatch> watch(const std::string& folder) override;
     void flushFolder(const std::string& folder) override;
     void makeFolder(const std::string& path) override;
     void rename(const std::string& from, const std::string& to) override;
@@ -79,22 +79,34 @@ class MemoryDisk final : public DiskDriver {
   private:
     struct Node;
     using NodeOf = std::shared_ptr<Node>;
+    struct Opened {
+        NodeOf node;
+        std::string path;
+    };
+    // What the watchers of folders have not been told yet; a watch that went is forgotten with it.
+    class Watch;
+    struct Watched {
+        std::string folder;
+        std::vector<std::string> names;
+    };
 
     void call();
     void change();
-    void written(Node& node) const;
+    void happened(const std::string& path);
+    void written(Node& node, const std::string& path);
     static Status statusOf(const Node& node);
-    Node& at(Handle file);
+    Opened& at(Handle file);
     NodeOf look(const std::string& path) const;
     NodeOf existing(const std::string& path) const;
     NodeOf take(const std::string& path);
     Node& folder(const std::string& path) const;
     Node& makeFolders(const std::string& path);
-    Handle handleOf(NodeOf node);
+    Handle handleOf(NodeOf node, const std::string& path);
 
-    const Clock* clock_;
+    std::uint64_t versions_ = 0;
+    std::vector<std::weak_ptr<Watched>> watched_;
     NodeOf root_;
-    std::map<Handle, NodeOf> handles_;
+    std::map<Handle, Opened> handles_;
     std::map<std::string, NodeOf> openedPicked_;
     std::map<std::string, NodeOf> created_;  // outside, by native path
     Handle nextHandle_ = 1;

@@ -112,7 +112,7 @@ class VirtualScreen final : public Desktop {
 
 struct VirtualPlatform {
     VirtualPlatform(VirtualTime& time, VirtualNetwork& network)
-        : clock(time), disk(&clock), platform{time, network, clock, questions, files, settings, screen} {}
+        : clock(time), platform{time, network, clock, questions, files, settings, screen} {}
 
     VirtualClock clock;
     PreparedQuestions questions;

@@ -2,8 +2,10 @@
 #include <unistd.h>
 
 #include <QtCore/QDir>
+#include <filesystem>
 
 #include "platform/Files.h"
+#include "platform/FolderLook.h"
 #include "platform/WasteFolder.h"
 #include "platform_qt/PosixDisk.h"
 #include "platform_qt/TemporaryFolder.h"
@@ -64,6 +66,33 @@ TEST_F(PosixDiskTest, FilesBelongToTheirOwnerAloneAndNeverRun) {
     EXPECT_EQ(folder.mode("program/Received/sub"), 0700);
     EXPECT_EQ(folder.mode("program/Received/tool"), 0600);
     EXPECT_EQ(folder.mode("program/Received/old") & 0111, 0);
+}
+
+// Also what keeps its size, and happens within the tick of the clock that the file's time has.
+TEST_F(PosixDiskTest, ALookTellsAllAndLaterWhatHappenedWhoeverDidIt) {
+    FolderLook look(files, "Mail", "i*.qrm");
+    const auto told = [&] {
+        const FolderLook::News news = look.Look();
+        std::string text = news.All ? "all:" : "";
+        for (const auto& entry : news.Found) text += " " + entry.Name;
+        for (const auto& name : news.Gone) text += " -" + name;
+        return text;
+    };
+    EXPECT_EQ(told(), "all: i1.qrm");
+    EXPECT_EQ(told(), "");
+    folder.put("program/Mail/i1.qrm", "two\r\n");
+    folder.put("program/Mail/o1.qrm", "");
+    EXPECT_EQ(told(), " i1.qrm");
+    files.Rename("Mail\\i1.qrm", "Mail\\i2.qrm");
+    EXPECT_EQ(told(), " i2.qrm -i1.qrm");
+    for (int file = 0; file < 20'000; ++file) folder.put("program/Mail/o" + std::to_string(file), "");
+    EXPECT_EQ(told(), "all: i2.qrm") << "more than the system notes";
+    EXPECT_EQ(told(), "");
+    std::filesystem::rename(folder.path("program/Mail"), folder.path("program/Old"));
+    EXPECT_EQ(told(), "all:");
+    files.MkDir("Mail");
+    folder.put("program/Mail/i3.qrm", "");
+    EXPECT_EQ(told(), "all: i3.qrm");
 }
 
 TEST_F(PosixDiskTest, OnlyPlainFilesAreOpened) {
