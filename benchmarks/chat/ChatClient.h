@@ -1,17 +1,9 @@
 #pragma once
-// One client as the host program puts it together, in this process: real loop, sockets, disk and settings,
-// and a message database that somebody listens to. It needs a QCoreApplication, which outlives it.
+// A whole client in this process that a server floods. It needs a QCoreApplication, which outlives it.
 
 #include <cstdint>
-#include <memory>
 
-#include "host/Connect.h"
-#include "orrery/HostDatabase.h"
-#include "platform/Files.h"
-#include "platform_qt/PosixDisk.h"
-#include "platform_qt/QtPlatform.h"
-#include "platform_qt/SqliteSettings.h"
-#include "profile/NetworkProfile.h"
+#include "simulation/files/WholeClient.h"
 #include "simulation/programs/Folder.h"
 
 namespace talvora::bench {
@@ -21,7 +13,7 @@ class ChatClient {
     explicit ChatClient(int port);
 
     // Begins to connect, and returns.
-    void start();
+    void start() { client_.Start(); }
     // The window of the channel that the server floods.
     frmChanChat& openWindow();
     // Host messages of channel text so far.
@@ -29,13 +21,7 @@ class ChatClient {
 
   private:
     programs::Folder folder_;
-    SqliteSettings settings_;
-    PosixDisk disk_;
-    Files files_{disk_};
-    QtPlatform platform_{files_, settings_};
-    HostDatabase database_;
-    NetworkProfile profile_;
-    Connect component_;
+    WholeClient client_;
     std::uint64_t broadcasts_ = 0;
     Subscription hearing_;
 };

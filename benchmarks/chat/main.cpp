@@ -2,10 +2,8 @@
 // flooded channel, from the byte on the socket to the text in the channel window's model.
 
 #include <QCoreApplication>
-#include <algorithm>
 #include <chrono>
 #include <clocale>
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
@@ -14,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "Figures.h"
 #include "chat/ChatClient.h"
 #include "chat/ChatTraffic.h"
 #include "e2e/FloodServer.h"
@@ -24,16 +23,6 @@ namespace {
 
 constexpr int runs = 5;
 constexpr int lines = 400'000;
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-void print(const char* name, double value, const char* unit) {
-    std::printf("%s\t%.6g\t%s\n", name, value, unit);
-    std::fflush(stdout);
-}
 
 double secondsOf(clockid_t clock) {
     timespec time{};
@@ -105,7 +94,7 @@ class Flood {
     frmChanChat* window_ = nullptr;
 };
 
-int run() {
+void run() {
     Flood flood;
     flood.logOn();
     flood.run(channelTalk(20'000), 20'000);  // fills the view to its usual length
@@ -119,7 +108,6 @@ int run() {
     }
     print("chat.e2e_lines_per_s", median(perSecond), "lines/s");
     print("chat.e2e_cpu_us_per_line", median(processor), "us");
-    return 0;
 }
 
 }  // namespace
@@ -129,12 +117,8 @@ int run() {
 int main(int argc, char** argv) {
     talvora::QtPlatform::prepareProcess();
     ::setenv("QT_NO_GLIB", "1", 1);  // as the host program does
-    QCoreApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    try {
-        return talvora::bench::run();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
+    return talvora::bench::measured(argc, argv, [] {
+        std::setlocale(LC_NUMERIC, "C");
+        talvora::bench::run();
+    });
 }

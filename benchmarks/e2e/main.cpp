@@ -1,18 +1,14 @@
 // Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs. With the
 // argument `desktop` the host has its windows, which needs a display.
 
-#include <QtCore/QCoreApplication>
-#include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <ctime>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Figures.h"
 #include "e2e/FloodServer.h"
 #include "platform/Files.h"
 #include "platform_qt/PosixDisk.h"
@@ -34,16 +30,6 @@ constexpr int mailLines = 300;
 constexpr int idleRuns = 3;
 constexpr int floodLines = 400000;
 constexpr programs::Milliseconds idleTime{10000};
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-void print(const std::string& name, double value, const char* unit) {
-    std::printf("%s\t%.6g\t%s\n", name.c_str(), value, unit);
-    std::fflush(stdout);
-}
 
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -181,25 +167,6 @@ void measureMail(FloodServer& server, const Host& host) {
     end(*process);
 }
 
-// Processor time of a process so far, in seconds. The count in /proc, in ticks of 10 ms, is too coarse for a
-// program that sleeps.
-double processorTime(pid_t id) {
-    clockid_t clock{};
-    timespec time{};
-    if (clock_getcpuclockid(id, &clock) != 0 || clock_gettime(clock, &time) != 0) {
-        throw programs::Missing("the processor time of the program");
-    }
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
-double residentMebibytes(pid_t id) {
-    std::ifstream file("/proc/" + std::to_string(id) + "/status");
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
-    }
-    return 0;
-}
-
 // A hand that moves the pointer ten times a second in the middle of the screen.
 std::unique_ptr<programs::Process> movingPointer() {
     constexpr int moves = 1000;
@@ -293,7 +260,7 @@ void measureIdle(FloodServer& server, const Host& host, bool windows) {
     end(*process);
 }
 
-int run(bool windows) {
+void run(bool windows) {
     FloodServer server;
     const Host host(server, windows);
     measureStart(server, host);
@@ -301,7 +268,6 @@ int run(bool windows) {
     if (!windows) measureMail(server, host);
     if (windows) measureNames(server, host);
     measureIdle(server, host, windows);
-    return 0;
 }
 
 }  // namespace
@@ -309,11 +275,6 @@ int run(bool windows) {
 }  // namespace talvora::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        return talvora::bench::run(argc > 1 && std::string_view(argv[1]) == "desktop");
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
+    const bool windows = argc > 1 && std::string_view(argv[1]) == "desktop";
+    return talvora::bench::measured(argc, argv, [windows] { talvora::bench::run(windows); });
 }

@@ -1,16 +1,13 @@
 // Prints one figure a line: name, tab, value, tab, unit. Each is the median of several runs, each with a
 // robot and a store of its own.
 
-#include <QtCore/QCoreApplication>
-#include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <fstream>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "Figures.h"
 #include "robot/CrowdServer.h"
 #include "simulation/programs/Network.h"
 
@@ -26,26 +23,8 @@ constexpr int readers = 1000;
 constexpr int mailsForEach = 5;
 constexpr int mails = readers * mailsForEach;
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-void print(const char* name, const std::vector<double>& values, const char* unit) {
-    std::printf("%s\t%.6g\t%s\n", name, median(values), unit);
-    std::fflush(stdout);
-}
-
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double residentMebibytes(pid_t id) {
-    std::ifstream file("/proc/" + std::to_string(id) + "/status");
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
-    }
-    return 0;
 }
 
 std::string readerName(int number) {
@@ -134,7 +113,7 @@ double answerTime(CrowdServer& server) {
     return median(std::move(times));
 }
 
-int run() {
+void run() {
     CrowdServer server;
     std::vector<double> rate, memory, answer;
     for (int i = 0; i < runs; ++i) {
@@ -145,10 +124,9 @@ int run() {
         memory.push_back(residentMebibytes(robot.id()));
         answer.push_back(answerTime(server));
     }
-    print("robot.mails_per_s", rate, "mails/s");
-    print("robot.rss_1000_users_mib", memory, "MiB");
-    print("robot.answer_us", answer, "us");
-    return 0;
+    print("robot.mails_per_s", median(rate), "mails/s");
+    print("robot.rss_1000_users_mib", median(memory), "MiB");
+    print("robot.answer_us", median(answer), "us");
 }
 
 }  // namespace
@@ -156,11 +134,5 @@ int run() {
 }  // namespace talvora::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        return talvora::bench::run();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
+    return talvora::bench::measured(argc, argv, talvora::bench::run);
 }

@@ -2,17 +2,15 @@
 // processor; the share is what they reach of bare sockets in the same run, the median of several pairs.
 
 #include <sched.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "Figures.h"
 #include "simulation/programs/FileUser.h"
 #include "transfer/Bare.h"
 
@@ -23,25 +21,6 @@ namespace {
 constexpr int pairs = 7;
 constexpr int processor = 0;
 constexpr std::size_t mebibyte = std::size_t{1} << 20;
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-void print(const std::string& name, double value, const char* unit) {
-    std::printf("%s\t%.6g\t%s\n", name.c_str(), value, unit);
-    std::fflush(stdout);
-}
-
-double processorTime(programs::FileUser& user) {
-    clockid_t clock{};
-    timespec time{};
-    if (clock_getcpuclockid(user.process().id(), &clock) != 0 || clock_gettime(clock, &time) != 0) {
-        throw programs::Missing("the processor time of the program");
-    }
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 void keep(programs::FileUser& user) {
     cpu_set_t set;
@@ -68,7 +47,9 @@ class Transfer {
         keep(from_);
         keep(to_);
     }
-    double processorSeconds() { return processorTime(from_) + processorTime(to_); }
+    double processorSeconds() {
+        return processorTime(from_.process().id()) + processorTime(to_.process().id());
+    }
     double senderMebibytes() const { return from_.peakMebibytes(); }
     double receiverMebibytes() const { return to_.peakMebibytes(); }
 
@@ -121,11 +102,10 @@ void measureMemory() {
     print("transfer.rss_mib_receiver", transfer.receiverMebibytes(), "MiB");
 }
 
-int run() {
+void run() {
     measureShare("1k", 1024, 20'000);
     measureShare("8k", 8192, 10'000);
     measureMemory();
-    return 0;
 }
 
 }  // namespace
@@ -133,11 +113,5 @@ int run() {
 }  // namespace talvora::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        return talvora::bench::run();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
+    return talvora::bench::measured(argc, argv, talvora::bench::run);
 }

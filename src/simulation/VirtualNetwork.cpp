@@ -107,7 +107,7 @@ void VirtualSocket::accept(SocketDriver& listening) {
     peer_->peer_ = this;
     connected_ = true;
     remoteHost_ = "127.0.0.1";
-    remotePort_ = network_.nextPort_++;
+    remotePort_ = peer_->localPort_ = network_.nextPort_++;
     peer_->later([peer = peer_] { peer->becomeConnected(); });
 }
 

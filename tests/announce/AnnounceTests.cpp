@@ -1,20 +1,15 @@
 // Announcements over the virtual platform: what the robot says, the list on a disk that may die, the windows.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cerrno>
 
+#include "Vocabulary.h"
 #include "announce/frmAnnounce.h"
 #include "announce/frmAnnouncements.h"
 #include "platform/Text.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 constexpr const char* file = "Mail/Announcements.lst";
 
@@ -29,7 +24,7 @@ struct Host final : MessageDatabase {
     Texts notices;
 };
 
-class AnnounceTest : public testing::Test {
+class AnnounceTest : public testing::Test, public VirtualMachine {
   protected:
     // All that lives in one run of the program.
     struct Run {
@@ -77,9 +72,6 @@ class AnnounceTest : public testing::Test {
         around.settings.SaveSetting("Talvora", "Settings", key, value);
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
     MovedClock clock;
     Host host;
     Texts said;

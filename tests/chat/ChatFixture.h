@@ -1,24 +1,18 @@
 #pragma once
 // A chat view on virtual time, with a table of emoticons that few lines meet.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 
+#include "Vocabulary.h"
 #include "chat/IRCWin.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
 using namespace std::string_literals;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
-class ChatTest : public testing::Test {
+class ChatTest : public testing::Test, public VirtualMachine {
   protected:
     ChatTest() { load("^_^:=:{\\b face}\r\n"); }
 
@@ -27,11 +21,7 @@ class ChatTest : public testing::Test {
         emotions.LoadEmotions();
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
     const std::vector<std::string>& asked = around.questions.asked;
-    GlobError globError{around.platform};
     modEmotions emotions{around.files, globError};
     std::unique_ptr<IRCWin> window = std::make_unique<IRCWin>(around.platform, globError, emotions);
     IRCWin& view = *window;

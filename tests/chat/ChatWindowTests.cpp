@@ -16,9 +16,9 @@ TEST_F(WindowsTest, AWindowOpensWithItsNameAndTheFirstPrivateLineOpensOneWithout
     channels.StartChan("#GREEK");
     EXPECT_TRUE(greek.Visible);
     privates.PMDistribute("anna", "one", "");
-    EXPECT_EQ(virtuals.screen.beeps, 0);
+    EXPECT_EQ(around.screen.beeps, 0);
     arrives(false, "two");
-    EXPECT_EQ(virtuals.screen.beeps, 1);
+    EXPECT_EQ(around.screen.beeps, 1);
     EXPECT_THAT(shown(*at(false)), ElementsAre("4 *** You are now talking in private with user Anna ***",
                                                "2 <Anna> one", "2 <Anna> two"));
     EXPECT_EQ(at(false)->Caption.get(), "Private chat with Anna");
@@ -182,16 +182,16 @@ TEST_F(WindowsTest, NewsLastsUntilTheWindowHasBeenInFront) {
         ChatWindow& window = open(channel);
         arrives(channel, "hi");
         time.run(2s);
-        EXPECT_EQ(virtuals.screen.flashes, channel ? 2 : 0);
-        virtuals.screen.works(&window);
+        EXPECT_EQ(around.screen.flashes, channel ? 2 : 0);
+        around.screen.works(&window);
         time.run(400ms);
         EXPECT_TRUE(window.HasNews);
         const int before = refreshes;
         time.run(100ms);
         EXPECT_TRUE(!window.HasNews && window.HasFocus && refreshes == before + 1);
-        virtuals.screen.works(nullptr);
+        around.screen.works(nullptr);
         time.run(2s);
-        EXPECT_EQ(virtuals.screen.flashes, channel ? 2 : 0);
+        EXPECT_EQ(around.screen.flashes, channel ? 2 : 0);
         EXPECT_FALSE(window.HasFocus);
         forget(window);
     }
@@ -253,7 +253,7 @@ TEST_F(WindowsTest, WhatHappensToTheUsersIsTold) {
         users += std::to_string(channel.UserList1.ListView1.ListItems.Count());
         EXPECT_EQ(shown(window), Split(line, "\n"));
         EXPECT_EQ(ofChannel ? Texts{channel.LastText} : heard, Split(mark, "\n"));
-        EXPECT_EQ(virtuals.screen.beeps, mark == "CON|bob" ? 1 : 0);
+        EXPECT_EQ(around.screen.beeps, mark == "CON|bob" ? 1 : 0);
         EXPECT_TRUE(window.HasNews == !line.empty() && (line.empty() || refreshes > before)) << line;
         EXPECT_EQ(peer.UserGone, mark == "QIT");
     }

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "chat/modNickDecode.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
@@ -13,11 +12,9 @@ struct Case {
     const char* fault = nullptr;
 };
 
-TEST(NickDecode, SplitsTheStateOffAndReportsLinesThatItCannotRead) {
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
+struct NickDecode : testing::Test, VirtualMachine {};
+
+TEST_F(NickDecode, SplitsTheStateOffAndReportsLinesThatItCannotRead) {
     modNickDecode decode{globError, around.files};
     around.questions.answerFaults(Answer::Abort);
     const auto check = [&](const Case& c) {

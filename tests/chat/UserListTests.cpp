@@ -1,17 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <random>
 
+#include "Vocabulary.h"
 #include "chat/UserList.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 using Rows = std::vector<std::string>;
 
 // What is done to a list: + adds, - parts, x removes, r renames, m renames by the bare nick, = lists anew.
@@ -54,7 +50,7 @@ struct PlainList {
     }
 };
 
-struct UserListTest : testing::Test {
+struct UserListTest : testing::Test, public VirtualMachine {
     UserListTest() {
         around.disk.put("System/perflix.lst", "DND|Do not disturb|5\r\nAFK|away|4\r\nBAD|no image|200");
         decode.LoadPerflixes();
@@ -77,10 +73,6 @@ struct UserListTest : testing::Test {
         return all;
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
     modNickDecode decode{globError, around.files};
     UserList list{around.platform, globError, decode};
 };

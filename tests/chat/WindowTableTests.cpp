@@ -12,13 +12,13 @@ TEST_F(WindowsTest, FiftyOneWindowsOpenAndTheRefusalOfMoreIsToldOnce) {
                     : privates.PMDistribute(std::to_string(i), "x", "");
         };
         for (int i = 0; i < 51; ++i) start(i);
-        virtuals.questions.willAnswer(Answer::Ok, [&] { start(52), start(53); });
+        around.questions.willAnswer(Answer::Ok, [&] { start(52), start(53); });
         heard.clear();
         start(51);
-        EXPECT_EQ(virtuals.questions.lastSuppressed, 2);
-        EXPECT_EQ(virtuals.questions.asked.back(), std::string("Error\nCannot display more than 50 ") +
-                                                       (channel ? "channel" : "personal chat") +
-                                                       " windows, due to this version's limitations.");
+        EXPECT_EQ(around.questions.lastSuppressed, 2);
+        EXPECT_EQ(around.questions.asked.back(), std::string("Error\nCannot display more than 50 ") +
+                                                     (channel ? "channel" : "personal chat") +
+                                                     " windows, due to this version's limitations.");
         EXPECT_EQ(heard.size(), 2U) << "hello and name of the one that was asked about, no line";
         EXPECT_EQ(loaded().size(), channel ? 51U : 102U);
         if (channel) {
@@ -49,7 +49,7 @@ TEST_F(WindowsTest, AStaleIndexTakesAnotherWindowOffTheTableAndLosesNoSlot) {
 TEST_F(WindowsTest, AClosingPrivateWindowHidesOrAsks) {
     open(false).Unload(CloseReason::UserClosesBox);
     EXPECT_TRUE(at(false) != nullptr && !at(false)->Visible);
-    around.gHideInactive = false;
+    surroundings.gHideInactive = false;
     frmPM& window = dynamic_cast<frmPM&>(open(false));
     const std::function<void()> meanwhile[] = {
         [&] {
@@ -65,10 +65,10 @@ TEST_F(WindowsTest, AClosingPrivateWindowHidesOrAsks) {
             window.mnuStopPM.Click.raise();
         }};
     const auto close = [&](Answer answer, int which) {
-        virtuals.questions.willAnswer(answer, meanwhile[which]);
-        virtuals.platform.Guarded.run("close", [&] { window.Unload(CloseReason::UserClosesBox); });
+        around.questions.willAnswer(answer, meanwhile[which]);
+        around.platform.Guarded.run("close", [&] { window.Unload(CloseReason::UserClosesBox); });
         EXPECT_EQ(
-            virtuals.questions.asked.back(),
+            around.questions.asked.back(),
             "Close\nThis action will terminate your Personal Conversation. Do you want to minimize instead?");
     };
     close(Answer::Cancel, 0);
@@ -77,10 +77,10 @@ TEST_F(WindowsTest, AClosingPrivateWindowHidesOrAsks) {
     EXPECT_TRUE(at(false) == &window && window.WindowState == FormState::Minimized);
     close(Answer::No, 2);
     EXPECT_TRUE(at(false) == nullptr && privates.Window("bob") != nullptr);
-    EXPECT_EQ(virtuals.questions.asked.size(), 3U);
+    EXPECT_EQ(around.questions.asked.size(), 3U);
     time.run(1s);
     EXPECT_EQ(living, 1);
-    around.gHideInactive = true;
+    surroundings.gHideInactive = true;
     privates.Window("bob")->mnuStopPM.Click.raise();
     EXPECT_THAT(loaded(), IsEmpty());
 }
@@ -102,7 +102,7 @@ TEST_F(WindowsTest, AWindowThatIsUnloadedInsideItsOwnCallDoesNothingMore) {
                 me.DataBroadcast("X|unheard");
             };
             sent.clear();
-            virtuals.platform.Guarded.run("story", [&] {
+            around.platform.Guarded.run("story", [&] {
                 channel ? channels.StartChan("#greek") : privates.StartPM("anna");
                 auto* window = loaded().empty() ? nullptr : loaded().back();
                 if (window == nullptr) return;
@@ -118,7 +118,7 @@ TEST_F(WindowsTest, AWindowThatIsUnloadedInsideItsOwnCallDoesNothingMore) {
             });
             const bool started = channel && kind != "###|" && kind != "CON|";
             EXPECT_EQ(sent, started ? Texts{"NAMES #greek"} : Texts{}) << kind;
-            EXPECT_EQ(virtuals.screen.ForegroundWindow(), nullptr) << kind;
+            EXPECT_EQ(around.screen.ForegroundWindow(), nullptr) << kind;
             EXPECT_TRUE(channels.Table().Windows().empty() && privates.Table().Windows().empty());
             EXPECT_EQ(living, 0) << kind;
         }

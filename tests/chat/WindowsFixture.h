@@ -2,23 +2,16 @@
 // Both kinds of chat windows with their tables, on the virtual platform, with a plug-in that does what a test
 // tells it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "chat/modChanWinManager.h"
 #include "chat/modWinManager.h"
 #include "platform/Text.h"
+#include "simulation/VirtualMachine.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
-
-class WindowsTest : public testing::Test, public ChatSession {
+class WindowsTest : public testing::Test, public VirtualMachine, public ChatSession {
   protected:
     struct Probe final : ChatPlugin {
         explicit Probe(WindowsTest& of) : test(of) { ++test.living; }
@@ -34,11 +27,11 @@ class WindowsTest : public testing::Test, public ChatSession {
 
     WindowsTest() {
         gate.Attach(host, 1);
-        around.Privates = &privates;
+        surroundings.Privates = &privates;
         factories.Register("T.P", [this] { return std::make_unique<Probe>(*this); });
-        virtuals.disk.put("System/plugin.lst", "T.P T T 0 0 Probe\r\n");
+        around.disk.put("System/plugin.lst", "T.P T T 0 0 Probe\r\n");
         plugins.ReloadPlugins();
-        virtuals.disk.put("System/emoticons.dat", "^_^:=:{\\b face}\r\n");
+        around.disk.put("System/emoticons.dat", "^_^:=:{\\b face}\r\n");
         emotions.LoadEmotions();
         settings.Save(Section::ChanSettings, "TimeStamp_#Greek", "F");
         settings.Save(Section::PMSettings, "Timestamp_Anna", "F");
@@ -84,13 +77,13 @@ class WindowsTest : public testing::Test, public ChatSession {
         heard.clear();
         sent.clear();
         host.take();
-        virtuals.screen.beeps = virtuals.screen.flashes = 0;
+        around.screen.beeps = around.screen.flashes = 0;
     }
     // The user has seen the window last, or another one.
     void prepare(ChatWindow& window, bool seen) {
-        virtuals.screen.works(seen ? &window : nullptr);
+        around.screen.works(seen ? &window : nullptr);
         time.run(500ms);
-        virtuals.screen.works(nullptr);
+        around.screen.works(nullptr);
         window.Hide();
         forget(window);
     }
@@ -100,8 +93,8 @@ class WindowsTest : public testing::Test, public ChatSession {
         notice = notices.empty() ? "" : notices[0];
         const auto* channel = dynamic_cast<const frmChanChat*>(&window);
         std::string all = window.Visible ? "show" : "";
-        if (virtuals.screen.ForegroundWindow() == &window) all += " front";
-        if (virtuals.screen.beeps > 0) all += " beep";
+        if (around.screen.ForegroundWindow() == &window) all += " front";
+        if (around.screen.beeps > 0) all += " beep";
         if (channel != nullptr && channel->Timer1.Enabled) all += " flash";
         if (!notices.empty()) all += " notice";
         if (window.HasNews) all += " news";
@@ -115,32 +108,27 @@ class WindowsTest : public testing::Test, public ChatSession {
         return all;
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform virtuals{time, network};
-    GlobError globError{virtuals.platform};
-    ComponentSettings settings{virtuals.settings};
     HostGate gate{settings};
     RecordingHost host;
-    modEmotions emotions{virtuals.files, globError};
-    modNickDecode nicks{globError, virtuals.files};
+    modEmotions emotions{around.files, globError};
+    modNickDecode nicks{globError, around.files};
     PluginFactories factories;
-    modPluginManager plugins{virtuals.files, globError};
-    modCommands commands{virtuals.platform, globError, {}};
+    modPluginManager plugins{around.files, globError};
+    modCommands commands{around.platform, globError, {}};
     ChatColors colours;
     SingleForm<frmEmoticons> picker{
-        virtuals.platform,
-        [this] { return std::make_unique<frmEmoticons>(virtuals.platform, globError, emotions); }};
+        around.platform,
+        [this] { return std::make_unique<frmEmoticons>(around.platform, globError, emotions); }};
     int living = 0;  // plug-ins
     Act act;
     Texts heard;  // by the plug-in
     Texts sent;
     Texts shownAtSend;  // in the first private window
     int refreshes = 0;
-    ChatSurroundings around{virtuals.platform, globError, settings, gate,    emotions, nicks,
-                            factories,         plugins,   commands, colours, *this,    picker};
-    modChanWinManager channels{around};
-    modWinManager privates{around};
+    ChatSurroundings surroundings{around.platform, globError, settings, gate,    emotions, nicks,
+                                  factories,       plugins,   commands, colours, *this,    picker};
+    modChanWinManager channels{surroundings};
+    modWinManager privates{surroundings};
 };
 
 }  // namespace talvora::test

@@ -1,7 +1,5 @@
 // Models of bars, boxes, lists and trees in their widgets, by code and by hand.
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
@@ -17,6 +15,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "Vocabulary.h"
 #include "desktop/Binding.h"
 #include "desktop/ListTree.h"
 #include "desktop/NodeTree.h"
@@ -49,8 +48,6 @@ class BindingTest : public testing::Test {
     QWidget window;
     Subscriptions on;
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(BindingTest, AForm) {
     CommandButton send("Send", false);

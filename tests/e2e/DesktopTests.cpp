@@ -20,17 +20,32 @@ class Windows : public testing::Test {
     }
 };
 
-TEST_F(Windows, TwoUsersTalkOverThem) {
-    IrcServer server(ServerKind::Ngircd);
-    const Screen screen;
-    OrreryProcess nikos(server, {.nick = "Nikos", .channels = "#one|"});
-    nikos.gate().expectNumeric(366, {"#one"});
+// Maria has windows.
+struct MariaAndNikos {
+    MariaAndNikos() {
+        for (OrreryProcess* user : {&nikos, &maria}) user->gate().expectNumeric(366, {"#one"});
+    }
+    // She goes, and nothing has failed.
+    void mariaLeaves() {
+        EXPECT_EQ(maria.terminate(), 0) << maria.process().output();
+        EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos)
+            << maria.process().output();
+    }
 
-    OrreryOptions options{.nick = "Maria", .channels = "#one|"};
-    options.settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"};
-    options.screen = screen.environment();
-    OrreryProcess maria(server, options);
-    maria.gate().expectNumeric(366, {"#one"});
+    IrcServer server{ServerKind::Ngircd};
+    Screen screen;
+    OrreryProcess nikos{server, {.nick = "Nikos", .channels = "#one|"}};
+    OrreryProcess maria{
+        server,
+        {.nick = "Maria",
+         .channels = "#one|",
+         .settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"},
+         .screen = screen.environment()}};
+};
+
+TEST_F(Windows, TwoUsersTalkOverThem) {
+    MariaAndNikos users;
+    auto& [server, screen, nikos, maria] = users;
     maria.gate().send(HostMsg::ShowWindow, 1);
     const std::string main = screen.expectWindow("Talvora");
 
@@ -58,21 +73,12 @@ TEST_F(Windows, TwoUsersTalkOverThem) {
     EXPECT_EQ(again.waitExit(), 0);
     again.expectOutput("already running");
     screen.expectActive("Talvora");
-
-    EXPECT_EQ(maria.terminate(), 0);
-    EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
+    users.mariaLeaves();
 }
 
 TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
-    IrcServer server(ServerKind::Ngircd);
-    const Screen screen;
-    OrreryProcess nikos(server, {.nick = "Nikos", .channels = "#one|"});
-    nikos.gate().expectNumeric(366, {"#one"});
-    OrreryOptions options{.nick = "Maria", .channels = "#one|"};
-    options.settings = {"ChanSettings/CreateOnPM=T", "Settings/RealName=Work.Here", "Settings/ShowMOTD=0"};
-    options.screen = screen.environment();
-    OrreryProcess maria(server, options);
-    maria.gate().expectNumeric(366, {"#one"});
+    MariaAndNikos users;
+    auto& [server, screen, nikos, maria] = users;
     const std::string bar = "Talvora windows";
     screen.movePointer(400, 500);
     nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria", "are you there?"});
@@ -100,8 +106,7 @@ TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
     screen.press("Escape");
     screen.expectNoWindow(bar);
     screen.expectActive("Channel - #One");
-    EXPECT_EQ(maria.terminate(), 0) << maria.process().output();
-    EXPECT_EQ(maria.process().output().find("Description: "), std::string::npos) << maria.process().output();
+    users.mariaLeaves();
 }
 
 TEST_F(Windows, AskThreeThingsAtTheFirstStart) {

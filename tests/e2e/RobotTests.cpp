@@ -1,7 +1,6 @@
 // The real robot on a real IRC server, as its users' programs meet it.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpSocket>

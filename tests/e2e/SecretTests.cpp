@@ -2,7 +2,6 @@
 // components live in this process, each on sockets of its own, and the test works their windows.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>

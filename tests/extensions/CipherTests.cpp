@@ -1,35 +1,24 @@
 // The cipher held against the vectors of docs/cipher.md, which another program has made, and the plug-in that
 // uses it, with two of them talking over their windows' bus.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 
+#include "Vocabulary.h"
 #include "extensions/plg_Encrypt.h"
 #include "platform/Text.h"
 #include "simulation/FaultOf.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
-
-class CipherTest : public testing::Test {
+class CipherTest : public testing::Test, public VirtualMachine {
   protected:
     CipherTest() { around.questions.answerFaults(Answer::Abort); }
     std::string encrypt(const std::string& text, std::string key) { return cipher.DCGEncryptText(text, key); }
     std::string decrypt(const std::string& text, std::string key) { return cipher.DCGDecryptText(text, key); }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
-    ComponentSettings settings{around.settings};
     Random random;
     modEncryption cipher{random, time, around.clock};
 };

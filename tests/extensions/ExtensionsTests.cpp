@@ -1,29 +1,24 @@
 // The plug-in slots of a chat window and the bus through them, on the virtual platform, with plug-ins that do
 // what a test tells them; and plug-ins from the shared libraries of a real folder.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <stdexcept>
 
+#include "Vocabulary.h"
 #include "extensions/PluginSlots.h"
 #include "extensions/modPluginManager.h"
 #include "platform_qt/PosixPluginLibraries.h"
 #include "platform_qt/TemporaryFolder.h"
 #include "simulation/FaultOf.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
-class SlotsTest : public testing::Test, public PluginWindow {
+class SlotsTest : public testing::Test, public VirtualMachine, public PluginWindow {
   protected:
     struct TestPlugin final : ChatPlugin {
         explicit TestPlugin(SlotsTest& test) : living(test.living), heard(test.heard) { ++living; }
@@ -63,11 +58,7 @@ class SlotsTest : public testing::Test, public PluginWindow {
     }
     Texts take(Texts& from) { return std::exchange(from, {}); }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
     Texts& reports = around.questions.asked;
-    GlobError globError{around.platform};
     PluginFactories factories;
     int living = 0;
     Texts heard;  // by all plug-ins, and what the window showed and sent

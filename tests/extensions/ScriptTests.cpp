@@ -1,24 +1,18 @@
 // Script commands, their files on a disk, and the window that keeps them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <fstream>
 #include <map>
 
+#include "Vocabulary.h"
 #include "extensions/frmScripts.h"
 #include "platform/Text.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
-
-class ScriptTest : public testing::Test, public ScriptWindow {
+class ScriptTest : public testing::Test, public VirtualMachine, public ScriptWindow {
   protected:
     ScriptTest() { around.questions.answerFaults(Answer::Abort); }
     void ShowEcho(const std::string& text) override { done.push_back("shown " + text); }
@@ -34,10 +28,6 @@ class ScriptTest : public testing::Test, public ScriptWindow {
         return around.disk.content(std::string("System/") + name).value_or("none");
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
     Texts done;
     modCommands commands{around.platform,
                          globError,

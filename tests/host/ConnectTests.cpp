@@ -1,16 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "common/HostMessageNumbers.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 TEST(Connect, AnswersTheHostsMessagesAddressedToItOrToAll) {
     World world;

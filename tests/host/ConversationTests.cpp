@@ -1,25 +1,17 @@
 // Conversations between whole clients in one process: what one user does is seen in the other's windows.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
+#include "Vocabulary.h"
 #include "common/HostMessageNumbers.h"
 #include "simulation/Relay.h"
 
 namespace talvora::test {
 namespace {
 
-using namespace std::chrono_literals;
 using namespace std::string_literals;
-using testing::AllOf;
-using testing::Contains;
 using testing::Each;
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 // Each row as its key, its text and what stands in its column.

@@ -1,9 +1,7 @@
 // Secret talks and script commands between whole clients in one process: what one types in his window, what
 // the server gets of it, and what the other one's window shows.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "extensions/plg_Encrypt.h"
 #include "platform/Text.h"
 #include "simulation/Relay.h"
@@ -11,11 +9,7 @@
 namespace talvora::test {
 namespace {
 
-using namespace std::chrono_literals;
-using testing::AllOf;
 using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
 
 const std::string Unreadable = "[Maria] (Encrypted data)";
 

@@ -1,26 +1,21 @@
 #pragma once
 // An engine on virtual time with a scripted server at its endpoint.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "irc/IRCServ.h"
 #include "platform/Text.h"
 #include "simulation/EventLog.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 
 inline std::string replaced(const std::string& text, const char* what, const char* by) {
     return Replace(text, what, by);
 }
 
-class EngineTest : public testing::Test {
+class EngineTest : public testing::Test, public VirtualMachine {
   protected:
     // Connects, and logs on as `me` unless told otherwise.
     void online() {
@@ -41,11 +36,7 @@ class EngineTest : public testing::Test {
         return log.take();
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
     ScriptedServer& server = network.server("irc.test", 6667);
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
     Random random;
     IRCServ engine{around.platform, globError, random, network.CreateSocket({})};
     EventLog log{engine};

@@ -1,13 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "mail/MailRig.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 std::vector<std::string> taken(MailRig& rig) {
     return std::exchange(rig.told, {});

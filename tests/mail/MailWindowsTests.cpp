@@ -1,17 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "mail/MailFile.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 std::string mailFrom(const std::string& nick, const std::string& subject, const std::string& body = "text") {
     return MailFile::IncomingHead(nick, "14/03/2026 08:30:00", "13/03/2026 22:00:00", subject) + body +

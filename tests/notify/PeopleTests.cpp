@@ -1,14 +1,10 @@
 // The bar of the open windows and the window of what is known of a user, in a whole client.
 
-#include <gmock/gmock.h>
-
+#include "Vocabulary.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::Contains;
 
 TEST(UserInformation, IsOneWindowWithFourQuestionsAndTakesAnybodysAnswer) {
     World world;

@@ -1,28 +1,22 @@
 // The small windows, each loaded anew after an unload, as the component loads them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include "Vocabulary.h"
 #include "notify/frmChanKey.h"
 #include "notify/frmMOTD.h"
 #include "notify/frmMsgBox.h"
 #include "platform/SingleForm.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
-
-class SmallWindowsTest : public testing::Test {
+class SmallWindowsTest : public testing::Test, public VirtualMachine {
   protected:
     // Types into the key dialog and presses a key there; a null pointer leaves what is offered.
     void answers(const char* typed, int key) {
         frmChanKey& form = prompt.Load();
         if (typed != nullptr) form.Text1.Text = typed;
-        virtuals.platform.Guarded.run("key", [&] {
+        around.platform.Guarded.run("key", [&] {
             form.Text1.KeyPress.raise(key);
             EXPECT_EQ(key, 0);
         });
@@ -38,23 +32,18 @@ class SmallWindowsTest : public testing::Test {
     }
     std::string keyOf(const char* channel) const { return settings.Get(Section::ChanKeys, channel, "-"); }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform virtuals{time, network};
-    GlobError globError{virtuals.platform};
-    ComponentSettings settings{virtuals.settings};
-    modEmotions emotions{virtuals.files, globError};
+    modEmotions emotions{around.files, globError};
     Texts sent;
-    SingleForm<frmChanKey> prompt{virtuals.platform, [this] {
+    SingleForm<frmChanKey> prompt{around.platform, [this] {
                                       return std::make_unique<frmChanKey>(
                                           globError, settings,
                                           [this](const std::string& line) { sent.push_back(line); });
                                   }};
-    SingleForm<frmMsgBox> notes{virtuals.platform,
-                                [this] { return std::make_unique<frmMsgBox>(virtuals.platform, globError); }};
+    SingleForm<frmMsgBox> notes{around.platform,
+                                [this] { return std::make_unique<frmMsgBox>(around.platform, globError); }};
     SingleForm<frmMOTD> motd{
-        virtuals.platform,
-        [this] { return std::make_unique<frmMOTD>(virtuals.platform, globError, settings, emotions); }};
+        around.platform,
+        [this] { return std::make_unique<frmMOTD>(around.platform, globError, settings, emotions); }};
 };
 
 TEST_F(SmallWindowsTest, KeysAreAskedForInTurnAndANewChannelComesInBetween) {
@@ -97,8 +86,8 @@ TEST_F(SmallWindowsTest, ANewChannelGetsExactlyOneMarkAndAnEmptyRoundNoDialog) {
     EXPECT_EQ(question(), "Please enter the key for channel #a  0");
     for (int i = 0; i < 20000; ++i) prompt.Load().ExecList("#more|");
     EXPECT_LE(prompt.Load().ChanList.size(), frmChanKey::LongestList);
-    virtuals.settings.FailNextSave();
-    virtuals.questions.willAnswer(Answer::Ignore);
+    around.settings.FailNextSave();
+    around.questions.willAnswer(Answer::Ignore);
     answers("key", Key::Return);
     EXPECT_EQ(question(), "Please enter the key for channel #more  0");
 }
@@ -112,11 +101,11 @@ TEST_F(SmallWindowsTest, NotesWaitForTheirTurnAndTheLastOneUnloadsTheWindow) {
     };
     for (const int i : {1, 2, 3, 4}) notes.Load().Display("text" + std::to_string(i), "title", i);
     EXPECT_EQ(stands(), "title: text1 1");
-    EXPECT_EQ(virtuals.screen.topMost, 1);
+    EXPECT_EQ(around.screen.topMost, 1);
     notes.Load().Hide();
     time.run(1s);
     EXPECT_TRUE(notes.Load().Visible) << "shown once more, a second after the load";
-    EXPECT_EQ(virtuals.screen.topMost, 2);
+    EXPECT_EQ(around.screen.topMost, 2);
     notes.Load().Label2.Click.raise();
     EXPECT_EQ(stands(), "title: text2 2");
     notes.Load().Picture1.Click.raise();
@@ -126,7 +115,7 @@ TEST_F(SmallWindowsTest, NotesWaitForTheirTurnAndTheLastOneUnloadsTheWindow) {
     notes.Load().Unload(CloseReason::UserClosesBox);
     EXPECT_EQ(notes.Get(), nullptr);
     time.run(5s);
-    EXPECT_EQ(virtuals.screen.topMost, 4 + 1);
+    EXPECT_EQ(around.screen.topMost, 4 + 1);
     notes.Load().Display("anew", "", 0);
     EXPECT_EQ(stands(), ": anew 0");
     for (int i = 0; i < 20000; ++i) notes.Load().Display(std::string(100, 'x'), "", 0);
@@ -134,7 +123,7 @@ TEST_F(SmallWindowsTest, NotesWaitForTheirTurnAndTheLastOneUnloadsTheWindow) {
 }
 
 TEST_F(SmallWindowsTest, TheMessageOfTheDayIsShownUntilTheUserHasHadEnough) {
-    virtuals.disk.put("System/emoticons.dat", "^_^:=:{\\b face}\r\n");
+    around.disk.put("System/emoticons.dat", "^_^:=:{\\b face}\r\n");
     emotions.LoadEmotions();
     motd.Load().Display("old\r\n");
     frmMOTD& form = motd.Load();

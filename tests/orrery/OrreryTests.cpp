@@ -1,6 +1,5 @@
 // What stands between the start of the host program and its first message.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -14,7 +14,7 @@
 #include "orrery/face/NoticesPage.h"
 #include "orrery/face/Welcome.h"
 #include "platform/Form.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 
 namespace talvora::test {
 namespace {
@@ -40,7 +40,7 @@ struct FakePage : SettingsPage {
     std::unique_ptr<QWidget> widget = std::make_unique<QWidget>();
 };
 
-class FaceTest : public Test {
+class FaceTest : public Test, public VirtualMachine {
   protected:
     FaceTest() {
         around.settings.SaveSetting("Talvora", "Settings", "Nickname", "Maria");
@@ -68,9 +68,6 @@ class FaceTest : public Test {
     }
 
     QTemporaryDir folder;
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform around{time, network};
     HostDatabase database;
     NetworkProfile profile;
     Folders places;

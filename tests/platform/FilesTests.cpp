@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <map>
 
 #include "platform/Files.h"
 #include "platform/WasteFolder.h"
 #include "simulation/FaultOf.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/MemoryDisk.h"
 
 namespace talvora::test {
 namespace {
@@ -27,94 +26,9 @@ struct Folder {
         std::replace(path.begin(), path.end(), '\\', '/');
         return disk.content(path).value_or("");
     }
-    void expectFaults(int fault, const std::vector<Call>& calls) {
-        for (std::size_t i = 0; i < calls.size(); ++i)
-            EXPECT_EQ(faultOf([&] { calls[i](files); }), fault) << "call " << i;
-    }
     MemoryDisk disk;
     Files files{disk};
 };
-
-TEST(FilePaths, ThatLeaveTheFolderAreRefusedBeforeAnythingIsTouched) {
-    const std::map<int, Paths> refused = {
-        {75,
-         {"..", "..\\x", "Mail\\..\\..\\x", "Mail\\..", ".\\Mail\\i1A.ml", "\\etc\\passwd",
-          "\\\\server\\share\\x", "/etc/passwd", "C:\\x", "c:x", "Mail\\out\\x", "Mail\\absolute",
-          "Mail\\outside", "Mail\\round", "Mail\\toReceived", "Received\\link"}},
-        {52,
-         {"Mail/i1A.ml", "Mail\\a/../../x", "Mail\\\\i1A.ml", std::string("Mail\\i1A.ml\0.txt", 16),
-          "Mail\\a\nb", "Mail\\a\x7F", "Mail\\a\x81", "Mail\\a:b", "Mail\\a*", "Mail\\a?", "Mail\\a|b",
-          "Mail\\a\"b", std::string(2000, 'a')}},
-        {76, {"Nowhere\\x", "Mail\\i1A.ml\\x"}}};
-    Folder folder;
-    folder.disk.makeLink("Mail/out", "../..");
-    folder.disk.makeLink("Mail/absolute", "/etc/passwd");
-    folder.disk.makeLink("Mail/outside", "../System/../../secret");
-    folder.disk.makeLink("Mail/round", "round");
-    folder.disk.makeLink("Mail/toReceived", "../Received/photo.jpg");
-    folder.disk.makeLink("Received/link", "photo.jpg");
-    folder.files.AllowReceiving(true);
-    const Paths before = folder.disk.paths();
-    for (const auto& [fault, paths] : refused) {
-        for (const auto& path : paths) {
-            SCOPED_TRACE(path);
-            folder.expectFaults(
-                fault, {[&](Files& f) { f.Open(path, FileMode::Input); },
-                        [&](Files& f) { f.Open(path, FileMode::Output); },
-                        [&](Files& f) { f.Open(path, FileMode::Binary); }, [&](Files& f) { f.Kill(path); },
-                        [&](Files& f) { f.MkDir(path); }, [&](Files& f) { f.Rewrite(path, "x"); },
-                        [&](Files& f) { f.Rename("Mail\\i1A.ml", path); }});
-        }
-    }
-    EXPECT_EQ(folder.disk.paths(), before);
-}
-
-TEST(FilePaths, FindExistingNamesInAnyCaseAndCreateInTheCaseGiven) {
-    Folder folder;
-    folder.disk.put("Mail/\xCE\x86\xCE\xBD\xCE\xBD\xCE\xB1.qrm", "greek");  // "Anna" with an accent, in UTF-8
-    folder.disk.put("Mail/\xC4\x80.qrm", "no form in the page");
-    folder.disk.makeLink("Mail/inside", "../System/Friends.lst");
-    Files& files = folder.files;
-    EXPECT_EQ(files.ReadWhole("MAIL\\\xDC\xCD\xED\xC1.QRM"), "greek");
-    EXPECT_EQ(files.ReadWhole("Mail\\inside"), "Anna\r\n");
-    EXPECT_FALSE(files.Exists("Mail\\A.qrm"));
-    files.Rewrite("SYSTEM\\friends.LST", "Maria\r\n");
-    files.Rewrite("system\\New.lst", "new");
-    files.Rename("mail\\i1a.ml", "Mail\\I1A.ML");
-    EXPECT_EQ(folder.content("System/Friends.lst"), "Maria\r\n");
-    EXPECT_EQ(folder.content("System/New.lst"), "new");
-    EXPECT_EQ(folder.content("Mail/I1A.ML"), "one\r\ntwo\r\n");
-    EXPECT_EQ(files.List("Mail", "*.QRM"), (Paths{"\xA2\xED\xED\xE1.qrm"}));
-}
-
-TEST(FilePatterns, FitAsInTheListOfMails) {
-    Folder folder;
-    for (const char* name : {"Box/i2.qrm", "Box/I1.qrm", "Box/o1.qrm", "Box/i1.qrm.tmp", "Box/i3.qrm/folder"})
-        folder.disk.put(name, "");
-    EXPECT_EQ(folder.files.List("Box", "i*.qrm"), (Paths{"I1.qrm", "i2.qrm"}));
-    EXPECT_EQ(folder.files.List("Box", "?1.qrm"), (Paths{"I1.qrm", "o1.qrm"}));
-    EXPECT_EQ(folder.files.List("Box\\", "*1*.*m*p"), (Paths{"i1.qrm.tmp"}));
-    EXPECT_EQ(folder.files.List("Box").size(), 4U);
-}
-
-TEST(ReceivedFiles, AreLeftAloneUntilAnOfferStands) {
-    Folder folder;
-    const Paths before = folder.disk.paths();
-    folder.expectFaults(70, {[](Files& f) { f.Open("Received\\new", FileMode::Output); },
-                             [](Files& f) { f.Open("RECEIVED\\photo.jpg", FileMode::Binary); },
-                             [](Files& f) { f.Open("Received\\photo.jpg", FileMode::Append); },
-                             [](Files& f) { f.Kill("received\\PHOTO.jpg"); },
-                             [](Files& f) { f.Discard("Received\\photo.jpg"); },
-                             [](Files& f) { f.Rename("Received\\photo.jpg", "Mail\\x"); },
-                             [](Files& f) { f.Rename("Mail\\i1A.ml", "Received\\x"); },
-                             [](Files& f) { f.Replace("Mail\\i1A.ml", "Received\\photo.jpg"); },
-                             [](Files& f) { f.FileCopy("Mail\\i1A.ml", "Received\\photo.jpg"); },
-                             [](Files& f) { f.Rewrite("Received\\photo.jpg", "x"); },
-                             [](Files& f) { f.AppendRecord("Received\\photo.jpg", "x"); },
-                             [](Files& f) { f.MkDir("Received\\sub"); }});
-    EXPECT_EQ(folder.disk.paths(), before);
-    EXPECT_EQ(folder.content("Received/photo.jpg"), "old");
-}
 
 TEST(ReceivedFiles, GoToTheWasteBasketBeforeTheyAreEmptiedOrDeleted) {
     Folder folder;
@@ -189,39 +103,6 @@ TEST(OpenFiles, ReadLinesWhateverTheirEnds) {
     int faults = 0;
     while (!endless.AtEnd() && faults < 10) faults += faultOf([&] { endless.ReadLine(); }) != 0 ? 1 : 0;
     EXPECT_LT(faults, 4);
-}
-
-TEST(OpenFiles, FaultAsTheClassicOnesDo) {
-    Folder folder;
-    folder.disk.picked["/home/a/b.txt"] = "picked";
-    folder.expectFaults(
-        53, {[](Files& f) { f.Open("Mail\\none", FileMode::Input); }, [](Files& f) { f.Kill("Mail\\none"); },
-             [](Files& f) { f.FileLen("Mail\\none"); }});
-    folder.expectFaults(
-        75, {[](Files& f) { f.Open("Mail", FileMode::Output); }, [](Files& f) { f.Kill("Mail"); }});
-    folder.expectFaults(58, {[](Files& f) { f.Rename("Mail\\i1A.ml", "System\\Friends.lst"); }});
-    folder.expectFaults(70, {[](Files& f) { f.FileCopy("Mail\\i1A.ml", "Mail\\I1A.ml"); }});
-    File in = folder.files.Open("Mail\\i1A.ml", FileMode::Input);
-    File again = folder.files.Open("mail\\i1a.ml", FileMode::Input);
-    File out = folder.files.Open("Mail\\new", FileMode::Output);
-    File picked = folder.files.OpenPicked("/home/a/b.txt");
-    folder.expectFaults(
-        55, {[](Files& f) { f.Open("Mail\\i1A.ml", FileMode::Output); },
-             [](Files& f) { f.Kill("Mail\\i1A.ml"); }, [](Files& f) { f.Rewrite("Mail\\i1A.ml", ""); },
-             [](Files& f) { f.Open("Mail\\new", FileMode::Input); },
-             [](Files& f) { f.Rename("Mail\\i1A.ml", "Mail\\x"); },
-             [](Files& f) { f.Replace("Mail\\i1A.ml", "System\\Friends.lst"); },
-             [](Files& f) { f.Replace("System\\Friends.lst", "Mail\\i1A.ml"); }});
-    folder.expectFaults(54, {[&](Files&) { in.WriteLine("x"); }, [&](Files&) { in.Put(1, "x"); },
-                             [&](Files&) { out.ReadLine(); }});
-    EXPECT_EQ(picked.Get(3, 10), "cked");
-    folder.expectFaults(63, {[&](Files&) { picked.Get(0, 1); }});
-    folder.expectFaults(70, {[&](Files&) { picked.Put(1, "x"); }});
-    folder.files.CloseAll();
-    EXPECT_EQ(folder.disk.openHandles(), 0);
-    folder.expectFaults(52, {[&](Files&) { out.WriteLine("x"); }, [&](Files&) { in.AtEnd(); },
-                             [](Files&) { File().ReadLine(); }});
-    folder.files.Kill("Mail\\new");
 }
 
 TEST(OpenFiles, AreAsTheyWereAfterAFaultSoThatItCanBeDoneAgain) {

@@ -1,9 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <array>
 #include <cmath>
 #include <unordered_map>
 
+#include "Vocabulary.h"
 #include "platform/Text.h"
 #include "simulation/FaultOf.h"
 
@@ -11,7 +10,6 @@ namespace talvora::test {
 
 using std::string;
 using std::string_view;
-using testing::ElementsAre;
 using Number = std::pair<string_view, double>;
 
 TEST(Case, FollowsThePageAndNotTheLocale) {

@@ -1,16 +1,14 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
 
 #include <array>
 #include <csignal>
 
+#include "Vocabulary.h"
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/HeadlessQuestions.h"
 #include "simulation/VirtualTime.h"
 
 namespace talvora::test {
-
-using namespace std::chrono_literals;
 
 struct HeadlessQuestionsTest : testing::Test {
     HeadlessQuestionsTest() {

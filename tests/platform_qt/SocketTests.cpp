@@ -15,22 +15,15 @@
 #include <memory>
 #include <thread>
 
-#include "RealWorld.h"
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/QtPlatform.h"
+#include "platform_qt/Worlds.h"
 #include "simulation/FaultOf.h"
-#include "simulation/VirtualTime.h"
 
 namespace talvora::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::string patterned(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 2654435761U >> 24);
-    return bytes;
-}
 
 // A listener of the system's own sockets, which does what no Winsock does.
 struct RawPeer {
@@ -71,24 +64,6 @@ struct Sockets : testing::TestWithParam<bool> {
     Endpoint& client = both.client;
     Endpoint& server = both.server;
 };
-
-TEST_P(Sockets, TalkBothWaysAndConnectAgainAfterAClose) {
-    EXPECT_EQ(client.socket.State(), SocketState::Connected);
-    EXPECT_THROW(client.socket.Connect(), RuntimeError);
-    EXPECT_EQ(server.socket.RemoteHost, "127.0.0.1");
-    EXPECT_EQ(server.socket.RemotePort, client.socket.BoundPort());
-    client.operation([&] { client.socket.SendData(std::string("a\0\xff", 3)); });
-    server.untilSaw("Data");
-    EXPECT_EQ(server.data, std::string("a\0\xff", 3));
-    server.socket.SendData("back");
-    client.untilSaw("Data");
-    EXPECT_EQ(client.data, "back");
-    client.socket.Close();
-    EXPECT_THROW(client.socket.SendData("x"), RuntimeError);
-    client.connectTo("127.0.0.1", both.door.socket.BoundPort());
-    client.untilSaw("Data;Connect");
-    EXPECT_EQ(client.log, "Connect;Data;Connect;");
-}
 
 TEST_P(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
     std::map<int, int> idle;  // seconds until the first question, by port of this end
@@ -177,24 +152,6 @@ TEST_P(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
     }
 }
 
-TEST_P(Sockets, TellTheEndOnlyWhenEverythingWasTaken) {
-    for (const std::string& sent : {std::string("last words"), patterned(900'000)}) {
-        Connection one(world);
-        one.client.taking = false;
-        one.server.socket.SendData(sent);
-        one.server.socket.Close();
-        one.client.untilSaw("Data");
-        world.settle();
-        EXPECT_EQ(one.client.log, "Connect;Data;");
-        one.client.operation([&] { one.client.socket.GetData(one.client.data); });
-        EXPECT_LE(one.client.data.size(), 256U * 1024);
-        one.client.taking = true;
-        one.client.untilSaw("Close");
-        EXPECT_EQ(one.client.log, "Connect;Data;Close;");
-        EXPECT_TRUE(one.client.data == sent);
-    }
-}
-
 TEST_P(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     const std::string sent = patterned(8 * 1024 * 1024);
     server.taking = false;
@@ -209,50 +166,8 @@ TEST_P(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     };
     echo();
     server.then = [&](const std::string&) { echo(); };
-    RealWorld::until([&] { return client.data.size() >= sent.size(); });
+    world.until([&] { return client.data.size() >= sent.size(); });
     EXPECT_TRUE(client.data == sent);
-}
-
-TEST_P(Sockets, DeliverWhatWasSentBeforeAClose) {
-    client.taking = false;
-    server.socket.SendData(patterned(4'000'000));  // unread bytes must not turn the end into a reset
-    client.untilSaw("Data");
-    const std::string sent = patterned(3'000'000) + "QUIT";
-    client.socket.SendData(sent);
-    client.socket.Close();
-    client.socket.Close();
-    server.untilSaw("Close");
-    EXPECT_TRUE(server.data == sent);
-    EXPECT_FALSE(server.saw("Error"));
-    EXPECT_EQ(client.log, "Connect;Data;");
-}
-
-TEST_P(Sockets, MayBeClosedOrDestroyedInAnyEvent) {
-    for (const std::string event :
-         {"Connect", "Data", "Close", "Error", "!Connect", "!Data", "!Close", "!Error"}) {
-        const bool destroy = event[0] == '!';
-        const std::string when = event.substr(destroy ? 1 : 0);
-        Endpoint door(world), accepted(world);
-        door.then = [&](const std::string&) {
-            accepted.socket.Accept(door.socket);
-            accepted.socket.SendData("hello");
-            if (when == "Close") accepted.socket.Close();
-        };
-        door.listen();
-        const int port = door.socket.BoundPort();
-        if (when == "Error") door.socket.Close();
-        auto caller = std::make_unique<Endpoint>(world);
-        bool ended = false;
-        caller->then = [&](const std::string& now) {
-            EXPECT_FALSE(ended) << now << " behind the end";
-            if (!now.starts_with(when)) return;
-            ended = true;
-            destroy ? caller.reset() : caller->socket.Close();
-        };
-        caller->connectTo("127.0.0.1", port);
-        RealWorld::until([&] { return ended; });
-        world.settle();
-    }
 }
 
 // It is destroyed at last in the middle of a turn that it keeps.
@@ -275,7 +190,7 @@ TEST(SocketsThatAnswerAtOnce, KeepTheTurnForAQuickPeerOnlyAndNotForLong) {
             if (enough || ++messages > mostMessages) caller.reset();
         };
         caller->connectTo("127.0.0.1", echo.peer.port());
-        RealWorld::until([&] { return caller == nullptr; });
+        world.until([&] { return caller == nullptr; });
         EXPECT_GE(ticks, 10) << "in " << messages << " messages";
         EXPECT_LE(messages, mostMessages) << "and never more than " << most << " in a turn";
         if (rest > 0ms) EXPECT_EQ(most, 1);
@@ -295,7 +210,7 @@ TEST_P(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
         callers.back().untilSaw("Connect");
     }
     callers.back().untilSaw("Close");
-    RealWorld::until([&] { return requests == 16; });
+    world.until([&] { return requests == 16; });
     world.settle();
     EXPECT_EQ(requests, 16);
     for (int i = 0; i < 16; ++i) {

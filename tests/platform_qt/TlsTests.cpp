@@ -7,7 +7,7 @@
 #include <QTemporaryDir>
 #include <cstdlib>
 
-#include "RealWorld.h"
+#include "Worlds.h"
 
 namespace talvora::test {
 namespace {
@@ -69,7 +69,7 @@ TEST(Tls, ConnectsOnlyWhereTheCertificateVerifies) {
     for (const auto& one : cases) {
         Endpoint client(world, {true, one.authorities});
         client.connectTo("localhost", one.port);
-        RealWorld::until([&] { return client.saw("Data") || client.saw("Error"); });
+        world.until([&] { return client.saw("Data") || client.saw("Error"); });
         EXPECT_EQ(client.log, one.outcome);
         EXPECT_THAT(client.description, testing::StartsWith(one.words));
         EXPECT_EQ(client.data, client.saw("Data") ? peer.greeting : "");
@@ -94,12 +94,12 @@ TEST(Tls, LosesNothingAtEitherEndAndTellsTheEndLast) {
         } else {
             EXPECT_LE(client.data.size(), 512U * 1024);
         }
-        RealWorld::until([&] { return client.data.size() == peer.greeting.size(); });
+        world.until([&] { return client.data.size() == peer.greeting.size(); });
         if (closes) continue;
         const std::string sent = std::string(1'000'000, 's') + "QUIT";
         client.socket.SendData(sent);
         client.socket.Close();
-        RealWorld::until([&] { return peer.ended; });
+        world.until([&] { return peer.ended; });
         EXPECT_TRUE(peer.got == sent);
     }
 }

@@ -1,22 +1,17 @@
 // Announcements between whole clients and the real robot, in one process.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
 #include <map>
 
+#include "Vocabulary.h"
 #include "platform/Text.h"
 #include "simulation/robot/RobotInWorld.h"
 
 namespace talvora::test {
 namespace {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class AnnouncementStory : public testing::Test {

@@ -5,8 +5,6 @@
 namespace talvora::test {
 namespace {
 
-using testing::Contains;
-
 TEST(Robot, AnswersSoManyRequestsOfANickAMinute) {
     RobotWorld world;
     world.config.RequestsPerMinute = 3;

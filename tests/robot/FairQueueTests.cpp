@@ -6,9 +6,6 @@
 namespace talvora::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
 using Topic = FairQueue::Topic;
 
 struct FairQueueTest : testing::Test, Timeline {

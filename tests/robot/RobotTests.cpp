@@ -5,10 +5,6 @@
 namespace talvora::test {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 TEST(Robot, LogsOnFurnishesItsChannelAndComesBack) {
     RobotWorld world;
     world.config.OnLogin = {"OPER orrery secret"};
@@ -182,6 +178,7 @@ TEST(Robot, TurnsAndDialoguesLapse) {
 
 TEST(Robot, AMailIsErasedWhenItsTimeIsOverAndNotWhenTheWallClockJumps) {
     RobotWorld world;
+    world.config.KeepDays = 1;
     world.around.clock.ahead = std::chrono::days(400);  // wrong at the start already
     world.start();
     world.sends("Maria", "Nikos", "wrong date:2:E", {"1"});
@@ -205,6 +202,11 @@ TEST(Robot, AMailIsErasedWhenItsTimeIsOverAndNotWhenTheWallClockJumps) {
     world.plays({"Nikos> MAIL  7 0 | MAIL NOTEXIST"});
     EXPECT_EQ(world.store->TotalsOf("Nikos").Mails, 1) << "the clock has been right for an hour";
     EXPECT_EQ(world.store->TotalsOf("Anna").Mails, 5);
+    world.sends("Maria", "Zoe", "longer than any is kept:9000:E", {"1"});
+    for (const int kept : {1, 0}) {
+        world.time.jump(kept == 1 ? 23h : 2h);
+        EXPECT_EQ(world.store->TotalsOf("Zoe").Mails, kept);
+    }
 }
 
 TEST(Robot, WhatTheStoreCannotKeepIsNotConfirmedAndTheRestGoesOn) {

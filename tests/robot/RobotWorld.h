@@ -3,18 +3,15 @@
 // "Maria> MAIL OK | MAIL DUMP 1" Maria says "MAIL OK" to the robot and hears "MAIL DUMP 1", and nobody hears
 // anything else; plain texts and notices are marked as such. Dates are shown as DATE.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "Vocabulary.h"
 #include "simulation/robot/RobotInWorld.h"
 
 namespace talvora::test {
 
-using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
 
 struct Timeline {

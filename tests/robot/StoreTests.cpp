@@ -1,8 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <chrono>
 #include <optional>
 
+#include "Vocabulary.h"
 #include "platform_qt/Flushes.h"
 #include "robot/RobotStore.h"
 #include "robot/StorePlaces.h"
@@ -11,20 +10,21 @@
 namespace talvora::test {
 namespace {
 
-using testing::ElementsAre;
-
 class RobotStores : public testing::TestWithParam<std::string> {
   protected:
     void SetUp() override {
         if (GetParam() == "Sqlite") {
-            place_ = std::make_unique<SqlitePlace>();
+            place_ = std::make_shared<SqlitePlace>();
         } else if (PostgresPlace::programs().isEmpty() || !QSqlDatabase::isDriverAvailable("QPSQL")) {
             GTEST_SKIP() << "PostgreSQL or Qt's plug-in for it is not installed";
         } else {
-            place_ = std::make_unique<PostgresPlace>();
+            if (server_ == nullptr) server_ = std::make_shared<PostgresPlace>();
+            server_->meddle({"DROP SCHEMA public CASCADE", "CREATE SCHEMA public"});
+            place_ = server_;
         }
         reopen();
     }
+    static void TearDownTestSuite() { server_.reset(); }
 
     void reopen() {
         store_.reset();
@@ -61,7 +61,8 @@ class RobotStores : public testing::TestWithParam<std::string> {
         return all;
     }
 
-    std::unique_ptr<StorePlace> place_;
+    static inline std::shared_ptr<StorePlace> server_;  // one for all, since its start costs seconds
+    std::shared_ptr<StorePlace> place_;
     std::optional<RobotStore> store_;
     std::vector<std::string> ends;
 };

@@ -1,17 +1,11 @@
 #pragma once
 // A main window logged on to a server that the test plays, with windows that only tell.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
+#include "simulation/VirtualMachine.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // The windows that the session calls for; what they are told is kept.
 struct Windows : Nobody {
@@ -28,7 +22,7 @@ struct Windows : Nobody {
     std::function<void()> removing;
 };
 
-class ChannelPanelTest : public testing::Test {
+class ChannelPanelTest : public testing::Test, public VirtualMachine {
   protected:
     ChannelPanelTest() {
         to.Keys = windows;
@@ -62,12 +56,7 @@ class ChannelPanelTest : public testing::Test {
         return all;
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
     ScriptedServer& server = network.server("irc.test", 6667);
-    VirtualPlatform around{time, network};
-    GlobError globError{around.platform};
-    ComponentSettings settings{around.settings};
     HostGate gate{settings};
     Account account;
     Random random;

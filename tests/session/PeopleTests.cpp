@@ -1,16 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using Texts = std::vector<std::string>;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr const char* ListFile = "System/Friends.lst";
 

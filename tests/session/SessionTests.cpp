@@ -6,7 +6,6 @@ namespace talvora::test {
 namespace {
 
 using namespace std::string_literals;
-using testing::Not;
 
 TEST(Session, TheFirstLogOnJoinsTheSystemChannelAndThenTheSavedOnes) {
     World world;

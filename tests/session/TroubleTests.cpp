@@ -1,14 +1,11 @@
 // The quiet line of trouble, as the user reads it while a session goes wrong in every way.
 
-#include <gtest/gtest.h>
-
+#include "Vocabulary.h"
 #include "common/HostMessageNumbers.h"
 #include "simulation/World.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 class TroubleTest : public testing::Test {
   protected:

@@ -1,8 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cerrno>
 
+#include "Vocabulary.h"
 #include "common/HostMessageNumbers.h"
 #include "platform/Text.h"
 #include "settings/Settings.h"
@@ -11,12 +9,6 @@
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 // Every key of the page, with what it holds when the page has been saved as it came.
 constexpr const char* firstSave =

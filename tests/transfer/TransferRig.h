@@ -1,27 +1,16 @@
 #pragma once
 // Two whole clients in one world who send each other files, and strangers in the place of either.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
+#include "Vocabulary.h"
 #include "platform/CodePage1253.h"
 #include "platform/Text.h"
 #include "simulation/Relay.h"
 #include "transfer/FormatBit.h"
 
 namespace talvora::test {
-
-using namespace std::chrono_literals;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using Texts = std::vector<std::string>;
 
 constexpr const char* anna = "Anna";
 constexpr const char* bob = "Bob";

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 
 #include "common/HostMessageNumbers.h"
 #include "platform/CodePage1253.h"
@@ -13,8 +12,6 @@ namespace talvora {
 
 namespace {
 
-constexpr std::int32_t pluginID = 1;
-
 void tell(const std::string& line) {
     timespec time{};
     ::clock_gettime(CLOCK_MONOTONIC, &time);
@@ -23,43 +20,22 @@ void tell(const std::string& line) {
     std::fflush(stdout);
 }
 
-std::string dataFolder(const std::string& folder) {
-    const std::filesystem::path data = std::filesystem::path(folder) / "data";
-    std::filesystem::create_directories(data / "Received");
-    if (!std::filesystem::exists(data / "System"))
-        std::filesystem::copy(TALVORA_SOURCE_DIR "/data/System", data / "System");
-    return data.string();
-}
-
 }  // namespace
 
 FileClient::FileClient(const std::string& folder, const std::string& nick, const NetworkProfile& profile)
-    : settings_(folder + "/settings.db"),
-      disk_(dataFolder(folder)),
-      profile_(profile),
-      component_(HostServices{platform_.platform(), profile_}) {
-    ComponentSettings(settings_).Save(Section::Settings, "Nickname", nick);
+    : client_(folder, nick, profile) {
     watch();
-    component_.Init(database_, pluginID);
+    client_.Init();
 }
 
 void FileClient::watch() {
-    TransferDesk& desk = component_.Transfers();
-    on_ += desk.Receiver.Loaded.connect([this](frmReceiveFile& form) { watchReceiver(form); });
-    on_ += desk.Dialog.Loaded.connect([this](frmSendFile& form) { watchDialog(form); });
-    on_ += desk.Status.Loaded.connect([this](frmTransferStatus& form) { watchSender(form); });
-    on_ += desk.History.Changed.connect([this] { tellHistory(); });
-    on_ += database_.MessageBroadcasted.connect([](const HostMessage& message) {
+    on_ += desk().Receiver.Loaded.connect([this](frmReceiveFile& form) { watchReceiver(form); });
+    on_ += desk().Dialog.Loaded.connect([this](frmSendFile& form) { watchDialog(form); });
+    on_ += desk().Status.Loaded.connect([this](frmTransferStatus& form) { watchSender(form); });
+    on_ += desk().History.Changed.connect([this] { tellHistory(); });
+    on_ += client_.Database.MessageBroadcasted.connect([](const HostMessage& message) {
         if (message.MsgID == HostMsg::ServerNumeric) tell("numeric " + message.Data.at(0).text());
     });
-}
-
-void FileClient::Start() {
-    HostMessage message;
-    message.MsgID = HostMsg::Start;
-    message.FromID = HostAddress::Host;
-    message.ToID = pluginID;
-    database_.Broadcast(message);
 }
 
 void FileClient::watchReceiver(frmReceiveFile& form) {
@@ -87,7 +63,7 @@ void FileClient::watchSender(frmTransferStatus& form) {
 }
 
 void FileClient::tellHistory() {
-    const auto& files = component_.Transfers().History.Files();
+    const auto& files = desk().History.Files();
     if (files.empty() || files.size() == told_) return;
     told_ = files.size();
     const FinishedFile& file = files.front();
@@ -98,23 +74,22 @@ void FileClient::Obey(const std::string& line) {
     const std::size_t blank = std::min(line.find(' '), line.size());
     const std::string order = line.substr(0, blank);
     const std::string what = blank < line.size() ? line.substr(blank + 1) : "";
-    TransferDesk& desk = component_.Transfers();
-    if (order == "block") ComponentSettings(settings_).Save(Section::Settings, "PackageSplit", what);
+    if (order == "block") client_.Settings.Save(Section::Settings, "PackageSplit", what);
     if (order == "offer") {
         std::vector<std::string> words = Split(what, "|");
         const std::string nick = words.front();
         words.erase(words.begin());
-        desk.Offers().Offer(nick, words);
+        desk().Offers().Offer(nick, words);
     }
     if (order == "send") send(what);
     if (order == "abort") pressSender(&frmTransferStatus::Command1);
     if (order == "retry") pressSender(&frmTransferStatus::Command2);
-    if (order == "accept") desk.Receiver.Load().Command2.Click.raise();
-    if (order == "refuse") desk.Receiver.Load().Command1.Click.raise();
+    if (order == "accept") desk().Receiver.Load().Command2.Click.raise();
+    if (order == "refuse") desk().Receiver.Load().Command1.Click.raise();
 }
 
 void FileClient::send(const std::string& address) {
-    frmSendFile* const dialog = component_.Transfers().Dialog.Get();
+    frmSendFile* const dialog = desk().Dialog.Get();
     if (dialog == nullptr) return tell("there is no dialog");
     if (!address.empty()) dialog->Text1.Text = address;
     if (!dialog->Command4.Enabled) return tell("there is nothing to send");
@@ -122,7 +97,7 @@ void FileClient::send(const std::string& address) {
 }
 
 void FileClient::pressSender(CommandButton frmTransferStatus::*button) {
-    frmTransferStatus* const form = component_.Transfers().Status.Get();
+    frmTransferStatus* const form = desk().Status.Get();
     if (form != nullptr && (form->*button).Enabled) (form->*button).Click.raise();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// One whole client without a screen, on the real platform, whose file transfers are steered by lines and told
-// of in lines: who has no mouse clicks "Accept" so. `main` owns it; it needs a QCoreApplication.
+// A whole client whose file transfers are steered by lines and told of in lines: who has no mouse clicks
+// "Accept" so. `main` owns it; it needs a QCoreApplication.
 //
 // Orders, one a line; what they take is parted by "|", since paths hold blanks:
 //   block SIZE             the sender's setting `PackageSplit`
@@ -11,15 +11,9 @@
 // Answers begin with the time in seconds: "asked ...", "address ...", "sender ...", "receiver ...",
 // "sent NAME: outcome", "received NAME: outcome", and what the user would be told in boxes, without a time.
 
-#include <memory>
 #include <string>
 
-#include "host/Connect.h"
-#include "orrery/HostDatabase.h"
-#include "platform/Files.h"
-#include "platform_qt/PosixDisk.h"
-#include "platform_qt/QtPlatform.h"
-#include "platform_qt/SqliteSettings.h"
+#include "simulation/files/WholeClient.h"
 
 namespace talvora {
 
@@ -28,7 +22,7 @@ class FileClient {
     // `folder` holds settings and data.
     FileClient(const std::string& folder, const std::string& nick, const NetworkProfile& profile);
 
-    void Start();
+    void Start() { client_.Start(); }
     void Obey(const std::string& line);
 
   private:
@@ -40,13 +34,9 @@ class FileClient {
     void send(const std::string& address);
     void pressSender(CommandButton frmTransferStatus::*button);
 
-    SqliteSettings settings_;
-    PosixDisk disk_;
-    Files files_{disk_};
-    QtPlatform platform_{files_, settings_};
-    HostDatabase database_;
-    NetworkProfile profile_;
-    Connect component_;
+    TransferDesk& desk() { return client_.Component.Transfers(); }
+
+    WholeClient client_;
     Subscriptions on_;
     Subscriptions onSender_;
     Subscriptions onDialog_;

@@ -1,7 +1,5 @@
 // What a person does with announcements, and what comes of it.
 
-#include <gmock/gmock.h>
-
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -9,16 +7,13 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "Vocabulary.h"
 #include "desktop/LinkNote.h"
 #include "desktop/views/AnnouncementPanel.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class AnnouncementViews : public WindowsTest {
   protected:

@@ -1,24 +1,18 @@
 // A message from its writing to its end, by keyboard alone.
 
-#include <gmock/gmock.h>
-
 #include <QBuffer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPdfWriter>
 #include <QTabWidget>
 
+#include "Vocabulary.h"
 #include "desktop/RichPrint.h"
 #include "desktop/RichTextView.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class MailViewsTest : public WindowsTest {
   protected:

@@ -1,23 +1,17 @@
 // The users on line and the friends in the main window, by hand.
 
-#include <gmock/gmock.h>
-
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTabWidget>
 #include <memory>
 
+#include "Vocabulary.h"
 #include "desktop/NodeTree.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
 
 class PeopleViewsTest : public WindowsTest {
   protected:

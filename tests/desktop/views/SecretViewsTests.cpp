@@ -1,7 +1,5 @@
 // What a person does with encryption and scripts, and what comes of it.
 
-#include <gmock/gmock.h>
-
 #include <QCompleter>
 #include <QLabel>
 #include <QLineEdit>
@@ -9,16 +7,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "Vocabulary.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 class SecretViews : public WindowsTest {
   protected:

@@ -1,7 +1,6 @@
 // The small windows, used by keyboard.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -18,14 +17,14 @@
 #include "desktop/views/MOTDView.h"
 #include "desktop/views/MsgBoxView.h"
 #include "desktop/views/PluginViews.h"
-#include "simulation/VirtualPlatform.h"
+#include "simulation/VirtualMachine.h"
 #include "simulation/windows/RememberingFace.h"
 
 namespace talvora::test {
 
 namespace {
 
-class SmallViewsTest : public testing::Test {
+class SmallViewsTest : public testing::Test, public VirtualMachine {
   protected:
     SmallViewsTest() { face.acts = true; }
 
@@ -35,12 +34,12 @@ class SmallViewsTest : public testing::Test {
         QApplication::processEvents();
         // A window manager takes its time.
         QApplication::setActiveWindow(window);
-        virtuals.platform.Guarded.run("key", [&] {
+        around.platform.Guarded.run("key", [&] {
             QTest::sendKeyEvent(QTest::Click, target, static_cast<Qt::Key>(key), text, Qt::NoModifier);
         });
     }
     void click(QAbstractButton* button) {
-        virtuals.platform.Guarded.run("click", [&] { button->click(); });
+        around.platform.Guarded.run("click", [&] { button->click(); });
     }
     // A view goes with its form.
     static void expectGone(QPointer<QWidget>& view) {
@@ -48,16 +47,11 @@ class SmallViewsTest : public testing::Test {
         EXPECT_TRUE(view.isNull());
     }
 
-    VirtualTime time;
-    VirtualNetwork network{time};
-    VirtualPlatform virtuals{time, network};
-    GlobError globError{virtuals.platform};
-    ComponentSettings settings{virtuals.settings};
-    modEmotions emotions{virtuals.files, globError};
+    modEmotions emotions{around.files, globError};
     RememberingFace face;
-    ViewMemory memory{virtuals.settings};
+    ViewMemory memory{around.settings};
     PluginViews plugins;
-    ViewSite site{face, virtuals.platform, memory, plugins};
+    ViewSite site{face, around.platform, memory, plugins};
 };
 
 struct Typed final : EmotionTarget {
@@ -68,9 +62,9 @@ struct Typed final : EmotionTarget {
 TEST_F(SmallViewsTest, AnEmoticonIsChosenByArrowKeys) {
     std::string table;
     for (int i = 0; i < 65; ++i) table += "<b>" + std::to_string(i) + ":=:{x}\r\n";
-    virtuals.disk.put("System/emoticons.dat", table);
+    around.disk.put("System/emoticons.dat", table);
     emotions.LoadEmotions();
-    frmEmoticons form(virtuals.platform, globError, emotions);
+    frmEmoticons form(around.platform, globError, emotions);
     Typed owner;
     QPointer<QWidget> view = new EmoticonsView(form, site);
     form.Display(owner, 300, 4500);
@@ -122,7 +116,7 @@ TEST_F(SmallViewsTest, AKeyIsTypedAndAnotherQuestionSkipped) {
 }
 
 TEST_F(SmallViewsTest, NotesComeOneAfterTheOther) {
-    frmMsgBox form(virtuals.platform, globError);
+    frmMsgBox form(around.platform, globError);
     QPointer<QWidget> view = new MsgBoxView(form, site);
     form.Display("<i>one</i>", "First", 1);
     form.Display("two", "Second", 3);
@@ -130,14 +124,14 @@ TEST_F(SmallViewsTest, NotesComeOneAfterTheOther) {
     EXPECT_EQ(view->windowTitle(), QStringLiteral("First"));
     press(view, Qt::Key_Return);
     EXPECT_EQ(view->findChild<TextNote*>()->Note(), QStringLiteral("two"));
-    virtuals.platform.Guarded.run("close", [&] { view->close(); });
+    around.platform.Guarded.run("close", [&] { view->close(); });
     expectGone(view);
 }
 
 TEST_F(SmallViewsTest, TheMessageOfTheDayIsReadAndSwitchedOff) {
-    virtuals.disk.put("System/emoticons.dat", ":-):=:{x}\r\n");
+    around.disk.put("System/emoticons.dat", ":-):=:{x}\r\n");
     emotions.LoadEmotions();
-    frmMOTD form(virtuals.platform, globError, settings, emotions);
+    frmMOTD form(around.platform, globError, settings, emotions);
     QPointer<QWidget> view = new MOTDView(form, site);
     form.Display("Welcome\r\nto all");
     EXPECT_TRUE(view->isVisible());

@@ -1,7 +1,5 @@
 // Files between two users with the windows of one of them, by mouse and by keyboard.
 
-#include <gmock/gmock.h>
-
 #include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
@@ -12,15 +10,11 @@
 #include <QTabWidget>
 #include <QUrl>
 
+#include "Vocabulary.h"
 #include "desktop/views/WindowsFixture.h"
 
 namespace talvora::test {
 namespace {
-
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class TransferViews : public WindowsTest {
   protected:

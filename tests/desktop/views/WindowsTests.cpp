@@ -1,12 +1,11 @@
 // What a person does with the windows, and what comes of it.
 
-#include <gmock/gmock.h>
-
 #include <QCheckBox>
 #include <QClipboard>
 #include <QLabel>
 #include <QPointer>
 
+#include "Vocabulary.h"
 #include "common/HostMessageNumbers.h"
 #include "desktop/RichTextView.h"
 #include "desktop/Theme.h"
@@ -14,13 +13,6 @@
 
 namespace talvora::test {
 namespace {
-
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 TEST(WindowsOfTheStart, WaitUntilTheLogOnIsUnderWay) {
     DesktopWorld desktop;

@@ -1,12 +1,11 @@
 // The adapter's host between an engine's end and a server.
+#include "Vocabulary.h"
 #include "irc/wire/AdaptedSocket.h"
 #include "irc/wire/WireWorld.h"
 #include "simulation/VirtualNetwork.h"
 
 namespace talvora::test {
 namespace {
-
-using namespace std::chrono_literals;
 
 // An engine's end that notes what it is told, in order.
 struct Ends final : SocketDriver::Listener {

@@ -1,5 +1,6 @@
 #pragma once
-// What the tests of the real platform share: a loop with sockets, and running it until something holds.
+// What the tests of loops and sockets share: a loop with its network, on the real platform or on virtual
+// time, and running it until something holds.
 
 #include <gtest/gtest.h>
 
@@ -11,19 +12,32 @@
 #include "platform/Winsock.h"
 #include "platform_qt/QtLoop.h"
 #include "platform_qt/QtSockets.h"
+#include "simulation/VirtualNetwork.h"
 
 namespace talvora::test {
 
-struct RealWorld {
-    explicit RealWorld(bool atOnce = false) : answersAtOnce(atOnce) {}
+struct AnyWorld {
+    virtual ~AnyWorld() = default;
+    virtual Loop& TheLoop() = 0;
+    virtual Network& Sockets() = 0;
+    // Runs the loop until `holds`; a minute without it fails the test.
+    virtual void until(const std::function<bool()>& holds) = 0;
+    // Lets everything run that is under way on this machine.
+    virtual void settle() = 0;
+
+    Guard guard;
+    bool answersAtOnce = false;  // so do the endpoints
+};
+
+struct RealWorld final : AnyWorld {
+    explicit RealWorld(bool atOnce = false) { answersAtOnce = atOnce; }
 
     QtLoop loop;
     QtNetwork network{loop};
-    Guard guard;
-    const bool answersAtOnce;  // so do the endpoints
 
-    // Runs the loop until `holds`; a minute without it fails the test.
-    static void until(const std::function<bool()>& holds) {
+    Loop& TheLoop() override { return loop; }
+    Network& Sockets() override { return network; }
+    void until(const std::function<bool()>& holds) override {
         bool late = false;
         QTimer limit;
         limit.callOnTimeout([&late] { late = true; });
@@ -31,16 +45,37 @@ struct RealWorld {
         while (!holds() && !late) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         ASSERT_FALSE(late) << "it never came to hold";
     }
-    // Lets everything run that is under way on this machine.
-    void settle() {
+    void settle() override {
         for (int round = 0; round < 200; ++round) loop.Pump();
     }
 };
 
+struct VirtualWorld final : AnyWorld {
+    VirtualTime time;
+    VirtualNetwork network{time};
+
+    Loop& TheLoop() override { return time; }
+    Network& Sockets() override { return network; }
+    void until(const std::function<bool()>& holds) override {
+        for (int ms = 0; !holds(); ++ms) {
+            ASSERT_LT(ms, 60'000) << "it never came to hold";
+            time.run(std::chrono::milliseconds(1));
+        }
+    }
+    void settle() override { time.run(std::chrono::milliseconds(20)); }
+};
+
+// Bytes that tell if one is missing or stands elsewhere.
+inline std::string patterned(std::size_t size) {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 2654435761U >> 24);
+    return bytes;
+}
+
 // A socket of the component that keeps a log of its events.
 struct Endpoint {
-    explicit Endpoint(RealWorld& w, const Network::Security& security = {})
-        : world(w), socket(w.guard, w.network.CreateSocket(security)) {
+    explicit Endpoint(AnyWorld& w, const Network::Security& security = {})
+        : world(w), socket(w.guard, w.Sockets().CreateSocket(security)) {
         if (w.answersAtOnce) socket.AnswerAtOnce();
         on += socket.Connected.connect([this] { note("Connect"); });
         on += socket.DataArrival.connect([this] {
@@ -64,7 +99,7 @@ struct Endpoint {
     }
     bool saw(const std::string& event) const { return log.find(event) != std::string::npos; }
     void untilSaw(const std::string& event) {
-        RealWorld::until([&] { return saw(event); });
+        world.until([&] { return saw(event); });
     }
     template <class Call>
     void operation(Call call) {
@@ -82,7 +117,7 @@ struct Endpoint {
         socket.Listen();
     }
 
-    RealWorld& world;
+    AnyWorld& world;
     Winsock socket;
     Subscriptions on;
     std::string log, last, data, description;
@@ -93,7 +128,7 @@ struct Endpoint {
 
 // A listener and the two ends of one connection to it.
 struct Connection {
-    explicit Connection(RealWorld& world) : door(world), server(world), client(world) {
+    explicit Connection(AnyWorld& world) : door(world), server(world), client(world) {
         door.listen();
         client.connectTo("127.0.0.1", door.socket.BoundPort());
         door.untilSaw("Request");
