@@ -7,8 +7,21 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 namespace talvora::measure {
+
+// Runs the loop until something is so. What does not come ends the program with an error: no figure is better
+// than a program that hangs.
+void waitUntil(const char* what, const auto& isSo) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!isSo()) {
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        if (std::chrono::steady_clock::now() < end) continue;
+        std::fprintf(stderr, "This has not come within 30 seconds: %s\n", what);
+        std::_Exit(1);
+    }
+}
 
 // Whether a widget has been painted.
 class Glance final : public QObject {
@@ -20,7 +33,7 @@ class Glance final : public QObject {
     }
     // Runs the loop until it was.
     void wait() {
-        while (!seen_) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        waitUntil("a widget is painted", [this] { return seen_; });
         seen_ = false;
     }
 

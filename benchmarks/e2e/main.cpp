@@ -187,17 +187,53 @@ double busyShare(FloodServer& server, const programs::Process& process) {
     return (processorTime(process.id()) - before) / secondsSince(start) * 100;
 }
 
-// What the pointer meets is the desktop, so what is measured is what waits for it.
-void minimizeWindows() {
+std::string xdotool(std::vector<std::string> words) {
     programs::Program program;
-    program.arguments = {
-        "xdotool",        "search", "--onlyvisible", "--name", "^(Talvora|Chat.*|Channel.*)$",
-        "windowminimize", "%@"};
-    programs::Process(program).waitExit();
+    program.arguments = {"xdotool"};
+    program.arguments.insert(program.arguments.end(), words.begin(), words.end());
+    programs::Process process(program);
+    process.waitExit();
+    return process.output();
+}
+
+void waitFor(FloodServer& server, const char* what, const auto& isSo) {
+    const programs::Deadline deadline(programs::Patience);
+    while (!isSo()) {
+        if (deadline.passed()) throw programs::Missing(what);
+        server.serve(programs::Milliseconds(100));
+    }
+}
+
+// What the pointer meets is the desktop, so what is measured is what waits for it.
+void minimizeWindows(FloodServer& server) {
+    const std::vector<std::string> shown = {"search", "--onlyvisible", "--class", "^Talvora$"};
+    const auto shownAnd = [&](std::vector<std::string> further) {
+        std::vector<std::string> words = shown;
+        words.insert(words.end(), further.begin(), further.end());
+        return xdotool(words);
+    };
+    shownAnd({"windowminimize", "%@"});
+    waitFor(server, "all windows but the bar are minimized", [&] {
+        return shownAnd({"getwindowname", "%@"}) == "Talvora windows\n";
+    });
+}
+
+// It opens for the pointer, and goes again: nothing is measured of a bar that does not work.
+void openBar(FloodServer& server) {
+    const auto place = [] {
+        return xdotool({"search", "--onlyvisible", "--name", "^Talvora windows$", "getwindowgeometry"});
+    };
+    const std::string news = place();
+    xdotool({"mousemove", "10000", "2"});  // the upper right corner
+    waitFor(server, "the bar opens", [&] { return place() != news; });
+    server.serve(programs::Milliseconds(1000));
+    xdotool({"mousemove", "500", "450"});
+    waitFor(server, "the bar goes", [&] { return place() == news; });
 }
 
 void measurePointer(FloodServer& server, const programs::Process& process) {
-    minimizeWindows();
+    minimizeWindows(server);
+    openBar(server);
     const auto hand = movingPointer();
     server.serve(programs::Milliseconds(1000));
     std::vector<double> processor;

@@ -5,6 +5,7 @@
 #include <netinet/tcp.h>
 #include <sched.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -32,13 +33,12 @@ void need(bool holds) {
 
 // The next message, without its delimiter.
 void receive(int socket, std::string& message) {
+    static char room[65536];
     message.clear();
     for (std::size_t searched = 0;;) {
-        const std::size_t before = message.size();
-        message.resize(before + 65536);
-        const ssize_t size = ::read(socket, message.data() + before, 65536);
+        const ssize_t size = ::read(socket, room, sizeof room);
         need(size > 0);
-        message.resize(before + static_cast<std::size_t>(size));
+        message.append(room, static_cast<std::size_t>(size));
         const std::size_t end = message.find(delimiter, searched);
         if (end != message.npos) return message.resize(end);
         searched = message.size() < delimiter.size() ? 0 : message.size() - delimiter.size();
@@ -77,31 +77,48 @@ void sendBlocks(int socket, std::size_t block, std::size_t blocks) {
     }
 }
 
+[[noreturn]] void beSender(int socket, std::size_t block, std::size_t blocks, int processor) {
+    try {
+        keepTo(processor);
+        sendBlocks(socket, block, blocks);
+        ::_exit(0);
+    } catch (...) {
+        ::_exit(1);
+    }
+}
+
+double receiveBlocks(int socket, std::size_t blocks) {
+    std::string message;
+    std::size_t position = 1;
+    const auto start = std::chrono::steady_clock::now();
+    for (std::size_t i = 0; i < blocks; ++i) {
+        send(socket, "G" + std::to_string(position) + std::string(delimiter));
+        receive(socket, message);
+        position += message.size() - 1;
+    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
 }  // namespace
 
 double bareSeconds(std::size_t block, std::size_t blocks, int processor) {
     int ends[2];
     connectPair(ends);
-    std::thread sender([&] {
-        keepTo(processor);
-        sendBlocks(ends[0], block, blocks);
-    });
+    const pid_t sender = ::fork();
+    need(sender >= 0);
+    if (sender == 0) {
+        ::close(ends[1]);
+        beSender(ends[0], block, blocks, processor);
+    }
+    ::close(ends[0]);
     double seconds = 0;
-    std::thread receiver([&] {
+    std::thread receiver([&] {  // the caller keeps its processors
         keepTo(processor);
-        std::string message;
-        std::size_t position = 1;
-        const auto start = std::chrono::steady_clock::now();
-        for (std::size_t i = 0; i < blocks; ++i) {
-            send(ends[1], "G" + std::to_string(position) + std::string(delimiter));
-            receive(ends[1], message);
-            position += message.size() - 1;
-        }
-        seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        seconds = receiveBlocks(ends[1], blocks);
     });
-    sender.join();
     receiver.join();
-    for (const int end : ends) ::close(end);
+    ::close(ends[1]);
+    need(::waitpid(sender, nullptr, 0) == sender);
     return seconds;
 }
 

@@ -96,6 +96,11 @@ void NodeTree::carryNicks(TreeModel::NickOf nickOf) {
     setDragEnabled(true);
 }
 
+void NodeTree::takeFiles(TakeFiles take) {
+    talvora::takeFiles(*viewport(), std::move(take),
+                       [this](QPoint at) { return model_.nickAt(indexAt(at)); });
+}
+
 void NodeTree::setFilter(const QString& text) {
     byCode_ = true;
     collapseAll();  // the toolkit would remember for good each unfolded node that is hidden now

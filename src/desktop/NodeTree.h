@@ -5,6 +5,7 @@
 
 #include <QTreeView>
 
+#include "desktop/FileDrop.h"
 #include "desktop/TreeModel.h"
 
 namespace talvora {
@@ -16,6 +17,8 @@ class NodeTree final : public QTreeView {
 
     // Lets the nicks of users be dragged to where nicks are taken.
     void carryNicks(TreeModel::NickOf nickOf);
+    // Lets files fall on users whose nicks it carries.
+    void takeFiles(TakeFiles take);
     // Shows whose names hold the text, and makes the first of them current, which is no click. An empty text
     // shows all.
     void setFilter(const QString& text);

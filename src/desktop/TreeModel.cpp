@@ -140,13 +140,17 @@ QString TreeModel::accessibleText(const Node& shown) const {
 
 Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
     const Qt::ItemFlags flags = QAbstractItemModel::flags(index);
-    const bool carried = nickOf_ && index.isValid() && !node(index)->Key().empty();
-    return carried ? flags | Qt::ItemIsDragEnabled : flags;
+    return nickAt(index) ? flags | Qt::ItemIsDragEnabled : flags;
+}
+
+std::optional<std::string> TreeModel::nickAt(const QModelIndex& index) const {
+    if (!nickOf_ || !index.isValid() || node(index)->Key().empty()) return std::nullopt;
+    return nickOf_(*node(index));
 }
 
 QMimeData* TreeModel::mimeData(const QModelIndexList& indexes) const {
-    const Node* shown = indexes.isEmpty() ? nullptr : node(indexes.first());
-    return shown == nullptr || shown->Key().empty() || !nickOf_ ? nullptr : carryNick(nickOf_(*shown));
+    const auto nick = indexes.isEmpty() ? std::nullopt : nickAt(indexes.first());
+    return nick ? carryNick(*nick) : nullptr;
 }
 
 }  // namespace talvora

@@ -5,6 +5,7 @@
 #include <QAbstractItemModel>
 #include <QIcon>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -36,6 +37,8 @@ class TreeModel final : public QAbstractItemModel {
 
     // Makes nodes with a key something that can be dragged away.
     void carryNicks(NickOf nickOf) { nickOf_ = std::move(nickOf); }
+    // Of such a node.
+    std::optional<std::string> nickAt(const QModelIndex& index) const;
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;

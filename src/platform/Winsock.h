@@ -60,6 +60,9 @@ class SocketDriver {
     virtual void send(std::string_view bytes) = 0;
     // What is queued leaves now and not at the end of the turn, as far as the network takes it.
     virtual void flush() {}
+    // Before it connects or accepts: the owner answers what arrives within `onData`, and then waits for the
+    // peer. The driver may deliver the next bytes in the same turn of the loop, for some milliseconds.
+    virtual void answerAtOnce() {}
     // Moves what has arrived to the end of `to`. Bytes that are not taken stay, and beyond a bound the driver
     // stops to read from the network, so that a flooding peer has to wait.
     virtual void take(std::string& to) = 0;
@@ -100,6 +103,9 @@ class Winsock final : private SocketDriver::Listener {
     void SendData(std::string_view bytes);
     // What has been sent leaves now and not at the end of the turn: for who goes on to do something slow.
     void Flush() { driver_->flush(); }
+    // For who answers each `DataArrival` in its handler: a message to and fro then costs little more than the
+    // network does. Once, before the first connection.
+    void AnswerAtOnce() { driver_->answerAtOnce(); }
     // Appends what has arrived to `to`; what is not taken stays and holds the peer up.
     void GetData(std::string& to);
 

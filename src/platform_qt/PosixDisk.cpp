@@ -110,6 +110,15 @@ bool thereIsAWasteBasket() {
     return basket.isDir() && basket.isWritable();
 }
 
+// A large file is on its way to the disk while it is still written, so that its flush is short. What fails
+// here the flush tells.
+void writeBehind(int file, std::int64_t from, std::int64_t to) {
+    constexpr std::int64_t portion = std::int64_t{1} << 20;
+    const std::int64_t whole = to - to % portion;
+    if (from >= whole || whole < portion) return;
+    ::sync_file_range(file, whole - portion, portion, SYNC_FILE_RANGE_WRITE);
+}
+
 }  // namespace
 
 void makePrivateFolders(const std::string& nativePath) {
@@ -201,6 +210,7 @@ std::size_t PosixDisk::read(Handle file, std::int64_t at, char* to, std::size_t 
 }
 
 void PosixDisk::write(Handle file, std::int64_t at, std::string_view bytes) {
+    const std::int64_t from = at;
     while (!bytes.empty()) {
         const auto put =
             check([&] { return ::pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(at)); });
@@ -208,6 +218,7 @@ void PosixDisk::write(Handle file, std::int64_t at, std::string_view bytes) {
         at += put;
         bytes.remove_prefix(static_cast<std::size_t>(put));
     }
+    writeBehind(file, from, at);
 }
 
 std::int64_t PosixDisk::size(Handle file) {

@@ -23,7 +23,7 @@ class QtSocket final : public SocketDriver {
 
     void connect(const std::string& host, int port) override {
         drop();
-        link_ = std::make_shared<SocketLink>(loop_, listener_);
+        link_ = std::make_shared<SocketLink>(loop_, listener_, answersAtOnce_);
         link_->connectTo(host, port, security_);
     }
 
@@ -39,13 +39,14 @@ class QtSocket final : public SocketDriver {
         if (other == nullptr || other->door_ == nullptr) {
             throw RuntimeError(SocketErrors::InvalidState, "Invalid operation at current state", "Winsock");
         }
-        auto link = std::make_shared<SocketLink>(loop_, listener_);
+        auto link = std::make_shared<SocketLink>(loop_, listener_, answersAtOnce_);
         link->adopt(other->door_->next());
         drop();
         link_ = std::move(link);
     }
 
     void close() override { drop(); }
+    void answerAtOnce() override { answersAtOnce_ = true; }
 
     void send(std::string_view bytes) override {
         if (link_) link_->send(bytes);
@@ -71,6 +72,7 @@ class QtSocket final : public SocketDriver {
     SocketLinger& linger_;
     Network::Security security_;
     Listener* listener_ = nullptr;
+    bool answersAtOnce_ = false;
     std::shared_ptr<SocketLink> link_;
     std::shared_ptr<SocketDoor> door_;
 };

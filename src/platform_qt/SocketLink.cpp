@@ -11,6 +11,7 @@
 #include <QSslError>
 #include <QSslSocket>
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "platform/CodePage1253.h"
@@ -23,6 +24,9 @@ namespace {
 constexpr int ConnectMs = 30'000;
 constexpr qint64 ReadAhead = 256 * 1024;
 constexpr qint64 MostToSend = 16 * 1024 * 1024;
+using SteadyClock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds LongestTurn{5};
+constexpr std::chrono::milliseconds QuickPeer{1};  // from an answer to what it is answered
 
 struct ErrorWords {
     QAbstractSocket::SocketError error;
@@ -139,6 +143,57 @@ void SocketLink::onStands() {
     schedule();
 }
 
+// Qt's socket gives its connection up; what it has read already comes along.
+void SocketLink::becomeQuick() {
+    if (!answersAtOnce_ || !stands_ || !socket_ || secure_ || failure_ || peerClosed_) return;
+    if (socket_->bytesToWrite() > 0) return;
+    localPort_ = localPort();
+    remoteHost_ = remoteHost();
+    remotePort_ = remotePort();
+    std::string early;
+    take(early);
+    quick_ = std::make_unique<QuickStream>(std::move(probe_), std::move(early), [this] { onReadable(); });
+    QObject::disconnect(socket_.get(), nullptr, &context_, nullptr);
+    socket_.reset();
+}
+
+void SocketLink::onReadable() {
+    const auto self = shared_from_this();
+    onQuick(quick_->receive());
+    const bool isQuick = answered_ && SteadyClock::now() - *answered_ < QuickPeer;
+    hasAnswered_ = false;
+    deliver();
+    if (isQuick && !keepsTurn_) keepTurn();
+}
+
+// The owner may have closed or destroyed the socket, or let the loop run inside its handler.
+void SocketLink::keepTurn() {
+    const auto end = SteadyClock::now() + LongestTurn;
+    keepsTurn_ = true;
+    while (listener_ && quick_ && std::exchange(hasAnswered_, false) && SteadyClock::now() < end) {
+        onQuick(quick_->await());
+        deliver();
+    }
+    keepsTurn_ = false;
+}
+
+void SocketLink::onQuick(QuickStream::Got got) {
+    if (got == QuickStream::Got::Bytes) tellData_ = true;
+    if (got != QuickStream::Got::End) return;
+    const int error = quick_->error();
+    if (error == 0) {
+        peerClosed_ = true;
+    } else {
+        const bool reset = error == ECONNRESET || error == EPIPE;
+        failAs(reset ? QAbstractSocket::RemoteHostClosedError : QAbstractSocket::NetworkError);
+    }
+}
+
+std::size_t SocketLink::available() const {
+    if (quick_) return quick_->available();
+    return socket_ ? static_cast<std::size_t>(socket_->bytesAvailable()) : 0;
+}
+
 void SocketLink::onSocketError(QAbstractSocket::SocketError error) {
     if (peerClosed_ || failure_) return;
     if (error == QAbstractSocket::RemoteHostClosedError && stands_ && !wasReset()) {
@@ -151,6 +206,10 @@ void SocketLink::onSocketError(QAbstractSocket::SocketError error) {
         fail(SocketErrors::CertificateRefused, "The server's certificate was refused: " + refusal_);
         return;
     }
+    failAs(error);
+}
+
+void SocketLink::failAs(QAbstractSocket::SocketError error) {
     if (error == QAbstractSocket::NetworkError && stands_) error = QAbstractSocket::SocketTimeoutError;
     for (const ErrorWords& row : errorTable) {
         if (row.error == error) return fail(row.number, row.description);
@@ -179,6 +238,7 @@ void SocketLink::fail(int number, std::string description) {
 
 void SocketLink::abort(int number, std::string description) {
     fail(number, std::move(description));
+    quick_.reset();
     if (socket_) {
         QObject::disconnect(socket_.get(), nullptr, &context_, nullptr);
         socket_->abort();
@@ -195,26 +255,35 @@ void SocketLink::schedule() {
 // The owner may close or destroy the socket in any of these calls; then there is no listener any more.
 void SocketLink::deliver() {
     scheduled_ = false;
+    becomeQuick();
     if (listener_ && std::exchange(tellStands_, false)) listener_->onConnected();
-    if (listener_ && std::exchange(tellData_, false) && socket_->bytesAvailable() > 0) listener_->onData();
+    if (listener_ && std::exchange(tellData_, false) && available() > 0) listener_->onData();
     if (!listener_ || told_) return;
     if (failure_) {
         told_ = true;
         listener_->onError(failure_->number, failure_->description);
-    } else if (peerClosed_ && socket_->bytesAvailable() == 0) {
+    } else if (peerClosed_ && available() == 0) {
         told_ = true;
         listener_->onClosed();
     }
 }
 
+qint64 SocketLink::waiting() const {
+    if (quick_) return static_cast<qint64>(quick_->waiting());
+    return socket_->bytesToWrite() + (secure_ ? secure_->encryptedBytesToWrite() : 0);
+}
+
 void SocketLink::send(std::string_view bytes) {
     if (!stands_ || failure_ || peerClosed_) return;
-    const qint64 waiting = socket_->bytesToWrite() + (secure_ ? secure_->encryptedBytesToWrite() : 0);
-    if (waiting + static_cast<qint64>(bytes.size()) > MostToSend) {
+    if (waiting() + static_cast<qint64>(bytes.size()) > MostToSend) {
         abort(SocketErrors::NoBufferSpace, "The other side does not take what is sent");
-        return;
+    } else if (quick_) {
+        hasAnswered_ = true;
+        answered_ = SteadyClock::now();
+        quick_->send(bytes);
+    } else {
+        socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
     }
-    socket_->write(bytes.data(), static_cast<qint64>(bytes.size()));
 }
 
 void SocketLink::flush() {
@@ -222,12 +291,16 @@ void SocketLink::flush() {
 }
 
 void SocketLink::take(std::string& to) {
-    const qint64 available = socket_ ? socket_->bytesAvailable() : 0;
-    if (available <= 0) return;
-    const std::size_t before = to.size();
-    to.resize(before + static_cast<std::size_t>(available));
-    const qint64 taken = socket_->read(to.data() + before, available);
-    to.resize(before + static_cast<std::size_t>(std::max<qint64>(taken, 0)));
+    const std::size_t there = available();
+    if (there == 0) return;
+    if (quick_) {
+        quick_->take(to);
+    } else {
+        const std::size_t before = to.size();
+        to.resize(before + there);
+        const qint64 taken = socket_->read(to.data() + before, static_cast<qint64>(there));
+        to.resize(before + static_cast<std::size_t>(std::max<qint64>(taken, 0)));
+    }
     if (peerClosed_ && !told_) schedule();
 }
 
@@ -235,6 +308,7 @@ void SocketLink::leave(SocketLinger& linger) {
     listener_ = nullptr;
     deadline_.disarm();
     probe_.reset();
+    if (const auto quick = std::exchange(quick_, nullptr)) socket_ = quick->release();
     if (!socket_) return;
     QObject::disconnect(socket_.get(), nullptr, &context_, nullptr);
     if (stands_ && !failure_ && !peerClosed_) linger.take(std::move(socket_));
@@ -242,11 +316,11 @@ void SocketLink::leave(SocketLinger& linger) {
 }
 
 int SocketLink::localPort() const {
-    return socket_ ? socket_->localPort() : 0;
+    return socket_ ? socket_->localPort() : localPort_;
 }
 
 std::string SocketLink::remoteHost() const {
-    if (!socket_) return {};
+    if (!socket_) return remoteHost_;
     bool mapped = false;
     const QHostAddress address = socket_->peerAddress();
     const quint32 four = address.toIPv4Address(&mapped);
@@ -254,7 +328,7 @@ std::string SocketLink::remoteHost() const {
 }
 
 int SocketLink::remotePort() const {
-    return socket_ ? socket_->peerPort() : 0;
+    return socket_ ? socket_->peerPort() : remotePort_;
 }
 
 }  // namespace talvora

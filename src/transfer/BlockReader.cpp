@@ -1,5 +1,7 @@
 #include "transfer/BlockReader.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "platform/RuntimeError.h"
@@ -10,6 +12,7 @@ namespace talvora {
 namespace {
 
 constexpr std::size_t Around = 1 + TransferStream::Delimiter.size();  // the letter and the delimiter
+constexpr std::size_t Portion = std::size_t{64} << 10;
 
 void makeBlank(std::string& message, std::size_t size) {
     message.assign(1 + size, ' ');
@@ -25,26 +28,35 @@ std::string BlockReader::Blank(std::size_t size) {
     return message;
 }
 
-void BlockReader::read(std::string& message, const File& file, std::int64_t position) {
-    file.Get(position, message.data() + 1, message.size() - Around);
-}
-
 void BlockReader::Fill(std::string& message, const File& file, std::int64_t position) {
-    const bool isAhead = position == aheadAt_ && message.size() == ahead_.size();
-    if (!isAhead || file.Version() != version_) return read(message, file, position);
-    message.swap(ahead_);
-    aheadAt_ = 0;
+    const std::size_t size = message.size() - Around;
+    if (!hasAhead(position, size) || file.Version() != version_) {
+        aheadAt_ = 0;
+        file.Get(position, message.data() + 1, size);
+        return;
+    }
+    const auto from = static_cast<std::size_t>(position - aheadAt_);
+    std::memcpy(message.data() + 1, ahead_.data() + from, std::min(size, ahead_.size() - from));
 }
 
 void BlockReader::ReadAhead(const File& file, std::int64_t position, std::size_t size) {
+    if (hasAhead(position, size)) return;
     aheadAt_ = 0;
     try {
         version_ = file.Version();
-        makeBlank(ahead_, size);
-        read(ahead_, file, position);
+        ahead_.resize(std::max(size, Portion));
+        const std::size_t got = file.Get(position, ahead_.data(), ahead_.size());
+        endsAhead_ = got < ahead_.size();
+        ahead_.resize(got);
         aheadAt_ = position;
     } catch (const RuntimeError&) {  // whoever asks for the block is told
     }
+}
+
+bool BlockReader::hasAhead(std::int64_t position, std::size_t size) const {
+    if (aheadAt_ == 0 || position < aheadAt_) return false;
+    const auto from = static_cast<std::size_t>(position - aheadAt_);
+    return from + size <= ahead_.size() || (endsAhead_ && from <= ahead_.size());
 }
 
 }  // namespace talvora

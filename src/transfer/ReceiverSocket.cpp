@@ -11,6 +11,7 @@ ReceiverSocket::ReceiverSocket(Guard& guard, Network& network, std::function<std
     : Winsock1(guard, network.CreateSocket({})),
       address_(std::move(address)),
       door_(guard, network.CreateSocket({})) {
+    Winsock1.AnswerAtOnce();
     on_ = door_.ConnectionRequest.connect([this] { ConnectionRequest.raise(); });
 }
 

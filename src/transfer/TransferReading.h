@@ -18,12 +18,16 @@ inline void WindUp(Timer& timer) {
     timer.Enabled = true;
 }
 
-// Letting other events in lets them in again; behind a few of them nobody does any more.
+// Letting other events in lets them in again; behind a few of them nobody does any more. The sockets have the
+// loop for some milliseconds only, between which all others have it: to let them in inside of a block as well
+// is worth its cost a thousand times a second at most.
 class BoundedYield {
   public:
     void operator()(Loop& loop) {
         constexpr int deepest = 8;
-        if (depth_ >= deepest) return;
+        constexpr Microseconds betweenTwo = 1000;
+        if (depth_ >= deepest || loop.Now() - last_ < betweenTwo) return;
+        last_ = loop.Now();
         ++depth_;
         loop.Yield();
         --depth_;
@@ -31,6 +35,7 @@ class BoundedYield {
 
   private:
     int depth_ = 0;
+    Microseconds last_ = 0;
 };
 
 // Faults that the other side's messages cause: the first one goes to the reporter, and while they go on, no

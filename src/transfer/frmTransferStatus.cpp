@@ -26,6 +26,7 @@ frmTransferStatus::frmTransferStatus(const TransferSurroundings& around)
       Meter(around.ThePlatform.TheLoop),
       around_(around) {
     Caption = "File Transfering";
+    Winsock1.AnswerAtOnce();
     connectSocket();
     on_ += Timer1.Tick.connect([this] { Timer1_Timer(); });
     on_ += Timer2.Tick.connect([this] { Timer2_Timer(); });

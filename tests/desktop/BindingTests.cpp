@@ -245,6 +245,7 @@ TEST_F(BindingTest, ARefreshedTreeKeepsItsPlace) {
     EXPECT_EQ(view.verticalScrollBar()->value(), scroll);
     EXPECT_EQ(tree.SelectedItem, selected);
     EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("user199"));
+    EXPECT_EQ(view.currentIndex().row(), 199) << "the row is marked where it is now";
     ASSERT_NE(tree.SelectedItem, nullptr);
     EXPECT_EQ(tree.SelectedItem->Key(), "key199");
     EXPECT_EQ(clicked, "") << "no hand has clicked";

@@ -3,12 +3,6 @@
 for needed in xvfb-run openbox; do
     command -v "$needed" >/dev/null || { echo "$needed is not installed"; exit 77; }
 done
-exec xvfb-run -a -s "-screen 0 1280x900x24 -nolisten tcp" sh -c '
-    openbox --sm-disable &
-    manager=$!
-    # libraries of the desktop leak what they keep for the life of the program
-    ASAN_OPTIONS=detect_leaks=0 DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent QT_QPA_PLATFORM=xcb "$@"
-    status=$?
-    kill "$manager"
-    exit "$status"
-' sh "$@"
+# libraries of the desktop leak what they keep for the life of the program
+ASAN_OPTIONS=detect_leaks=0 DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent QT_QPA_PLATFORM=xcb \
+    exec "$(dirname "$0")/../../scripts/on_screen" "$@"

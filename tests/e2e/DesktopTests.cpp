@@ -83,12 +83,12 @@ TEST_F(Windows, HaveABarInTheCornerThatLeavesTheKeyboardWhereItIs) {
     screen.movePointer(400, 500);
     nikos.gate().send(HostMsg::SayPrivate, QJsonArray{"Maria", "are you there?"});
     const std::string chat = screen.expectWindow("Chat - Nikos");
-    screen.expectPlace(bar, "960,0 320x29");  // what nobody has read hangs into the screen
+    screen.expectPlace(bar, "960,-48 320x77");  // what nobody has read hangs into the screen
     screen.activate(chat);
     screen.expectNoWindow(bar);
 
     nikos.gate().send(HostMsg::SayRaw, "PRIVMSG #one :and here?");
-    screen.expectPlace(bar, "960,0 320x29");
+    screen.expectPlace(bar, "960,-76 320x105");
     screen.movePointer(1270, 0);
     screen.expectPlace(bar, "960,0 320x105");  // two headings, the chat and the channel
     screen.type("still here");

@@ -88,6 +88,16 @@ TEST(Tray, TellsOfTheLineAndOfUnreadMessages) {
     EXPECT_EQ(tray.ToolTip(), "Talvora: on line");
 }
 
+TEST_F(FaceTest, TheTrayComesAfterTheStartAndTellsWhatWasBefore) {
+    face.ShowOnLine(false);
+    face.ShowUnread(2);
+    EXPECT_EQ(face.TheTray(), nullptr);
+    face.Started();
+    until([&] { return face.TheTray() != nullptr; });
+    ASSERT_NE(face.TheTray(), nullptr);
+    EXPECT_EQ(face.TheTray()->ToolTip(), "Talvora: off line, 2 unread messages");
+}
+
 TEST_F(FaceTest, TheSettingsWindowSavesAllPagesAndThenAppliesThemOnce) {
     face.ShowSettings();
     SettingsWindow* const window = face.TheSettings();

@@ -1,5 +1,6 @@
 // What the real platform and the virtual one both promise of the loop, of sockets and of settings.
 
+#include <array>
 #include <memory>
 
 #include "platform_qt/SqliteSettings.h"
@@ -10,9 +11,9 @@
 namespace talvora::test {
 namespace {
 
-template <class World>
+template <class World, bool... atOnce>
 std::unique_ptr<AnyWorld> make() {
-    return std::make_unique<World>();
+    return std::make_unique<World>(atOnce...);
 }
 
 struct EachWorld : testing::TestWithParam<std::unique_ptr<AnyWorld> (*)()> {
@@ -23,8 +24,10 @@ struct EachWorld : testing::TestWithParam<std::unique_ptr<AnyWorld> (*)()> {
     Endpoint& client = both.client;
     Endpoint& server = both.server;
 };
-INSTANTIATE_TEST_SUITE_P(Platform, EachWorld, testing::Values(make<RealWorld>, make<VirtualWorld>),
-                         [](const auto& world) { return world.index == 0 ? "Real" : "Virtual"; });
+constexpr std::array worldNames{"Real", "RealAtOnce", "Virtual"};
+INSTANTIATE_TEST_SUITE_P(Platform, EachWorld,
+                         testing::Values(make<RealWorld>, (make<RealWorld, true>), make<VirtualWorld>),
+                         [](const auto& world) { return worldNames.at(world.index); });
 
 TEST(EachStore, FindsNamesInAnyCaseAndKeepsThemApart) {
     const std::tuple<SettingName, SettingName, bool> cases[] = {

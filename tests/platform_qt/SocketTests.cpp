@@ -5,12 +5,15 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <QAbstractEventDispatcher>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <list>
 #include <map>
 #include <memory>
+#include <thread>
 
 #include "platform_qt/Descriptor.h"
 #include "platform_qt/QtPlatform.h"
@@ -19,6 +22,8 @@
 
 namespace talvora::test {
 namespace {
+
+using namespace std::chrono_literals;
 
 // A listener of the system's own sockets, which does what no Winsock does.
 struct RawPeer {
@@ -36,14 +41,31 @@ struct RawPeer {
     Descriptor door;
 };
 
-struct Sockets : testing::Test {
-    RealWorld world;
+// Answers whatever comes, after a rest.
+struct Echo {
+    explicit Echo(std::chrono::milliseconds rest)
+        : thread([this, rest] {
+              const Descriptor link(::accept(peer.door.get(), nullptr, nullptr));
+              std::array<char, 64> bytes{};
+              for (ssize_t size = 0; (size = ::recv(link.get(), bytes.data(), bytes.size(), 0)) > 0;) {
+                  std::this_thread::sleep_for(rest);
+                  ::send(link.get(), bytes.data(), static_cast<std::size_t>(size), MSG_NOSIGNAL);
+              }
+          }) {}
+    ~Echo() { thread.join(); }
+    RawPeer peer;
+    std::thread thread;
+};
+
+// Of both kinds: those that answer at once, and the others.
+struct Sockets : testing::TestWithParam<bool> {
+    RealWorld world{GetParam()};
     Connection both{world};
     Endpoint& client = both.client;
     Endpoint& server = both.server;
 };
 
-TEST_F(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
+TEST_P(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
     std::map<int, int> idle;  // seconds until the first question, by port of this end
     for (int number = 0; number < 1024; ++number) {
         sockaddr_in address{};
@@ -60,7 +82,7 @@ TEST_F(Sockets, FindOutAnEndThatIsGoneWithoutAWord) {
     EXPECT_EQ(idle[server.socket.BoundPort()], 60);
 }
 
-TEST_F(Sockets, AndFilesFaultWithoutASignal) {
+TEST_P(Sockets, AndFilesFaultWithoutASignal) {
     for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_DFL);
     QtPlatform::prepareProcess();
     std::array<int, 2> ends{};
@@ -72,7 +94,7 @@ TEST_F(Sockets, AndFilesFaultWithoutASignal) {
     EXPECT_EQ(std::signal(SIGXFSZ, SIG_IGN), SIG_IGN);
 }
 
-TEST_F(Sockets, FailuresToConnectCarryTheirNumbers) {
+TEST_P(Sockets, FailuresToConnectCarryTheirNumbers) {
     const int port = both.door.socket.BoundPort();
     both.door.socket.Close();
     using Row = std::tuple<std::string, int, int>;
@@ -88,7 +110,7 @@ TEST_F(Sockets, FailuresToConnectCarryTheirNumbers) {
     }
 }
 
-TEST_F(Sockets, GiveUpAnAttemptAfterThirtySeconds) {
+TEST_P(Sockets, GiveUpAnAttemptAfterThirtySeconds) {
     RawPeer peer(0);
     std::list<Descriptor> fillers;
     for (int i = 0; i < 4; ++i) {
@@ -110,7 +132,7 @@ TEST_F(Sockets, GiveUpAnAttemptAfterThirtySeconds) {
     EXPECT_EQ(number, SocketErrors::TimedOut);
 }
 
-TEST_F(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
+TEST_P(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
     for (const bool resets : {true, false}) {
         RawPeer peer;
         Endpoint caller(world);
@@ -130,7 +152,7 @@ TEST_F(Sockets, TellAResetFromAnEndAndEndWhenThePeerNeverReads) {
     }
 }
 
-TEST_F(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
+TEST_P(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     const std::string sent = patterned(8 * 1024 * 1024);
     server.taking = false;
     client.socket.SendData(sent);
@@ -148,7 +170,34 @@ TEST_F(Sockets, HoldAFloodingPeerUpAndLoseNothing) {
     EXPECT_TRUE(client.data == sent);
 }
 
-TEST_F(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
+// It is destroyed at last in the middle of a turn that it keeps.
+TEST(SocketsThatAnswerAtOnce, KeepTheTurnForAQuickPeerOnlyAndNotForLong) {
+    for (const std::chrono::milliseconds rest : {0ms, 3ms}) {
+        RealWorld world(true);
+        Echo echo(rest);
+        auto caller = std::make_unique<Endpoint>(world);
+        constexpr int mostMessages = 50'000;
+        int messages = 0, inTurn = 0, most = 0, ticks = 0;
+        const QObject context;
+        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &context,
+                         [&] { inTurn = 0; });
+        WakeUp others([&] { ++ticks; });
+        others.arm(world.loop, 10);
+        caller->then = [&](const std::string&) {
+            most = std::max(most, ++inTurn);
+            const bool enough = ticks >= 10 && (inTurn > 2 || rest > 0ms);
+            caller->socket.SendData("x");
+            if (enough || ++messages > mostMessages) caller.reset();
+        };
+        caller->connectTo("127.0.0.1", echo.peer.port());
+        world.until([&] { return caller == nullptr; });
+        EXPECT_GE(ticks, 10) << "in " << messages << " messages";
+        EXPECT_LE(messages, mostMessages) << "and never more than " << most << " in a turn";
+        if (rest > 0ms) EXPECT_EQ(most, 1);
+    }
+}
+
+TEST_P(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
     Endpoint door(world), second(world);
     int requests = 0;
     door.then = [&](const std::string&) { ++requests; };
@@ -174,6 +223,8 @@ TEST_F(Sockets, KeepSixteenWaitingAtADoorAndDropTheRest) {
     EXPECT_THROW(second.socket.Accept(door.socket), RuntimeError);
     EXPECT_EQ(second.socket.State(), SocketState::Closed);
 }
+
+INSTANTIATE_TEST_SUITE_P(OfBothKinds, Sockets, testing::Bool());
 
 }  // namespace
 }  // namespace talvora::test

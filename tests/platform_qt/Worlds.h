@@ -17,6 +17,7 @@
 namespace talvora::test {
 
 struct AnyWorld {
+    explicit AnyWorld(bool atOnce = false) : answersAtOnce(atOnce) {}
     virtual ~AnyWorld() = default;
     virtual Loop& TheLoop() = 0;
     virtual Network& Sockets() = 0;
@@ -26,9 +27,12 @@ struct AnyWorld {
     virtual void settle() = 0;
 
     Guard guard;
+    const bool answersAtOnce;  // so do the endpoints
 };
 
 struct RealWorld final : AnyWorld {
+    using AnyWorld::AnyWorld;
+
     QtLoop loop;
     QtNetwork network{loop};
 
@@ -73,6 +77,7 @@ inline std::string patterned(std::size_t size) {
 struct Endpoint {
     explicit Endpoint(AnyWorld& w, const Network::Security& security = {})
         : world(w), socket(w.guard, w.Sockets().CreateSocket(security)) {
+        if (w.answersAtOnce) socket.AnswerAtOnce();
         on += socket.Connected.connect([this] { note("Connect"); });
         on += socket.DataArrival.connect([this] {
             if (taking) socket.GetData(data);

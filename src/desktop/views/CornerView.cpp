@@ -92,10 +92,12 @@ void CornerView::stand() {
         hide();
         return;
     }
-    const QRect visible(form_.Left / TwipsPerPixel, std::max(top, 0), form_.Width / TwipsPerPixel,
-                        height + std::min(top, 0) + Edge);
-    content_->setGeometry(0, std::min(top, 0), visible.width(), height + Edge);
-    setGeometry(visible.translated(screen->geometry().topLeft()));
+    // Moving a window costs a hundredth of drawing it anew at each step.
+    const int cut = QGuiApplication::screens().size() > 1 ? std::min(top, 0) : 0;
+    const QRect window(form_.Left / TwipsPerPixel, top - cut, form_.Width / TwipsPerPixel,
+                       height + cut + Edge);
+    content_->setGeometry(0, cut, window.width(), height + Edge);
+    setGeometry(window.translated(screen->geometry().topLeft()));
     show();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
-// The bar of the open windows behind the upper edge of the primary screen. Of a bar that stands partly above
-// the screen there is a window of what can be seen, whose content is shifted up: so nothing of it shows on
-// another screen that lies above, and nobody corrects where it stands.
+// The bar of the open windows behind the upper edge of the primary screen. Where there are more screens there
+// is, of a bar that stands partly above the edge, a window of what can be seen only, whose content is shifted
+// up: so nothing of it shows on a screen that lies above.
 //
 // The window belongs to no manager of windows and never has the keyboard, but for a bar that was opened by
 // hand.

@@ -246,6 +246,7 @@ QTabWidget* Form1View::makePeople() {
     ListTree* users = addUsers(*tabs, form_.UserList1, tr("Users"), tr("Nobody is in your channels."));
     addUsers(*tabs, form_.UserList3, tr("Ignored"), tr("You ignore nobody."));
     for (ListTree* list : {users, friends}) takeFilesForUsers(*list, offerFiles(), std::nullopt);
+    everybody_->takeFiles(offerFiles());
     tabs_ = tabs;
     if (form_.Mail != nullptr) addMail();
     auto* find = new QShortcut(QKeySequence::Find, this);

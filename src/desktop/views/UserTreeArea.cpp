@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "desktop/NodeTree.h"
 #include "desktop/Theme.h"
@@ -32,6 +33,10 @@ UserTreeArea::UserTreeArea(UserTree& users, QWidget* parent)
 void UserTreeArea::startFinding() {
     box_->setFocus(Qt::ShortcutFocusReason);
     box_->selectAll();
+}
+
+void UserTreeArea::takeFiles(TakeFiles take) {
+    tree_->takeFiles(std::move(take));
 }
 
 bool UserTreeArea::eventFilter(QObject* watched, QEvent* event) {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include "chat/UserTree.h"
+#include "desktop/FileDrop.h"
 
 class QLineEdit;
 
@@ -18,6 +19,8 @@ class UserTreeArea final : public QWidget {
 
     // To type a nick at once, over what was typed before.
     void startFinding();
+    // Files that are dropped on a user.
+    void takeFiles(TakeFiles take);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

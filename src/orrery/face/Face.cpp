@@ -71,25 +71,36 @@ bool Face::Begin(const HostSide& host) {
     application_.setGuard(&host.ThePlatform.Guarded);
     hearing_ = host.Database.MessageBroadcasted.connect([this](const HostMessage& m) { heard(m); });
     warn(host.Notice);
-    if (!welcome()) return false;
-    tray_ = std::make_unique<Tray>(Tray::Orders{[this] { OpenMainWindow(); }, [this] { ShowSettings(); },
-                                                [this] { ShowAbout(); }, [this] { Quit(); }});
-    notices_ = std::make_unique<Notices>(bus_, monotonicClock(), [this](const HostValue& window) {
-        if (opener_) opener_(window);
-    });
-    return true;
+    open_ = welcome();
+    return open_;
 }
 
-// The user has started the program to see it; but the log-on comes first, and laying out a window takes
-// longer than to connect.
+// The user has started the program to see it; but the log-on comes first: laying out a window takes longer
+// than to connect, and who answers for the tray and for notices may be slow.
 void Face::Started() {
     constexpr int afterLogOn = 20;  // milliseconds
     QTimer::singleShot(afterLogOn, &context_, [this] {
-        if (tray_ != nullptr) OpenMainWindow();
+        if (!open_) return;
+        OpenMainWindow();
+        enterDesktop();
     });
 }
 
+// What was to be told until now is told.
+void Face::enterDesktop() {
+    if (!open_) return;
+    tray_ = std::make_unique<Tray>(Tray::Orders{[this] { OpenMainWindow(); }, [this] { ShowSettings(); },
+                                                [this] { ShowAbout(); }, [this] { Quit(); }});
+    tray_->ShowLine(line_);
+    if (unread_ > 0) tray_->ShowUnread(unread_);
+    notices_ = std::make_unique<Notices>(bus_, monotonicClock(), [this](const HostValue& window) {
+        if (opener_) opener_(window);
+    });
+    showNotices();
+}
+
 void Face::Close() {
+    open_ = false;
     hearing_.disconnect();
     settings_.reset();
     delete about_;
@@ -145,7 +156,7 @@ void Face::heard(const HostMessage& message) {
 
 // However many lines come in one turn of the loop, only the last of each window is made ready to be shown.
 void Face::heardNotice(const HostMessage& message) {
-    if (notices_ == nullptr) return;
+    if (!open_) return;
     const auto same = std::find_if(unshown_.begin(), unshown_.end(),
                                    [&](const HostValue& one) { return isOfOneWindow(one, message.Data); });
     if (same != unshown_.end()) {
@@ -161,8 +172,8 @@ void Face::heardNotice(const HostMessage& message) {
 }
 
 void Face::showNotices() {
-    const std::deque<HostValue> heard = std::exchange(unshown_, {});
     if (notices_ == nullptr) return;
+    const std::deque<HostValue> heard = std::exchange(unshown_, {});
     const NoticePrivacy privacy = savedPrivacy(host_->ThePlatform.Settings);
     for (const HostValue& one : heard) {
         if (auto popUp = popUpOf(one, privacy)) notices_->Show(std::move(*popUp));
@@ -246,15 +257,17 @@ void Face::TellOfMinimizing() {
 }
 
 void Face::ShowOnLine(bool onLine) {
-    if (tray_ != nullptr) tray_->ShowLine(onLine ? Tray::Line::On : Tray::Line::Off);
+    line_ = onLine ? Tray::Line::On : Tray::Line::Off;
+    if (tray_ != nullptr) tray_->ShowLine(line_);
 }
 
 void Face::ShowUnread(int count) {
+    unread_ = count;
     if (tray_ != nullptr) tray_->ShowUnread(count);
 }
 
 void Face::ShowSettings() {
-    if (tray_ == nullptr) return;  // not yet begun, or closed already
+    if (!open_) return;  // not yet begun, or closed already
     if (settings_ != nullptr) {
         if (settings_->isVisible()) bringForward(*settings_);
         return;

@@ -57,6 +57,7 @@ class Face final : public OrreryFace, public HostFace {
 
     void OpenMainWindow();
     SettingsWindow* TheSettings() const { return settings_.get(); }
+    const Tray* TheTray() const { return tray_.get(); }
 
   private:
     void heard(const HostMessage& message);
@@ -66,6 +67,7 @@ class Face final : public OrreryFace, public HostFace {
     std::vector<HostMessage> answersTo(std::int32_t question, std::int32_t answer);
     void warn(const std::string& notice);
     bool welcome();
+    void enterDesktop();
     static QMessageBox* quietBox(const QString& title, const QString& text);
     void raiseWindow();
     std::vector<SettingsWindow::Page> pages();
@@ -81,9 +83,12 @@ class Face final : public OrreryFace, public HostFace {
     std::unique_ptr<HostSide> host_;
     QObject context_;  // of calls that wait for the next turn
     Subscription hearing_;
-    std::unique_ptr<Tray> tray_;
+    bool open_ = false;           // begun, and not yet closed
+    std::unique_ptr<Tray> tray_;  // this and the notices come after the log-on has begun
     std::unique_ptr<Notices> notices_;
-    std::deque<HostValue> unshown_;  // notices of this turn of the loop
+    Tray::Line line_ = Tray::Line::Plain;
+    int unread_ = 0;
+    std::deque<HostValue> unshown_;  // notices that have not been handed on yet
     std::unique_ptr<SettingsWindow> settings_;
     bool openingSettings_ = false;  // whoever makes a page may ask something first
     QPointer<QWidget> welcome_;     // or another box before the start

@@ -40,9 +40,12 @@ Screen::Screen() {
     server_ = std::make_unique<Process>(server);
     display_ = ":" + displayNumber(*server_);
     Program manager;
-    manager.arguments = {Openbox, "--sm-disable", "--config-file", "/etc/xdg/openbox/rc.xml"};
+    manager.arguments = {Openbox,         "--sm-disable",
+                         "--config-file", "/etc/xdg/openbox/rc.xml",
+                         "--startup",     "echo the manager is there"};
     manager.environment = environment();
     manager_ = std::make_unique<Process>(manager);
+    manager_->expectOutput("the manager is there");  // a window that comes while it starts may never be shown
 }
 
 std::vector<std::string> Screen::environment() const {

@@ -75,6 +75,21 @@ class TransferViews : public WindowsTest {
     Client& bob = world.loggedIn("Bob");
 };
 
+TEST_F(TransferViews, FilesDroppedOnAUserOfTheTreeAreForThatUser) {
+    client.server.says(":srv 352 Maria * u h srv Eleni H :0 UL:Athens.Plaka");
+    says(":srv 315 Maria * :End");
+    FormView* main = viewOf(&client.window());
+    main->findChild<QTabWidget*>()->setCurrentIndex(1);
+    QTreeView* tree = list(main, "Users on line");
+    tree->expandAll();
+    const QModelIndex place = tree->model()->index(0, 0, tree->model()->index(0, 0));
+    EXPECT_FALSE(drop(tree->viewport(), tree->visualRect(place.parent()).center(), {"/home/maria/a.txt"}));
+    ASSERT_EQ(desk().Dialog.Get(), nullptr);
+    const QPoint user = tree->visualRect(tree->model()->index(0, 0, place)).center();
+    EXPECT_TRUE(drop(tree->viewport(), user, {"/home/maria/a.txt"}));
+    EXPECT_THAT(client.server.heard(), ElementsAre("PRIVMSG Eleni :\001WIP\001"));
+}
+
 TEST_F(TransferViews, FilesDroppedOnANickAreSentAndTheHistorySaysSo) {
     client.around.disk.picked["/home/maria/a.txt"] = std::string(2048, 'a');
     client.around.disk.picked["/home/maria/b.txt"] = std::string(1024, 'b');
