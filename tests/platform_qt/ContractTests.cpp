@@ -11,9 +11,9 @@
 namespace talvora::test {
 namespace {
 
-template <class World, bool... AtOnce>
+template <class World, bool... atOnce>
 std::unique_ptr<AnyWorld> make() {
-    return std::make_unique<World>(AtOnce...);
+    return std::make_unique<World>(atOnce...);
 }
 
 struct EachWorld : testing::TestWithParam<std::unique_ptr<AnyWorld> (*)()> {
@@ -24,10 +24,10 @@ struct EachWorld : testing::TestWithParam<std::unique_ptr<AnyWorld> (*)()> {
     Endpoint& client = both.client;
     Endpoint& server = both.server;
 };
-constexpr std::array Names{"Real", "RealAtOnce", "Virtual"};
+constexpr std::array worldNames{"Real", "RealAtOnce", "Virtual"};
 INSTANTIATE_TEST_SUITE_P(Platform, EachWorld,
-                         testing::Values(make<RealWorld, false>, make<RealWorld, true>, make<VirtualWorld>),
-                         [](const auto& world) { return Names[world.index]; });
+                         testing::Values(make<RealWorld>, (make<RealWorld, true>), make<VirtualWorld>),
+                         [](const auto& world) { return worldNames.at(world.index); });
 
 TEST(EachStore, FindsNamesInAnyCaseAndKeepsThemApart) {
     const std::tuple<SettingName, SettingName, bool> cases[] = {

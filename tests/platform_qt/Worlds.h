@@ -17,6 +17,7 @@
 namespace talvora::test {
 
 struct AnyWorld {
+    explicit AnyWorld(bool atOnce = false) : answersAtOnce(atOnce) {}
     virtual ~AnyWorld() = default;
     virtual Loop& TheLoop() = 0;
     virtual Network& Sockets() = 0;
@@ -26,11 +27,11 @@ struct AnyWorld {
     virtual void settle() = 0;
 
     Guard guard;
-    bool answersAtOnce = false;  // so do the endpoints
+    const bool answersAtOnce;  // so do the endpoints
 };
 
 struct RealWorld final : AnyWorld {
-    explicit RealWorld(bool atOnce = false) { answersAtOnce = atOnce; }
+    using AnyWorld::AnyWorld;
 
     QtLoop loop;
     QtNetwork network{loop};
