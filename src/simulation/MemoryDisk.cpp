@@ -103,7 +103,9 @@ void MemoryDisk::happened(const std::string& path) {
     std::erase_if(watched_, [](const auto& watched) { return watched.expired(); });
     for (const auto& weak : watched_) {
         const auto watched = weak.lock();
-        if (watched->folder == folderOf(path)) watched->names.push_back(nameOf(path));
+        const std::string name = nameOf(path);
+        const bool told = !watched->names.empty() && watched->names.back() == name;
+        if (watched->folder == folderOf(path) && !told) watched->names.push_back(name);
     }
 }
 

@@ -181,14 +181,28 @@ TEST_P(EachDisk, FaultsAsTheClassicFilesDo) {
     files.Kill("Mail\\new");
 }
 
-TEST_P(EachDisk, TellsSizesAndAnotherVersionOfWhatHasChanged) {
-    const auto before = disk.status("Mail/i1A.ml");
-    files.Rewrite("Mail\\i1A.ml", "two\r\none\r\n");
-    const auto behind = disk.status("Mail/i1A.ml");
-    EXPECT_EQ(before.Size, 10);
-    EXPECT_EQ(behind.Size, 10);
-    EXPECT_NE(behind.Version, before.Version);
-    EXPECT_EQ(files.ReadStart("Mail\\i1A.ml", 3), "two");
+// Whoever did it; `put` goes past the files' own layer.
+TEST_P(EachDisk, ALookTellsAllAndLaterWhatHappened) {
+    FolderLook look(files, "Mail", "*.ml");
+    const auto told = [&] {
+        const FolderLook::News news = look.Look();
+        std::string text = news.All ? "all:" : "";
+        for (const auto& entry : news.Found) text += " " + entry.Name + " " + std::to_string(entry.Size);
+        for (const auto& name : news.Gone) text += " -" + name;
+        return text;
+    };
+    EXPECT_EQ(told(), "all: i1A.ml 10");
+    EXPECT_EQ(told(), "");
+    put("Mail/i1A.ml", "ONE\r\ntwo\r\n");
+    put("Mail/o1.txt", "");
+    EXPECT_EQ(told(), " i1A.ml 10");
+    files.AppendRecord("Mail\\a.ml", "Subject: lunch");
+    EXPECT_EQ(told(), " a.ml 16");
+    files.Rename("Mail\\a.ml", "Mail\\b.ml");
+    EXPECT_EQ(told(), " b.ml 16 -a.ml");
+    files.Kill("Mail\\b.ml");
+    EXPECT_EQ(told(), " -b.ml");
+    EXPECT_EQ(files.ReadStart("Mail\\i1A.ml", 3), "ONE");
 }
 
 }  // namespace

@@ -76,17 +76,20 @@ class TransferViews : public WindowsTest {
 };
 
 TEST_F(TransferViews, FilesDroppedOnAUserOfTheTreeAreForThatUser) {
+    client.around.disk.picked["/home/maria/a.txt"] = "a";
     client.server.says(":srv 352 Maria * u h srv Eleni H :0 UL:Athens.Plaka");
     says(":srv 315 Maria * :End");
     FormView* main = viewOf(&client.window());
     main->findChild<QTabWidget*>()->setCurrentIndex(1);
     QTreeView* tree = list(main, "Users on line");
     tree->expandAll();
-    const QModelIndex place = tree->model()->index(0, 0, tree->model()->index(0, 0));
-    EXPECT_FALSE(drop(tree->viewport(), tree->visualRect(place.parent()).center(), {"/home/maria/a.txt"}));
-    ASSERT_EQ(desk().Dialog.Get(), nullptr);
-    const QPoint user = tree->visualRect(tree->model()->index(0, 0, place)).center();
-    EXPECT_TRUE(drop(tree->viewport(), user, {"/home/maria/a.txt"}));
+    const auto found = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, "Eleni", 1,
+                                            Qt::MatchStartsWith | Qt::MatchRecursive);
+    ASSERT_EQ(found.size(), 1);
+    const QPoint place = tree->visualRect(found[0].parent()).center();
+    EXPECT_FALSE(drop(tree->viewport(), place, {"/home/maria/a.txt"}));
+    EXPECT_EQ(desk().Dialog.Get(), nullptr);
+    EXPECT_TRUE(drop(tree->viewport(), tree->visualRect(found[0]).center(), {"/home/maria/a.txt"}));
     EXPECT_THAT(client.server.heard(), ElementsAre("PRIVMSG Eleni :\001WIP\001"));
 }
 
