@@ -60,6 +60,11 @@ void RowIndex::expect(std::size_t rows) {
     if (wanted > places_.size()) growTo(std::bit_ceil(wanted));
 }
 
+void RowIndex::fit() {
+    const std::size_t needed = std::bit_ceil(std::max(FewestPlaces, 2 * taken_));
+    if (places_.size() >= 4 * needed) growTo(needed);
+}
+
 void RowIndex::growTo(std::size_t places) {
     std::vector<Place> wider(places);
     wider.swap(places_);

@@ -26,6 +26,10 @@ class RowIndex {
     void enter(ListItem& row);
     // Makes room for so many more rows, so that none of them waits while the table grows.
     void expect(std::size_t rows);
+    // Gives up room that was made for rows that did not come.
+    void fit();
+    // What room for a row costs at most, in bytes.
+    static constexpr std::size_t RoomCost = 64;
     // While the row is still in its list.
     void leave(const ListItem& row);
     // Also of a row that is no more; it is compared only as an address.

@@ -64,12 +64,13 @@ bool UserList::waits(void (UserList::*act)(Text, Text), Text first, Text second)
     return true;
 }
 
-void UserList::wait(Waiting entry) {
-    entry.cost = sizeof entry + entry.first.size() + entry.second.size();
+bool UserList::wait(Waiting entry) {
+    entry.cost += sizeof entry + entry.first.size() + entry.second.size();
     entry.cost += entry.names.text.size() + entry.names.ends.size() * sizeof(std::size_t);
-    if (!take(entry.cost)) return;
+    if (!take(entry.cost)) return false;
     waiting_.push_back(std::move(entry));
     tmrNames_.Enabled = true;
+    return true;
 }
 
 void UserList::workOff(std::size_t count) {
@@ -89,6 +90,10 @@ void UserList::workOffOne() {
     const Waiting entry = std::move(front);
     waiting_.pop_front();
     give(entry.cost);
+    if (!entry.names.ends.empty()) {
+        byKey_.fit();
+        byBareNick_.fit();
+    }
     if (entry.act != nullptr) (this->*entry.act)(entry.first, entry.second);
 }
 
@@ -273,13 +278,14 @@ void UserList::addAll(const std::vector<std::string>& names, Text channel) {
     for (std::size_t i = 0; i < now; ++i) Add(names[i], channel);
     if (now == names.size()) return;
     const std::size_t coming = std::min(names.size() - now, nickDecode_.ListMemory.rows());
-    byKey_.expect(coming);
-    byBareNick_.expect(coming);
     Waiting rest;
+    rest.cost = 2 * coming * RowIndex::RoomCost;
     rest.first = channel;
     rest.names.ends.reserve(names.size() - now);
     for (std::size_t i = now; i < names.size(); ++i) rest.names.add(names[i]);
-    wait(std::move(rest));
+    if (!wait(std::move(rest))) return;
+    byKey_.expect(coming);
+    byBareNick_.expect(coming);
 }
 
 void UserList::Clear() {

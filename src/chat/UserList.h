@@ -96,7 +96,8 @@ class UserList {
     };
     // Whether the act was put behind what waits.
     bool waits(void (UserList::*act)(Text, Text), Text first, Text second);
-    void wait(Waiting entry);
+    // False if there is no room for it to wait.
+    bool wait(Waiting entry);
     void workOff(std::size_t count);
     void workOffOne();
     void finish() { workOff(static_cast<std::size_t>(-1)); }

@@ -42,10 +42,27 @@ const MailHeader* MailHeaders::Known(const std::string& name) const {
     return found == incoming_.headers.end() ? nullptr : &found->second;
 }
 
-// A damaged file is reported once, under the name of the procedure that shows the list, and does not keep the
-// mails behind it from being shown.
-void MailHeaders::readHead(MailHeader& header, char kind) {
+// What stands there about a mail that is new or has changed; its head is still to be read.
+std::optional<MailHeaders::Key> MailHeaders::noted(Kept& kept, FolderLook::Entry entry) {
+    Key key{MailFile::NumberOf(entry.Name), entry.Name};
+    MailHeader& header = kept.headers[key];
+    if (!header.Name.empty() && header.Size == entry.Size && header.Version == entry.Version)
+        return std::nullopt;
+    header = {};
+    header.Number = key.first;
+    header.Size = entry.Size;
+    header.Version = entry.Version;
+    header.Name = std::move(entry.Name);
     header.Damaged = true;
+    return key;
+}
+
+// A damaged file is reported once, under the name of the procedure that shows the list, and does not keep the
+// mails behind it from being shown. A report lets others look meanwhile, and the mail may be gone behind it.
+void MailHeaders::readHead(Kept& kept, const Key& key, char kind) {
+    const auto found = kept.headers.find(key);
+    if (found == kept.headers.end()) return;
+    MailHeader header = found->second;
     trapped(globError_, "RefreshMailList", [&](Trap& step) {
         std::string start;
         step([&] { start = files_.ReadStart(MailFile::PathOf(header.Name), HeadLimit); });
@@ -59,26 +76,21 @@ void MailHeaders::readHead(MailHeader& header, char kind) {
         header.Damaged = !read;
     });
     header.ReceivedAt = dateIn(header.Incoming.Received);
+    const auto still = kept.headers.find(key);
+    if (still != kept.headers.end() && still->second.Version == header.Version)
+        still->second = std::move(header);
 }
 
-void MailHeaders::keep(Kept& kept, FolderLook::Entry entry, char kind) {
-    const std::int32_t number = MailFile::NumberOf(entry.Name);
-    MailHeader& header = kept.headers[{number, entry.Name}];
-    if (!header.Name.empty() && header.Size == entry.Size && header.Version == entry.Version) return;
-    header = {};
-    header.Number = number;
-    header.Size = entry.Size;
-    header.Version = entry.Version;
-    header.Name = std::move(entry.Name);
-    readHead(header, kind);
-}
-
+// All are noted before the first is read, since what a look tells it tells once.
 std::vector<const MailHeader*> MailHeaders::Read(char kind) {
     Kept& kept = kind == 'i' ? incoming_ : outgoing_;
     FolderLook::News news = kept.folder.Look();
     for (const std::string& name : news.Gone) kept.headers.erase({MailFile::NumberOf(name), name});
     if (news.All) forgetOthers(kept.headers, news.Found);
-    for (FolderLook::Entry& entry : news.Found) keep(kept, std::move(entry), kind);
+    std::vector<Key> unread;
+    for (FolderLook::Entry& entry : news.Found)
+        if (auto key = noted(kept, std::move(entry))) unread.push_back(std::move(*key));
+    for (const Key& key : unread) readHead(kept, key, kind);
     std::vector<const MailHeader*> headers;
     headers.reserve(kept.headers.size());
     for (const auto& [key, header] : kept.headers) headers.push_back(&header);

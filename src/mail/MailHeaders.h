@@ -1,6 +1,6 @@
 #pragma once
 // What the list of mails shows, read from the files' heads. What was read is kept until something happens to
-// the file, so that a list that is drawn anew costs the mails that are new. The mail panel owns it.
+// the file, so that a list that is drawn anew reads only what is new. The mail panel owns it.
 
 #include <cstdint>
 #include <map>
@@ -50,8 +50,8 @@ class MailHeaders {
         FolderLook folder;
         std::map<Key, MailHeader> headers;
     };
-    void keep(Kept& kept, FolderLook::Entry entry, char kind);
-    void readHead(MailHeader& header, char kind);
+    static std::optional<Key> noted(Kept& kept, FolderLook::Entry entry);
+    void readHead(Kept& kept, const Key& key, char kind);
 
     GlobError& globError_;
     Files& files_;

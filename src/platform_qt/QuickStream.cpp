@@ -45,6 +45,7 @@ QuickStream::QuickStream(Descriptor connection, std::string early, std::function
                      [call = std::move(onReadable)] { call(); });
     QObject::connect(writable_.get(), &QSocketNotifier::activated, writable_.get(),
                      [this] { sendWaiting(); });
+    if (received_.size() > MostUnread) hold(true);
 }
 
 QuickStream::Got QuickStream::read(int flags) {

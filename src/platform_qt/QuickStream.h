@@ -4,8 +4,8 @@
 // `SocketLink`.
 //
 // The descriptor is a blocking one that nobody else has, so that there can be a wait in it. Such a wait ends
-// with the kernel's tick, after 8 ms at the latest: a shorter one would need a timer of its own for each, and
-// to set one costs as much as the whole message.
+// with the kernel's tick, mostly after 8 ms at the latest: a shorter one would need a timer of its own for
+// each, and to set one costs as much as the whole message.
 
 #include <sys/socket.h>
 
@@ -32,7 +32,7 @@ class QuickStream {
     QuickStream& operator=(const QuickStream&) = delete;
     ~QuickStream() = default;
 
-    // What has come is kept until it is taken; nothing comes while there is more than 256 KiB of it.
+    // What has come is kept until it is taken; nothing comes while there is more than 192 KiB of it.
     Got receive() { return read(MSG_DONTWAIT); }
     // The same for who has nothing else to do.
     Got await() { return read(0); }

@@ -26,7 +26,8 @@ constexpr qint64 ReadAhead = 256 * 1024;
 constexpr qint64 MostToSend = 16 * 1024 * 1024;
 using SteadyClock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds LongestTurn{5};
-constexpr std::chrono::milliseconds QuickPeer{1};  // from an answer to what it is answered
+constexpr std::chrono::milliseconds QuickPeer{1};   // from an answer to what it is answered
+constexpr std::chrono::milliseconds Mistrust{100};  // after a wait for nothing, which held all others up
 
 struct ErrorWords {
     QAbstractSocket::SocketError error;
@@ -146,7 +147,7 @@ void SocketLink::onStands() {
 // Qt's socket gives its connection up; what it has read already comes along.
 void SocketLink::becomeQuick() {
     if (!answersAtOnce_ || !stands_ || !socket_ || secure_ || failure_ || peerClosed_) return;
-    if (socket_->bytesToWrite() > 0) return;
+    if (socket_->bytesToWrite() > 0 || probe_.get() < 0) return;
     localPort_ = localPort();
     remoteHost_ = remoteHost();
     remotePort_ = remotePort();
@@ -160,7 +161,8 @@ void SocketLink::becomeQuick() {
 void SocketLink::onReadable() {
     const auto self = shared_from_this();
     onQuick(quick_->receive());
-    const bool isQuick = answered_ && SteadyClock::now() - *answered_ < QuickPeer;
+    const auto now = SteadyClock::now();
+    const bool isQuick = answered_ && now - *answered_ < QuickPeer && now >= slowUntil_;
     hasAnswered_ = false;
     deliver();
     if (isQuick && !keepsTurn_) keepTurn();
@@ -171,7 +173,9 @@ void SocketLink::keepTurn() {
     const auto end = SteadyClock::now() + LongestTurn;
     keepsTurn_ = true;
     while (listener_ && quick_ && std::exchange(hasAnswered_, false) && SteadyClock::now() < end) {
-        onQuick(quick_->await());
+        const auto got = quick_->await();
+        if (got == QuickStream::Got::Nothing) slowUntil_ = SteadyClock::now() + Mistrust;
+        onQuick(got);
         deliver();
     }
     keepsTurn_ = false;

@@ -87,6 +87,7 @@ class SocketLink final : public std::enable_shared_from_this<SocketLink> {
     WakeUp deadline_{[this] { abort(SocketErrors::TimedOut, "The attempt to connect timed out"); }};
     const bool answersAtOnce_;
     std::optional<std::chrono::steady_clock::time_point> answered_;  // when it was last
+    std::chrono::steady_clock::time_point slowUntil_{};              // nobody waits for the peer before
     bool hasAnswered_ = false;                                       // what was delivered last
     bool keepsTurn_ = false;
     bool scheduled_ = false;

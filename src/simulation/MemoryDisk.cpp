@@ -219,8 +219,10 @@ MemoryDisk::Handle MemoryDisk::openPicked(const std::string& nativePath) {
 
 void MemoryDisk::rewritePicked(const std::string& nativePath, const std::string& content) {
     picked[nativePath] = content;
-    if (const auto open = openedPicked_.find(nativePath); open != openedPicked_.end())
-        open->second->content = content;
+    const auto open = openedPicked_.find(nativePath);
+    if (open == openedPicked_.end()) return;
+    open->second->content = content;
+    written(*open->second, nativePath);
 }
 
 MemoryDisk::Handle MemoryDisk::createPicked(const std::string& nativePath) {
@@ -272,7 +274,7 @@ std::int64_t MemoryDisk::size(Handle file) {
 
 std::uint64_t MemoryDisk::version(Handle file) {
     call();
-    return std::hash<std::string>{}(at(file).node->content);
+    return at(file).node->version;
 }
 
 void MemoryDisk::truncate(Handle file, std::int64_t size) {

@@ -41,10 +41,13 @@ void BlockReader::Fill(std::string& message, const File& file, std::int64_t posi
 
 void BlockReader::ReadAhead(const File& file, std::int64_t position, std::size_t size) {
     if (hasAhead(position, size)) return;
+    // Who jumps about in the file is given single blocks.
+    const auto end = aheadAt_ + static_cast<std::int64_t>(ahead_.size());
+    const bool goesOn = aheadAt_ != 0 && position >= aheadAt_ && position <= end;
     aheadAt_ = 0;
     try {
         version_ = file.Version();
-        ahead_.resize(std::max(size, Portion));
+        ahead_.resize(goesOn ? std::max(size, Portion) : size);
         const std::size_t got = file.Get(position, ahead_.data(), ahead_.size());
         endsAhead_ = got < ahead_.size();
         ahead_.resize(got);

@@ -20,13 +20,16 @@ inline void WindUp(Timer& timer) {
 
 // Letting other events in lets them in again; behind a few of them nobody does any more. The sockets have the
 // loop for some milliseconds only, between which all others have it: to let them in inside of a block as well
-// is worth its cost a thousand times a second at most.
+// is worth its cost a thousand times a second, and behind some messages that came at once, since the loop's
+// clock stands while they are handled.
 class BoundedYield {
   public:
     void operator()(Loop& loop) {
         constexpr int deepest = 8;
         constexpr Microseconds betweenTwo = 1000;
-        if (depth_ >= deepest || loop.Now() - last_ < betweenTwo) return;
+        constexpr int most = 64;
+        if (depth_ >= deepest || (++passed_ < most && loop.Now() - last_ < betweenTwo)) return;
+        passed_ = 0;
         last_ = loop.Now();
         ++depth_;
         loop.Yield();
@@ -35,6 +38,7 @@ class BoundedYield {
 
   private:
     int depth_ = 0;
+    int passed_ = 0;  // messages behind which nobody was let in
     Microseconds last_ = 0;
 };
 
