@@ -84,6 +84,22 @@ TEST(MailList, ADamagedFileIsReportedOnceAndHidesNoOther) {
     EXPECT_EQ(maria.around.questions.asked.size(), 3U);
 }
 
+TEST(MailList, MayChangeWhileADamagedMailIsReported) {
+    World world;
+    Client& maria = withMail(world, {{"i1.qrm", mailFrom("Nikos", "Good")}});
+    MailPanel& panel = maria.component->Mails().Panel;
+    maria.around.disk.put("Mail/i2.qrm", "x\r\n");
+    maria.around.disk.put("Mail/i3.qrm", mailFrom("Anna", "Later"));
+    maria.around.questions.willAnswer(Answer::Ignore, [&] {
+        maria.around.files.Kill("Mail\\i2.qrm");
+        panel.RefreshMailList();
+    });
+    panel.RefreshMailList();
+    EXPECT_THAT(column(panel.ListView3, 4), ElementsAre("Good", "Later"));
+    panel.RefreshMailList();
+    EXPECT_EQ(panel.UnreadCount, 2);
+}
+
 TEST(MailViewer, OpensByTheHostAnswersAndErases) {
     World world;
     Client& maria = withMail(world, {{"i1.qrm", mailFrom("Nikos;Anna", "RE: Urgent:x", "a[#n]b")},
