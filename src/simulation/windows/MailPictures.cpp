@@ -7,6 +7,17 @@
 
 namespace talvora::test {
 
+namespace {
+
+std::string incomingMail(const char* from, const char* subject, const char* received, const char* text,
+                         bool read) {
+    const std::string content = MailFile::IncomingHead(greek(from), received, received, greek(subject)) +
+                                greek(text) + "\r\n" + std::string(MailFile::Tail);
+    return read ? MailFile::Open(content)->Copy : content;
+}
+
+}  // namespace
+
 void putMails(DesktopWorld& desktop) {
     auto& disk = desktop.client.around.disk;
     disk.put("Mail/i1.qrm",

@@ -7,8 +7,6 @@
 
 namespace talvora::test {
 
-namespace {
-
 // A reply of who is on line.
 void fillTree(DesktopWorld& desktop) {
     for (const char* user :
@@ -24,8 +22,6 @@ void fillTree(DesktopWorld& desktop) {
     }
     desktop.says(":srv 315 Maria * :End of WHO");
 }
-
-}  // namespace
 
 void takePeople(DesktopWorld& desktop, Photographer& photographer) {
     fillTree(desktop);

@@ -48,13 +48,6 @@ void furnish(DesktopWorld& desktop) {
     desktop.client.around.questions.answerFaults(Answer::Ignore);
 }
 
-std::string incomingMail(const char* from, const char* subject, const char* received, const char* text,
-                         bool read) {
-    const std::string content = MailFile::IncomingHead(greek(from), received, received, greek(subject)) +
-                                greek(text) + "\r\n" + std::string(MailFile::Tail);
-    return read ? MailFile::Open(content)->Copy : content;
-}
-
 void takeHost(DesktopWorld& desktop, Photographer& photographer) {
     std::vector<SettingsWindow::Page> pages;
     pages.push_back({QStringLiteral("Talvora IRC"), desktop.face.icons["IRC"],

@@ -46,6 +46,7 @@ class Photographer {
 };
 
 void fillChannel(DesktopWorld& desktop);
+void fillTree(DesktopWorld& desktop);
 void putMails(DesktopWorld& desktop);
 
 void takePeople(DesktopWorld& desktop, Photographer& photographer);
