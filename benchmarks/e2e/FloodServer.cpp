@@ -78,8 +78,9 @@ void FloodServer::serve(programs::Milliseconds time) {
 
 void FloodServer::flood(std::string_view bytes, std::string_view answer) {
     stream_ = bytes;
-    last_.clear();
-    pump([&] { return last_.starts_with(answer); }, patience, "the answer to the flood");
+    awaited_ = answer;
+    answered_ = false;
+    pump([&] { return answered_; }, patience, "the answer to the flood");
 }
 
 void FloodServer::pump(const Done& done, programs::Milliseconds wait, const char* what) {
@@ -109,8 +110,9 @@ void FloodServer::receive() {
     received_.append(buffer, static_cast<std::size_t>(got));
     std::size_t start = 0;
     for (std::size_t end; (end = received_.find("\r\n", start)) != std::string::npos; start = end + 2) {
-        last_ = received_.substr(start, end - start);
-        handle(last_);
+        const std::string line = received_.substr(start, end - start);
+        answered_ = answered_ || line.starts_with(awaited_);
+        handle(line);
     }
     received_.erase(0, start);
 }

@@ -47,7 +47,8 @@ class FloodServer {
     std::string received_;
     std::string outgoing_;  // answers
     std::string_view stream_;
-    std::string last_;  // the client's last line
+    std::string awaited_;  // how the line begins that the client answers with
+    bool answered_ = false;
     std::string nick_;
     bool joined_ = false;
 };
