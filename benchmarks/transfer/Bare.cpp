@@ -1,6 +1,7 @@
 #include "transfer/Bare.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sched.h>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -68,56 +70,75 @@ void connectPair(int (&ends)[2]) {
     for (const int end : ends) ::setsockopt(end, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
 }
 
-void sendBlocks(int socket, std::size_t block, std::size_t blocks) {
-    const std::string answer = "D" + std::string(block, 'x') + std::string(delimiter);
+// A file without a name that has so many bytes; -1 if the blocks have no use for it.
+int fileFor(Blocks what, std::size_t size) {
+    if (what == Blocks::OfMemory) return -1;
+    const std::string folder = std::filesystem::temp_directory_path().string();
+    const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    need(file >= 0);
+    const std::string bytes(std::size_t{1} << 20, 'x');
+    for (std::size_t at = 0; at < size; at += bytes.size())
+        need(::pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(at)) > 0);
+    return file;
+}
+
+void sendBlocks(int socket, int file, std::size_t block, std::size_t blocks) {
+    std::string answer = "D" + std::string(block, 'x') + std::string(delimiter);
     std::string question;
     for (std::size_t i = 0; i < blocks; ++i) {
         receive(socket, question);
+        if (file >= 0) need(::pread(file, answer.data() + 1, block, static_cast<off_t>(i * block)) > 0);
         send(socket, answer);
     }
 }
 
-[[noreturn]] void beSender(int socket, std::size_t block, std::size_t blocks, int processor) {
+[[noreturn]] void beSender(int socket, int file, std::size_t block, std::size_t blocks, int processor) {
     try {
         keepTo(processor);
-        sendBlocks(socket, block, blocks);
+        sendBlocks(socket, file, block, blocks);
         ::_exit(0);
     } catch (...) {
         ::_exit(1);
     }
 }
 
-double receiveBlocks(int socket, std::size_t blocks) {
+double receiveBlocks(int socket, int file, std::size_t blocks) {
     std::string message;
     std::size_t position = 1;
     const auto start = std::chrono::steady_clock::now();
     for (std::size_t i = 0; i < blocks; ++i) {
         send(socket, "G" + std::to_string(position) + std::string(delimiter));
         receive(socket, message);
-        position += message.size() - 1;
+        const std::size_t size = message.size() - 1;
+        if (file >= 0) need(::pwrite(file, message.data() + 1, size, static_cast<off_t>(position - 1)) > 0);
+        position += size;
     }
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 }  // namespace
 
-double bareSeconds(std::size_t block, std::size_t blocks, int processor) {
+double bareSeconds(std::size_t block, std::size_t blocks, int processor, Blocks what) {
+    const int from = fileFor(what, block * blocks);
+    const int to = fileFor(what, 0);
     int ends[2];
     connectPair(ends);
     const pid_t sender = ::fork();
     need(sender >= 0);
     if (sender == 0) {
         ::close(ends[1]);
-        beSender(ends[0], block, blocks, processor);
+        beSender(ends[0], from, block, blocks, processor);
     }
     ::close(ends[0]);
     double seconds = 0;
     std::thread receiver([&] {  // the caller keeps its processors
         keepTo(processor);
-        seconds = receiveBlocks(ends[1], blocks);
+        seconds = receiveBlocks(ends[1], to, blocks);
     });
     receiver.join();
     ::close(ends[1]);
+    ::close(from);
+    ::close(to);
     need(::waitpid(sender, nullptr, 0) == sender);
     return seconds;
 }

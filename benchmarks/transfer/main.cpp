@@ -1,5 +1,6 @@
 // Prints one figure a line: name, tab, value, tab, unit. Two real clients hand each other a file on one
-// processor; the share is what they reach of bare sockets in the same run, the median of several pairs.
+// processor; the share is what they reach of bare sockets in the same run, the median of several pairs. The
+// share of files is what they reach of bare sockets that read and write each block, as they have to.
 
 #include <sched.h>
 #include <unistd.h>
@@ -82,15 +83,18 @@ void measureShare(const std::string& name, std::size_t block, std::size_t blocks
     Transfer transfer;
     transfer.onOneProcessor();
     transfer.blocks(block);
-    std::vector<double> shares, costs;
+    std::vector<double> shares, sharesOfFiles, costs;
     for (int pair = 0; pair < pairs; ++pair) {
         const double bare = bareSeconds(block, blocks, processor);
+        const double withFiles = bareSeconds(block, blocks, processor, Blocks::OfFiles);
         const double before = transfer.processorSeconds();
         const double seconds = transfer.run(block * blocks);
         shares.push_back(bare / seconds);
+        sharesOfFiles.push_back(withFiles / seconds);
         costs.push_back((transfer.processorSeconds() - before) / static_cast<double>(blocks) * 1e6);
     }
     print("transfer.share_" + name, median(shares), "ratio");
+    print("transfer.share_of_files_" + name, median(sharesOfFiles), "ratio");
     print("transfer.cpu_us_per_block_" + name, median(costs), "us");
 }
 

@@ -49,7 +49,7 @@ bool modMailManager::beginFile(Trap& step, Text head) {
 void modMailManager::received() {
     status_.MailRCVUpdate(gMailProgress);
     gMailReceiving = true;
-    restart(status_.tmrSendTimeout);
+    status_.tmrSendTimeout.Restart();
 }
 
 void modMailManager::MailDump(Text Line) {
@@ -103,7 +103,7 @@ void modMailManager::ResumeMail() {
         step([&] { gInTotal = CInt(Val(incompleted("IncomingTotal"))); });
         step([&] { session_.TellRobot("MAIL OK"); });
         gMailReceiving = true;
-        restart(status_.tmrSendTimeout);
+        status_.tmrSendTimeout.Restart();
     });
 }
 

@@ -67,7 +67,7 @@ void modMailManager::StartMailSend() {
         gOutLine = 0;
         outName_ = entry;
         allSent_ = false;
-        restart(status_.tmrSendTimeout);
+        status_.tmrSendTimeout.Restart();
         status_.tmrSendFlood.Enabled = true;
         gMailSending = true;
         session_.SetMailRefresh(5000);
@@ -78,7 +78,7 @@ void modMailManager::StartMailSend() {
 void modMailManager::SendMailDump() {
     trapped(globError_, "SendMailDump", [&](Trap& step) {
         if (!gMailSending || !gOutFile) return;
-        restart(status_.tmrSendTimeout);
+        status_.tmrSendTimeout.Restart();
         if (step.test([&] { return gOutFile->AtEnd(); })) {
             missPiece();
         } else {
@@ -101,7 +101,7 @@ void modMailManager::sendPiece(Trap& step) {
     const std::string line = step.value(std::string(), [&] { return gOutFile->ReadLine(); });
     step([&] { gOutLine = CInt(gOutLine + 1); });
     if (gOutLine == gOutTotal) return sendLastPiece(line);
-    restart(status_.tmrSendFlood);
+    status_.tmrSendFlood.Restart();
     step([&] { session_.TellRobot("MAIL DUMP " + gOutTo + " " + line); });
     step([&] { gMailProgress = gOutTotal == 0 ? 1.0F : percent(gOutLine, gOutTotal); });
     status_.MailRCVUpdate(gMailProgress);
@@ -111,7 +111,7 @@ void modMailManager::sendPiece(Trap& step) {
 
 void modMailManager::sendLastPiece(Text line) {
     status_.tmrSendFlood.Enabled = false;
-    restart(status_.tmrSendTimeout);
+    status_.tmrSendTimeout.Restart();
     session_.TellRobot("MAIL SENT " + gOutTo + " " + line);
     allSent_ = true;
     status_.MailRCVDone();

@@ -201,9 +201,4 @@ float modMailManager::percent(std::int16_t line, std::int16_t total) {
     return static_cast<float>(product) / static_cast<float>(total);
 }
 
-void modMailManager::restart(Timer& timer) {
-    timer.Enabled = false;
-    timer.Enabled = true;
-}
-
 }  // namespace talvora

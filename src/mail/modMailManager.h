@@ -104,7 +104,6 @@ class modMailManager {
     void missPiece();
     std::string firstQueued() const;
     static float percent(std::int16_t line, std::int16_t total);
-    static void restart(Timer& timer);
 
     GlobError& globError_;
     ComponentSettings& settings_;

@@ -2,6 +2,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "platform/Text.h"
 
@@ -97,13 +98,7 @@ std::int64_t readExponent(Reader reader) {
 }
 
 double valueOf(Decimal& number) {
-    constexpr std::size_t exact = 15;
     if (number.digits.empty()) return 0;
-    if (number.exponent == 0 && number.digits.size() <= exact) {
-        std::int64_t value = 0;
-        for (const char digit : number.digits) value = value * 10 + (digit - '0');
-        return static_cast<double>(value);
-    }
     // The power of ten of the first digit tells which way it leaves the range.
     const std::int64_t magnitude = number.exponent + static_cast<std::int64_t>(number.digits.size());
     if (magnitude > 400) overflow();
@@ -113,6 +108,15 @@ double valueOf(Decimal& number) {
     if (std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc{}) return value;
     if (magnitude > 0) overflow();
     return 0;
+}
+
+// Nearly all numbers are nothing but some digits.
+std::optional<double> plainNumber(std::string_view text) {
+    constexpr std::size_t exact = 15;
+    if (text.empty() || text.size() > exact || !std::all_of(text.begin(), text.end(), isDigit)) return {};
+    std::int64_t value = 0;
+    for (const char digit : text) value = value * 10 + (digit - '0');
+    return static_cast<double>(value);
 }
 
 // "&H" or "&O" with at least one digit and perhaps a closing "&".
@@ -178,6 +182,7 @@ void increment(std::string& digits) {
 }  // namespace
 
 double Val(std::string_view text) {
+    if (const auto whole = plainNumber(text)) return *whole;
     Reader reader(text);
     const bool negative = reader.peek() == '-';
     if (negative || reader.peek() == '+') reader.next();

@@ -19,6 +19,12 @@ Timer::Timer(Platform& platform, Event<>& end, int intervalMs, bool enabled)
     });
 }
 
+// Who watches `Enabled` need not see it off for a moment.
+void Timer::Restart() {
+    if (Enabled) return apply();
+    Enabled = true;
+}
+
 void Timer::apply() {
     if (Enabled && !ended_) {
         wakeUp_.arm(platform_.TheLoop, Interval);

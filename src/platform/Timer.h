@@ -15,6 +15,8 @@ class Timer {
 
     // True on a running timer does not restart it; off and on does.
     Property<bool> Enabled{false};
+    // Off and on: it runs, and its next tick is a whole period away.
+    void Restart();
     // In milliseconds. A new value starts the period anew.
     Property<int> Interval;
     Event<> Tick;

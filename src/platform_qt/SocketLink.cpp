@@ -172,7 +172,7 @@ void SocketLink::onReadable() {
 void SocketLink::keepTurn() {
     const auto end = SteadyClock::now() + LongestTurn;
     keepsTurn_ = true;
-    while (listener_ && quick_ && std::exchange(hasAnswered_, false) && SteadyClock::now() < end) {
+    while (listener_ && quick_ && std::exchange(hasAnswered_, false) && *answered_ < end) {
         const auto got = quick_->await();
         if (got == QuickStream::Got::Nothing) slowUntil_ = SteadyClock::now() + Mistrust;
         onQuick(got);

@@ -328,8 +328,7 @@ void ChannelPanel::ListView2_ItemCheck(const ListItem& changed) {
     for (const std::string& channel : before) {
         if (kept.contains(channel)) (CheckedChans += channel) += ListSeparator;
     }
-    tmrRefreshUsers.Enabled = false;
-    tmrRefreshUsers.Enabled = true;
+    tmrRefreshUsers.Restart();
 }
 
 void ChannelPanel::tickSelected(bool checked) {

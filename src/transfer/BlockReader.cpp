@@ -14,29 +14,43 @@ namespace {
 constexpr std::size_t Around = 1 + TransferStream::Delimiter.size();  // the letter and the delimiter
 constexpr std::size_t Portion = std::size_t{64} << 10;
 
-void makeBlank(std::string& message, std::size_t size) {
+}  // namespace
+
+std::string BlockReader::Message(std::size_t size) {
+    std::string message = std::exchange(spare_, {});
+    if (message.size() == Around + size) return message;
     message.assign(1 + size, ' ');
     message.front() = 'D';
     message += TransferStream::Delimiter;
-}
-
-}  // namespace
-
-std::string BlockReader::Blank(std::size_t size) {
-    std::string message = std::exchange(spare_, {});
-    makeBlank(message, size);
     return message;
 }
 
 void BlockReader::Fill(std::string& message, const File& file, std::int64_t position) {
-    const std::size_t size = message.size() - Around;
-    if (!hasAhead(position, size) || file.Version() != version_) {
+    const std::span<char> block(message.data() + 1, message.size() - Around);
+    std::size_t size = 0;
+    try {
+        size = read(block, file, position);
+    } catch (const RuntimeError&) {
+        std::ranges::fill(block, ' ');
+        throw;
+    }
+    std::ranges::fill(block.subspan(size), ' ');
+}
+
+std::size_t BlockReader::read(std::span<char> block, const File& file, std::int64_t position) {
+    if (!hasAhead(position, block.size()) || !isUnchanged(file)) {
         aheadAt_ = 0;
-        file.Get(position, message.data() + 1, size);
-        return;
+        return file.Get(position, block.data(), block.size());
     }
     const auto from = static_cast<std::size_t>(position - aheadAt_);
-    std::memcpy(message.data() + 1, ahead_.data() + from, std::min(size, ahead_.size() - from));
+    const std::size_t size = std::min(block.size(), ahead_.size() - from);
+    std::memcpy(block.data(), ahead_.data() + from, size);
+    return size;
+}
+
+bool BlockReader::isUnchanged(const File& file) {
+    const Microseconds now = loop_.Now();
+    return std::exchange(lookedAt_, now) == now || file.Version() == version_;
 }
 
 void BlockReader::ReadAhead(const File& file, std::int64_t position, std::size_t size) {
@@ -47,6 +61,7 @@ void BlockReader::ReadAhead(const File& file, std::int64_t position, std::size_t
     aheadAt_ = 0;
     try {
         version_ = file.Version();
+        lookedAt_ = loop_.Now();
         ahead_.resize(goesOn ? std::max(size, Portion) : size);
         const std::size_t got = file.Get(position, ahead_.data(), ahead_.size());
         endsAhead_ = got < ahead_.size();

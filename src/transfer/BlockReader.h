@@ -4,21 +4,26 @@
 // the sender; a message that has been sent is given back, and its storage used for the next one.
 //
 // What follows is read ahead in larger portions while an answer is on its way. It is used only as long as the
-// file has not been changed meanwhile.
+// file has not been changed meanwhile. The loop's clock stands while blocks are asked for without a pause;
+// for each of its moments the file is looked at once.
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "platform/File.h"
+#include "platform/Loop.h"
 
 namespace talvora {
 
 class BlockReader {
   public:
-    // A message whose block is all blanks.
-    std::string Blank(std::size_t size);
-    // Reads the file over it, as far as it goes; `position` counts from 1.
+    explicit BlockReader(Loop& loop) : loop_(loop) {}
+
+    // A message for a block of so many bytes; what they are, `Fill` says.
+    std::string Message(std::size_t size);
+    // The block is the file's, as far as it goes; `position` counts from 1. All blanks if that is a fault.
     void Fill(std::string& message, const File& file, std::int64_t position);
     void GiveBack(std::string&& message) { spare_ = std::move(message); }
     // Somebody will probably ask for this block; what fails is told when it is asked for.
@@ -28,12 +33,16 @@ class BlockReader {
 
   private:
     bool hasAhead(std::int64_t position, std::size_t size) const;
+    bool isUnchanged(const File& file);
+    std::size_t read(std::span<char> block, const File& file, std::int64_t position);
 
+    Loop& loop_;
     std::string spare_;
     std::string ahead_;
     std::int64_t aheadAt_ = 0;  // 0: nothing is read ahead
     bool endsAhead_ = false;    // the file ends behind it
     std::uint64_t version_ = 0;
+    Microseconds lookedAt_ = 0;  // when this was the file's version
 };
 
 }  // namespace talvora

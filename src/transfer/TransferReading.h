@@ -13,11 +13,6 @@
 
 namespace talvora {
 
-inline void WindUp(Timer& timer) {
-    timer.Enabled = false;
-    timer.Enabled = true;
-}
-
 // Letting other events in lets them in again; behind a few of them nobody does any more. The sockets have the
 // loop for some milliseconds only, between which all others have it: to let them in inside of a block as well
 // is worth its cost a thousand times a second, and behind some messages that came at once, since the loop's
@@ -86,13 +81,15 @@ class TransferReading {
             stream_.Clear();
             return tooMuch();
         }
-        WindUp(watchdog);
-        std::string message;
+        watchdog.Restart();
+        std::string message = std::exchange(spare_, {});
         while (socket.State() == SocketState::Connected && next(step, message)) {
             // A message without a letter is of no type.
             if (message.empty()) continue;
             if (!act(message.front(), std::string_view(message).substr(1))) return;
         }
+        constexpr std::size_t mostKept = std::size_t{64} << 10;  // what a stranger makes longer is not kept
+        if (message.capacity() <= mostKept) spare_ = std::move(message);
     }
 
   private:
@@ -102,6 +99,7 @@ class TransferReading {
     }
 
     TransferStream stream_;
+    std::string spare_;  // room for the next message
     TellOnce torn_;
 };
 

@@ -102,10 +102,11 @@ void frmReceiveFile::Winsock1_Error(const std::string& description) {
     });
 }
 
-void frmReceiveFile::SendData(const std::string& Text) {
+void frmReceiveFile::SendData(std::string Text) {
     trapped(around_.Reporter, "SendData", [&](Trap& step) {
         if (Socket.State() != SocketState::Connected) return Winsock1_Close();
-        step([&] { Socket.Winsock1.SendData(Text + std::string(TransferStream::Delimiter)); });
+        Text += TransferStream::Delimiter;
+        step([&] { Socket.Winsock1.SendData(Text); });
         Socket.Winsock1.Flush();
     });
 }

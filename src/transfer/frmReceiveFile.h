@@ -80,7 +80,7 @@ class frmReceiveFile final : public Form {
     void fileIsWhole(Trap& step);
     void Finalize(Trap& step, std::int32_t file);
     void allIsDone();
-    void SendData(const std::string& Text);
+    void SendData(std::string Text);
     void KillPartial();
     void Timer1_Timer();
     void Timer2_Timer();

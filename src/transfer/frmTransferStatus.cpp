@@ -24,7 +24,8 @@ frmTransferStatus::frmTransferStatus(const TransferSurroundings& around)
       Timer2(around.ThePlatform, Ending, SenderSpeedMs, true),
       Timer3(around.ThePlatform, Ending, SenderAbortMs),
       Meter(around.ThePlatform.TheLoop),
-      around_(around) {
+      around_(around),
+      blocks_(around.ThePlatform.TheLoop) {
     Caption = "File Transfering";
     Winsock1.AnswerAtOnce();
     connectSocket();
@@ -201,7 +202,7 @@ void frmTransferStatus::SendFile(const std::string& Path) {
         ++FileNum;
         noted_.clear();
         step([&] { file_ = around_.ThePlatform.ProgramFiles.OpenPicked(Path); });
-        WindUp(Timer1);
+        Timer1.Restart();
         step([&] { FileSize = CLng(file_.Length()); });
         const std::string name = NameOfNative(Path);
         SendData("S" + CStr(FileSize) + " " + name);
@@ -224,7 +225,7 @@ void frmTransferStatus::SendPart(std::int32_t Position) {
 
 void frmTransferStatus::sendBlock(Trap& step, std::int32_t position) {
     const std::int32_t size = PackageSize;
-    std::string message = blocks_.Blank(static_cast<std::size_t>(size));
+    std::string message = blocks_.Message(static_cast<std::size_t>(size));
     step([&] { blocks_.Fill(message, file_, position); });
     yield_(around_.ThePlatform.TheLoop);
     if (IsUnloaded()) return;
@@ -253,9 +254,11 @@ void frmTransferStatus::closeFile(Trap& step) {
     step([&] { file_.Close(); });
 }
 
-void frmTransferStatus::SendData(const std::string& Text) {
-    trapped(around_.Reporter, "SendData",
-            [&](Trap& step) { sendMessage(step, Text + std::string(TransferStream::Delimiter)); });
+void frmTransferStatus::SendData(std::string Text) {
+    trapped(around_.Reporter, "SendData", [&](Trap& step) {
+        Text += TransferStream::Delimiter;
+        sendMessage(step, Text);
+    });
 }
 
 // A send on a dead connection counts as its end.

@@ -64,7 +64,7 @@ class frmTransferStatus final : public Form {
     void SendPart(std::int32_t Position);
     void sendBlock(Trap& step, std::int32_t position);
     void Finish();
-    void SendData(const std::string& Text);
+    void SendData(std::string Text);
     void sendMessage(Trap& step, const std::string& message);
     void Timer1_Timer();
     void Timer2_Timer();

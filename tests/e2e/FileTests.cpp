@@ -144,19 +144,32 @@ enum class End { SenderKilled, ReceiverKilled, LineCut };
 class FileEnds : public testing::TestWithParam<End> {};
 INSTANTIATE_TEST_SUITE_P(By, FileEnds, testing::Values(End::SenderKilled, End::ReceiverKilled, End::LineCut));
 
+// Up to a moment; then the line is as the test has it.
+class HeldTransfer {
+  public:
+    HeldTransfer(FileUser& from, FileUser& to, const std::string& path, const Moment& moment)
+        : between_(ownAddress()), Line(between_, to.address(), moment.ofSender, moment.ofReceiver) {
+        from.offer(to, path, between_);
+        if (moment.accepted) to.order("accept");
+        to.expect(moment.sign);
+    }
+
+  private:
+    const std::string between_;
+
+  public:
+    FileRelay Line;
+};
+
 TEST_P(FileEnds, InEachStateLeaveNoHalfFileAndTheNextTransferWorks) {
     FileUser anna({.nick = "Anna"}), nikos;
     const std::string path = anna.folder().write("cut", anyBytes(4096));
     for (const Moment& moment : moments) {
         SCOPED_TRACE(moment.name);
-        const std::string between = ownAddress();
-        FileRelay line(between, nikos.address(), moment.ofSender, moment.ofReceiver);
-        anna.offer(nikos, path, between);
-        if (moment.accepted) nikos.order("accept");
-        nikos.expect(moment.sign);
+        HeldTransfer held(anna, nikos, path, moment);
         if (GetParam() == End::SenderKilled) anna.killAndStart();
         if (GetParam() == End::ReceiverKilled) nikos.killAndStart();
-        line.cut();
+        held.Line.cut();
         const bool whole = std::string_view(moment.name) == "ending";
         if (GetParam() != End::SenderKilled) anna.expect(std::string("sent cut") + lineLost);
         if (GetParam() != End::ReceiverKilled) {
@@ -166,6 +179,33 @@ TEST_P(FileEnds, InEachStateLeaveNoHalfFileAndTheNextTransferWorks) {
         }
         // What was torn is read as the beginning of the next offer, which is lost with it: so begin afresh.
         if (std::string_view(moment.name) == "in a block") nikos.killAndStart();
+        expectGoodTransfer(anna, nikos);
+    }
+}
+
+enum class Side { Sender, Receiver };
+class FileAborts : public testing::TestWithParam<Side> {};
+INSTANTIATE_TEST_SUITE_P(By, FileAborts, testing::Values(Side::Sender, Side::Receiver));
+
+TEST_P(FileAborts, InEachStateAreToldToTheOtherSideAndLeaveNothing) {
+    FileUser anna({.nick = "Anna"}), nikos;
+    const bool bySender = GetParam() == Side::Sender;
+    FileUser& self = bySender ? anna : nikos;
+    FileUser& other = bySender ? nikos : anna;
+    const std::string path = anna.folder().write("cut", anyBytes(4096));
+    for (const Moment& moment : moments) {
+        SCOPED_TRACE(moment.name);
+        if (std::string_view(moment.name) == "ending") continue;  // there is nothing left to give up
+        HeldTransfer held(anna, nikos, path, moment);
+        self.order(bySender ? "abort" : "refuse");
+        self.expect(bySender ? "sender Canceling..." : ": Canceled");
+        held.Line.passAll();
+        other.expect(": Canceled by the other side");
+        nikos.expect("receiver hidden");
+        if (bySender) anna.expect("sender gone");
+        EXPECT_FALSE(fs::exists(nikos.received("cut")));
+        // Whoever has refused hides each five seconds what comes next, until the other side gives up, too.
+        if (!bySender) nikos.killAndStart();
         expectGoodTransfer(anna, nikos);
     }
 }

@@ -81,7 +81,8 @@ class Stranger {
     std::string heard_;
 };
 
-// Carries one connection from the address `at` to another client, up to so many bytes of either side.
+// Carries one connection from the address `at` to another client, up to so many bytes of either side until
+// all may pass.
 class FileRelay {
   public:
     FileRelay(const std::string& at, std::string to, std::size_t ofSender, std::size_t ofReceiver)
@@ -91,6 +92,9 @@ class FileRelay {
           thread_([this] { run(); }) {}
     ~FileRelay() { cut(); }
 
+    void passAll() {
+        for (auto& left : left_) left = ~std::size_t{0};
+    }
     void cut() {
         cut_ = true;
         if (thread_.joinable()) thread_.join();
@@ -128,7 +132,7 @@ class FileRelay {
                 if ((entries[i].revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0) return false;
                 continue;
             }
-            const ssize_t size = ::read(ends[i], chunk, std::min(left_[i], sizeof chunk));
+            const ssize_t size = ::read(ends[i], chunk, std::min(left_[i].load(), sizeof chunk));
             if (size <= 0 || ::send(ends[1 - i], chunk, static_cast<std::size_t>(size), MSG_NOSIGNAL) != size)
                 return false;
             left_[i] -= static_cast<std::size_t>(size);
@@ -137,7 +141,7 @@ class FileRelay {
     }
 
     std::atomic<bool> cut_ = false;
-    std::size_t left_[2];
+    std::atomic<std::size_t> left_[2];
     Descriptor door_;
     std::string to_;
     std::thread thread_;
