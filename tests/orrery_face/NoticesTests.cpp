@@ -8,7 +8,9 @@
 #include <QTemporaryDir>
 
 #include "Until.h"
+#include "orrery/face/LauncherEntry.h"
 #include "orrery/face/Notices.h"
+#include "platform/Form.h"
 
 namespace talvora::test {
 namespace {
@@ -209,6 +211,30 @@ TEST(Notices, WaitForNobodyAndFindAServerThatComesLater) {
     screen.settle();
     screen.shows(chat("Nikos", "<again>"));
     until([&] { return other.last() == "0|Nikos|&lt;again&gt;"; });
+}
+
+TEST(LauncherEntry, TellsHowFarAllIsTogetherAndNothingTwice) {
+    Bus bus;
+    QProcess dock;
+    QString heard;
+    QObject::connect(&dock, &QProcess::readyRead, &dock, [&] { heard += dock.readAll(); });
+    dock.start("dbus-monitor", {"--address", bus.address, "interface='com.canonical.Unity.LauncherEntry'"});
+    until([&] { return heard.contains("NameAcquired"); });
+    LauncherEntry entry(bus.connection("client"));
+    Form sending, receiving, other;
+    for (const double done : {0.25, 0.251, 0.2599}) entry.Show(sending, done);
+    entry.Show(other, {});
+    entry.Show(receiving, 7.0);
+    entry.Show(sending, {});
+    entry.Show(receiving, {});
+    until([&] { return heard.contains("boolean false"); });
+    QStringList told;
+    for (const QString& line : heard.split('\n'))
+        if (line.contains("double") || line.contains("boolean")) told << line.simplified().section(' ', -1);
+    EXPECT_EQ(told.join(' '), "0.25 true 0.62 true 1 true 0 false");
+    EXPECT_TRUE(heard.contains("application://talvora.desktop"));
+    dock.kill();
+    dock.waitForFinished();
 }
 
 }  // namespace
