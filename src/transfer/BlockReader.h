@@ -4,8 +4,8 @@
 // the sender; a message that has been sent is given back, and its storage used for the next one.
 //
 // What follows is read ahead in larger portions while an answer is on its way. It is used only as long as the
-// file has not been changed meanwhile. The loop's clock stands while blocks are asked for without a pause;
-// for each of its moments the file is looked at once.
+// file has not been changed meanwhile: it is looked at once for each moment of the loop's clock, which stands
+// while a peer asks for blocks without a pause, for some milliseconds.
 
 #include <cstddef>
 #include <cstdint>
