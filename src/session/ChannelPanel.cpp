@@ -357,11 +357,8 @@ void ChannelPanel::popChanKey_Click() {
                            keyOf(channel)};
         const std::string key = platform_.Asking.Ask(box).value_or("");
         if (key.empty()) {
-            MessageBox clear;
-            clear.Text = "Do you want to clear channel key?";
-            clear.Title = "Channel Key";
-            clear.Choices = Buttons::YesNo;
-            clear.Icon = MessageIcon::Question;
+            MessageBox clear{"Do you want to clear channel key?", "Channel Key", Buttons::YesNo,
+                             MessageIcon::Question};
             if (platform_.Asking.Ask(clear) != Answer::Yes) return;
         }
         step([&] { settings_.Save(Section::ChanKeys, channel, key); });
