@@ -53,11 +53,14 @@ def holders_of(form, forms):
 
 def unbound(src):
     forms = forms_of(src)
-    views = [path.with_suffix("") for path in sorted((src / "desktop/views").glob("*.h"))]
+    folder = src / "desktop/views"
+    sources = {path.stem: path.read_text() for path in sorted(folder.glob("*.cpp"))}
     texts = {}
-    for view in views:
-        own = view.with_suffix(".cpp")
-        texts[view.name] = view.with_suffix(".h").read_text() + (own.read_text() if own.exists() else "")
+    for header in sorted(folder.glob("*.h")):
+        view = header.stem
+        member = re.compile(rf"^\S.*\b{view}::", re.MULTILINE)
+        own = [text for stem, text in sources.items() if stem == view or member.search(text)]
+        texts[view] = "".join([header.read_text(), *own])
     for form in forms.values():
         holders = "|".join(set(holders_of(form, forms)))
         seen = "".join(text for text in texts.values() if re.search(rf"\b(?:{holders})\b\s*[&>]", text))
