@@ -233,7 +233,9 @@ void frmReceiveFile::startNamed(Trap& step, std::string_view parameter) {
 void frmReceiveFile::Timer1_Timer() {
     trapped(around_.Reporter, "Timer1_Timer", [&](Trap& step) {
         const std::int32_t offer = offer_;
-        if (Receiving) note("The other side did not answer; what has come was kept");
+        if (Receiving)
+            note(accepted_ ? "The other side did not answer; what has come was kept"
+                           : "Not accepted in time");
         closeFile(step);
         Label4.Caption = "Finished";
         ProgressBar2.SetValue(0);

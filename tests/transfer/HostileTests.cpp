@@ -115,6 +115,7 @@ TEST_F(TransferTest, AnEndlessStreamATrickleAndSilenceEnd) {
     }
     EXPECT_FALSE(trickle.connected());
     EXPECT_THAT(b.around.questions.asked.back(), HasSubstr("did not respond"));
+    EXPECT_EQ(outcomes(b).front(), "Not accepted in time");
     EXPECT_FALSE(receiver().Visible);
     // What the trickle has left is the beginning of the next connection's first message, which is lost.
     Stranger next(world, b);
