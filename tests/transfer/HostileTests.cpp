@@ -190,6 +190,15 @@ TEST_F(TransferTest, AReceiverMayAskForAnything) {
     EXPECT_EQ(evil.transcript, framed("D" + std::string(1000, 'f') + std::string(24, ' ')) +
                                    framed("D" + std::string(1024, ' ')));
     EXPECT_LE(a.around.questions.asked.size(), 3U);
+    evil.sends(framed("G1"));
+    world.time.run(100ms);
+    a.around.questions.answerFaults(Answer::Ignore);
+    a.around.disk.failAt(0, EIO);
+    evil.transcript.clear();
+    evil.sends(framed("G1"));
+    world.time.run(100ms);
+    EXPECT_EQ(evil.transcript, framed("D" + std::string(1024, ' '))) << "nothing of what was sent before";
+    a.around.questions.answerFaults(Answer::Abort);
     evil.whenHeard = [&] { evil.transcript.clear(); };
     evil.sends(many("G1", 20'000));
     evil.sends(many("F", 100'000));
