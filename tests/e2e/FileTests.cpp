@@ -145,19 +145,14 @@ class FileEnds : public testing::TestWithParam<End> {};
 INSTANTIATE_TEST_SUITE_P(By, FileEnds, testing::Values(End::SenderKilled, End::ReceiverKilled, End::LineCut));
 
 // Up to a moment; then the line is as the test has it.
-class HeldTransfer {
-  public:
+struct HeldTransfer {
     HeldTransfer(FileUser& from, FileUser& to, const std::string& path, const Moment& moment)
-        : between_(ownAddress()), Line(between_, to.address(), moment.ofSender, moment.ofReceiver) {
-        from.offer(to, path, between_);
+        : Line(At, to.address(), moment.ofSender, moment.ofReceiver) {
+        from.offer(to, path, At);
         if (moment.accepted) to.order("accept");
         to.expect(moment.sign);
     }
-
-  private:
-    const std::string between_;
-
-  public:
+    const std::string At = ownAddress();
     FileRelay Line;
 };
 

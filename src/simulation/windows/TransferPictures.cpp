@@ -30,6 +30,16 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
         drawn.exec();
         photographer.take(desktop.viewOf(form), name);
     };
+    const auto underWay = [&](frmReceiveFile& receiver, const Form* form, const char* name) {
+        desktop.world.network.delay = 1000;
+        receiver.Command2.Click.raise();
+        desktop.settle();
+        desktop.settle();
+        moment(form, name);
+        desktop.world.network.delay = 0;
+        desktop.world.time.run(std::chrono::seconds(20));
+        desktop.settle();
+    };
     offers.Offer("Nikos", {holiday, "/home/maria/Programme.pdf", "/home/maria/Seating plan.odt"});
     moment(desk.Dialog.Get(), "send-file-resolving");
     desk.Dialog.Get()->ResolveIP("address-of-Nikos");
@@ -37,27 +47,13 @@ void takeTransfers(DesktopWorld& desktop, Photographer& photographer) {
     moment(desk.Dialog.Get(), "send-file");
     desk.Dialog.Get()->Command4.Click.raise();
     desktop.settle();
-    desktop.world.network.delay = 1000;
-    peer.Receiver.Get()->Command2.Click.raise();
-    desktop.settle();
-    desktop.settle();
-    moment(desk.Status.Get(), "sending");
-    desktop.world.network.delay = 0;
-    desktop.world.time.run(std::chrono::seconds(20));
-    desktop.settle();
+    underWay(*peer.Receiver.Get(), desk.Status.Get(), "sending");
 
     peer.Offers().SendData("address-of-Maria", "", false, false);
     peer.Dialog.Get()->AddFiles({song});
     peer.Dialog.Get()->Command4.Click.raise();
     moment(desk.Receiver.Get(), "receive-question");
-    desktop.world.network.delay = 1000;
-    desk.Receiver.Get()->Command2.Click.raise();
-    desktop.settle();
-    desktop.settle();
-    moment(desk.Receiver.Get(), "receiving");
-    desktop.world.network.delay = 0;
-    desktop.world.time.run(std::chrono::seconds(20));
-    desktop.settle();
+    underWay(*desk.Receiver.Get(), desk.Receiver.Get(), "receiving");
     desktop.client.window().mnuTransfers.Click.raise();
     if (FormView* history = desktop.viewOf(desk.Transfers.Get())) {
         auto* list = history->findChild<QTreeView*>();
