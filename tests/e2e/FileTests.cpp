@@ -129,6 +129,8 @@ struct Moment {
     std::size_t ofSender;  // bytes that still pass
     std::size_t ofReceiver;
     const char* sign;  // of the receiver's that it has come
+    // What is torn is read as the beginning of the next offer, which is lost with it.
+    bool tears = false;
 };
 // "C Anna" and so on: letter, parameter, five bytes of delimiter each.
 constexpr std::size_t untilFile = 12 + 17;
@@ -136,7 +138,7 @@ const Moment moments[] = {
     {"asking", false, noLimit, noLimit, "User"},
     {"offering", true, noLimit, 6, "receiver Initializing"},
     {"between blocks", true, noLimit, 6 + 7 + 10, "receiver Receiving"},
-    {"in a block", true, untilFile + 1030 + 500, noLimit, "receiver Receiving"},
+    {"in a block", true, untilFile + 1030 + 500, noLimit, "receiver Receiving", true},
     {"ending", true, noLimit, 6 + 7 + 3 * 10, "received cut: Received"},
 };
 
@@ -172,8 +174,7 @@ TEST_P(FileEnds, InEachStateLeaveNoHalfFileAndTheNextTransferWorks) {
             nikos.expect("receiver hidden");
             EXPECT_EQ(fs::exists(nikos.received("cut")), whole);
         }
-        // What was torn is read as the beginning of the next offer, which is lost with it: so begin afresh.
-        if (std::string_view(moment.name) == "in a block") nikos.killAndStart();
+        if (moment.tears) nikos.killAndStart();
         expectGoodTransfer(anna, nikos);
     }
 }
@@ -200,7 +201,7 @@ TEST_P(FileAborts, InEachStateAreToldToTheOtherSideAndLeaveNothing) {
         if (bySender) anna.expect("sender gone");
         EXPECT_FALSE(fs::exists(nikos.received("cut")));
         // Whoever has refused hides each five seconds what comes next, until the other side gives up, too.
-        if (!bySender) nikos.killAndStart();
+        if (moment.tears || !bySender) nikos.killAndStart();
         expectGoodTransfer(anna, nikos);
     }
 }
