@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <utility>
 
 #include "e2e/MailFolder.h"
 #include "simulation/programs/Network.h"
@@ -43,6 +44,7 @@ class Story {
             user->work();
             if (user->gone()) throw Missing("the server has dropped " + user->nick() + transcripts());
         }
+        goOnWaiting();
         if (arrived()) {
             next();
         } else if (until_.passed()) {
@@ -73,6 +75,12 @@ class Story {
         if (phase_ == Phase::Dying) return until_.passed();
         if (phase_ == Phase::Delivering) return allDelivered();
         return std::ranges::all_of(users, [](const auto& u) { return u->idles >= 3; });
+    }
+
+    // A slow disk makes a long life: while the robot says something, nobody gives it up.
+    void goOnWaiting() {
+        if (std::exchange(heard_, texts()) == texts() || phase_ == Phase::Dying) return;
+        until_ = Deadline(2 * Patience);
     }
 
     // Everything that was composed has been confirmed, and as much has been received.
@@ -136,6 +144,7 @@ class Story {
     Phase phase_ = Phase::Coming;
     Deadline until_{2 * Patience};
     int lifeEnds_ = 0;
+    int heard_ = 0;  // of the robot, when it was last looked
     int kills_ = 0;
     int written_ = 0;
 };
